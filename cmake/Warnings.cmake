@@ -1,0 +1,6 @@
+# The warnings that our own code is free of. Generated code is not asked.
+function(filter_common_warnings target)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>)
+endfunction()
