@@ -1,0 +1,270 @@
+/**
+ * A packet-filter rule: FiltersEntry.
+ */
+#ifndef FILTER_COMMON_FILTER_ENTRIES_H
+#define FILTER_COMMON_FILTER_ENTRIES_H
+
+#include "filter_actions.h"
+#include "filter_counter.h"
+#include "filter_matches.h"
+#include "filter_serialized.h"
+
+#include <policer_common.h>
+
+#include <cstdint>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <type_traits>
+
+namespace FiltersCommon {
+
+class FiltersEntryPB;
+
+/**
+ * One rule: an identifier, a priority, a policer, a counter, at most one match of each kind and at
+ * most one action of each kind.
+ *
+ * The entry owns copies of the matches and actions it is given. It never holds IPv4 and IPv6
+ * addresses at once, and never a match or action under another kind than its own. Matches and
+ * actions are walked in ascending order of their kind codes everywhere.
+ *
+ * An operation that refuses answers with a code and changes nothing, but for copyMatches and
+ * copyActions, which keep what they copied before the refusal. When memory runs out std::bad_alloc
+ * is raised, and nothing is changed either.
+ */
+class FiltersEntry {
+public:
+    using MatchMap = std::map<filtersMatch_t, std::unique_ptr<Match>>;
+    using ActionMap = std::map<filtersAction_t, std::unique_ptr<Action>>;
+
+    /** Hashes (std::type_info::hash_code, low 32 bits) of the match classes that entries know. */
+    static const std::set<std::uint32_t> validMatchTypes;
+    /** Hashes of the action classes that entries know. */
+    static const std::set<std::uint32_t> validActionTypes;
+    /** Codes of the match kinds that only IPv4 packets meet. */
+    static const std::set<std::uint32_t> ipv4OnlyMatchTypes;
+    /** Codes of the match kinds that only IPv6 packets meet. */
+    static const std::set<std::uint32_t> ipv6OnlyMatchTypes;
+
+    /** Priority 0, no policer, no counter, no matches, no actions. */
+    FiltersEntry() : FiltersEntry(0) {}
+    explicit FiltersEntry(const filtersEntryId_t& id);
+    /** Copies matches and actions by their kinds: a MatchDSCP is copied as a MatchToS. */
+    FiltersEntry(const FiltersEntry& other);
+    /**
+     * Rebuilds an entry from the bytes that serialize() wrote. Any bytes are taken: those that do
+     * not parse give what the parser read before it gave up. @see convertFromFiltersEntryPB
+     */
+    explicit FiltersEntry(const std::string& bytes);
+    /** Raises std::logic_error if @p s has a size but no data. */
+    explicit FiltersEntry(const FiltersSerialized& s);
+
+    /**
+     * Takes over the matches and actions of @p other, which is left without any; identifier,
+     * priority, policer and counter are copied. There is deliberately no copy assignment.
+     */
+    FiltersEntry& operator=(FiltersEntry&& other);
+
+    ~FiltersEntry() = default;
+
+    void setId(filtersEntryId_t id) { id_ = id; }
+    filtersEntryId_t getId() const { return id_; }
+
+    void setPriority(const filtersEntryPriority_t& priority) { priority_ = priority; }
+    filtersEntryPriority_t getPriority() const { return priority_; }
+
+    /** Takes any policer; whether its stage fits is for the group to say. */
+    filtersErr_t setPolicer(const policer::Policer& policer);
+    const policer::Policer& getPolicer() const { return policer_; }
+
+    /** @return FILTERS_ERR_INVALID for a counter of type COUNTER_TYPE_INVALID */
+    filtersErr_t setCounter(const Counter& counter);
+    const Counter& getCounter() const { return counter_; }
+    /** Resets the counter to Counter(). */
+    filtersErr_t deleteCounter();
+
+    // Each template takes any class T. The library's match and action classes are known, exactly
+    // those; any other class, a base class or a class of the caller's, is refused with
+    // FILTERS_ERR_INVALID before an object is looked at.
+
+    /**
+     * Stores a copy of @p match, in the place of a match of the same kind.
+     * @return FILTERS_ERR_INVALID if T is not known, or if IPv4 would meet IPv6
+     */
+    template <class T>
+    filtersErr_t setMatch(const T& match);
+
+    /**
+     * Copies the values of the stored match of the same kind into @p match.
+     * @return FILTERS_ERR_INVALID if T is not known, FILTERS_ERR_NOT_FOUND if there is none
+     */
+    template <class T>
+    filtersErr_t getMatch(T& match) const;
+
+    /** @return FILTERS_ERR_NOT_FOUND if there is none */
+    filtersErr_t deleteMatch(filtersMatch_t kind);
+
+    /** Whether @p match may join the stored matches: IPv4 addresses exclude IPv6 addresses. */
+    template <class T>
+    bool isL3CompatibleMatch(T match) const
+    {
+        return isL3CompatibleKind(match.getType());
+    }
+
+    /** As setMatch; actions of different kinds never exclude each other. */
+    template <class T>
+    filtersErr_t setAction(const T& action);
+
+    /** As getMatch. */
+    template <class T>
+    filtersErr_t getAction(T& action) const;
+
+    /** @return FILTERS_ERR_NOT_FOUND if there is none */
+    filtersErr_t deleteAction(filtersAction_t kind);
+
+    /**
+     * Adds a copy of every match of @p from, in ascending order of the keys. The kind is that of
+     * the object, whatever the key; null pointers and kinds of 32 and above are skipped.
+     * @return FILTERS_ERR_INVALID at the first match that IPv4 and IPv6 exclude or that is not of
+     * the class that holds its kind's values; the matches before it stay
+     */
+    filtersErr_t copyMatches(const MatchMap& from);
+    /** As copyMatches, for kinds of 17 and above. */
+    filtersErr_t copyActions(const ActionMap& from);
+
+    /** Replaces all matches by copies of @p from, as copyMatches makes them; all or nothing. */
+    filtersErr_t setMatches(const MatchMap& from);
+    /** Replaces all actions by copies of @p from, as copyActions makes them; all or nothing. */
+    filtersErr_t setActions(const ActionMap& from);
+
+    /** The stored matches and actions, valid while the entry lives and is not changed. */
+    const MatchMap& getMatchesRef() const { return matches_; }
+    const ActionMap& getActionsRef() const { return actions_; }
+
+    /** Compares everything, whatever the order in which matches and actions were added. */
+    bool operator==(const FiltersEntry& other) const;
+
+    /** Fills @p pb, an empty message. */
+    void convertToFiltersEntryPB(FiltersEntryPB* pb) const;
+
+    /**
+     * Takes identifier, priority, policer and counter from @p pb and adds its matches and actions
+     * to those that the entry holds. Numbers are cut to the width of the member. Unknown kinds are
+     * skipped, matches that IPv4 and IPv6 exclude are dropped, a later element replaces an earlier
+     * one of its kind, and a counter of type COUNTER_TYPE_INVALID is taken; all without notice.
+     */
+    void convertFromFiltersEntryPB(const FiltersEntryPB* pb);
+
+    /** Replaces the contents of @p out by the bytes of the entry. */
+    void serialize(std::string* out) const;
+    /** Hands the bytes of the entry to FiltersSerialized::setData. */
+    void serialize(FiltersSerialized* out) const;
+
+private:
+    bool isL3CompatibleKind(filtersMatch_t kind) const;
+    const Match* findMatch(filtersMatch_t kind) const;
+    const Action* findAction(filtersAction_t kind) const;
+    void storeMatch(std::unique_ptr<Match> match);
+    void storeAction(std::unique_ptr<Action> action);
+
+    filtersEntryId_t id_;
+    filtersEntryPriority_t priority_ = 0;
+    policer::Policer policer_;
+    Counter counter_;
+    MatchMap matches_;
+    ActionMap actions_;
+};
+
+/**
+ * Gives @p to, for every key of @p from, a copy of the object under that key, made by its kind;
+ * what
+ * @p to held under the key is freed. Where there is no object, or one that cannot be copied by its
+ * kind, @p to gets a null pointer. Provided for matches and for actions.
+ */
+template <class K, class V>
+void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique_ptr<V>>& from);
+
+// ------------------------------------------------------------------------------------- templates
+
+template <class T>
+filtersErr_t FiltersEntry::setMatch(const T& match)
+{
+    if constexpr (isMatchClass<T>) {
+        if (!isL3CompatibleKind(match.getType()))
+            return FILTERS_ERR_INVALID;
+        storeMatch(std::make_unique<T>(match));
+        return FILTERS_OK;
+    } else {
+        return FILTERS_ERR_INVALID;
+    }
+}
+
+template <class T>
+filtersErr_t FiltersEntry::getMatch(T& match) const
+{
+    if constexpr (isMatchClass<T>) {
+        const Match* stored = findMatch(match.getType());
+        if (stored == nullptr)
+            return FILTERS_ERR_NOT_FOUND;
+        // What stands under MATCH_TOS may be either class; both hold the byte of a MatchToS.
+        using Values = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
+        static_cast<Values&>(match) = Values(static_cast<const Values&>(*stored));
+        return FILTERS_OK;
+    } else {
+        return FILTERS_ERR_INVALID;
+    }
+}
+
+template <class T>
+filtersErr_t FiltersEntry::setAction(const T& action)
+{
+    if constexpr (isActionClass<T>) {
+        storeAction(std::make_unique<T>(action));
+        return FILTERS_OK;
+    } else {
+        return FILTERS_ERR_INVALID;
+    }
+}
+
+template <class T>
+filtersErr_t FiltersEntry::getAction(T& action) const
+{
+    if constexpr (isActionClass<T>) {
+        const Action* stored = findAction(action.getType());
+        if (stored == nullptr)
+            return FILTERS_ERR_NOT_FOUND;
+        action = T(static_cast<const T&>(*stored));
+        return FILTERS_OK;
+    } else {
+        return FILTERS_ERR_INVALID;
+    }
+}
+
+// Those for the library's own classes live in the library.
+#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+    extern template filtersErr_t FiltersEntry::setMatch(const Class&);                             \
+    extern template filtersErr_t FiltersEntry::getMatch(Class&) const;                             \
+    extern template bool FiltersEntry::isL3CompatibleMatch(Class) const;
+FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_PROVIDED)
+FILTERS_COMMON_PROVIDED(MatchDSCP)
+#undef FILTERS_COMMON_PROVIDED
+
+#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+    extern template filtersErr_t FiltersEntry::setAction(const Class&);                            \
+    extern template filtersErr_t FiltersEntry::getAction(Class&) const;
+FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_PROVIDED)
+#undef FILTERS_COMMON_PROVIDED
+
+extern template void copy_map(FiltersEntry::MatchMap&, const FiltersEntry::MatchMap&);
+extern template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::ActionMap&);
+
+} // namespace FiltersCommon
+
+/** Dumps the whole rule. At global scope. */
+std::basic_ostream<char>& operator<<(std::basic_ostream<char>& out,
+                                     const FiltersCommon::FiltersEntry& entry);
+
+#endif // FILTER_COMMON_FILTER_ENTRIES_H

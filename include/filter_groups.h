@@ -1,0 +1,144 @@
+/**
+ * A group of packet-filter rules: FiltersGroup, and the tables that say what it admits.
+ */
+#ifndef FILTER_COMMON_FILTER_GROUPS_H
+#define FILTER_COMMON_FILTER_GROUPS_H
+
+#include "filter_entries.h"
+
+namespace FiltersCommon {
+
+class FiltersGroupPB;
+
+/**
+ * Entries by their identifiers, with the stage and type that decide which entries are admitted.
+ *
+ * The type says which match kinds an entry may hold, the stage says which action kinds and which
+ * policers, and which types a group may have. Every entry of a group is admitted by the group's
+ * stage and type at all times. Stage and type themselves fit each other as far as they were set
+ * through setStage and setType; a pair read from the wire is taken as it stands, deliberately.
+ *
+ * The group owns copies of its entries and walks them in ascending order of their identifiers. An
+ * operation that refuses changes nothing; when memory runs out std::bad_alloc is raised, and
+ * nothing is changed either.
+ */
+class FiltersGroup {
+public:
+    using EntryMap = std::map<filtersEntryId_t, FiltersEntry>;
+
+    /** For each group type, the match kinds that it admits. */
+    static const std::map<filtersGroupType_t, std::set<filtersMatch_t>> TypeDescription_;
+    /** For each group stage, the group types that it admits. */
+    static const std::map<filtersGroupStage_t, std::set<filtersGroupType_t>> StageTypesDescription_;
+    /** For each group stage, the action kinds that it admits. */
+    static const std::map<filtersGroupStage_t, std::set<filtersAction_t>> StageActionsDescription_;
+
+    /** Priority 0, stage 0, type 0, no entries. */
+    explicit FiltersGroup(const filtersGroupId_t& id) : id_(id) {}
+    FiltersGroup(const FiltersGroup& other) = default;
+    FiltersGroup(FiltersGroup&& other) noexcept = default;
+    FiltersGroup& operator=(FiltersGroup other) noexcept;
+    ~FiltersGroup() = default;
+    /**
+     * Rebuilds a group from the bytes that serialize() wrote. Any bytes are taken: those that do
+     * not parse give what the parser read before it gave up. @see convertFromFiltersGroupPB
+     */
+    explicit FiltersGroup(const std::string& bytes);
+    /** Raises std::logic_error if @p s has a size but no data. */
+    explicit FiltersGroup(FiltersSerialized& s);
+
+    filtersGroupId_t getId() const { return id_; }
+
+    void setPriority(const filtersGroupPriority_t& priority) { priority_ = priority; }
+    filtersGroupPriority_t getPriority() const { return priority_; }
+
+    /** @return the code of groupStageValidation, or of the first entry that does not fit */
+    filtersErr_t setStage(const filtersGroupStage_t& stage);
+    filtersGroupStage_t getStage() const { return stage_; }
+
+    /** @return the code of groupStageValidation, or of the first entry that does not fit */
+    filtersErr_t setType(const filtersGroupType_t& type);
+    filtersGroupType_t getType() const { return type_; }
+
+    /**
+     * Stores a copy of @p entry, in the place of an entry with the same identifier: replacing is
+     * deliberately no refusal.
+     * @return the first refusal of groupMatchValidation, groupActionValidation and
+     * groupPolicerValidation
+     */
+    filtersErr_t insertEntry(const FiltersEntry& entry);
+
+    /** @return FILTERS_ERR_NOT_FOUND if there is no such entry */
+    filtersErr_t removeEntry(const filtersEntryId_t& id);
+
+    /** Copies of all entries. */
+    EntryMap getEntries() const { return entries_; }
+    /** The entries themselves, valid while the group lives and is not changed. */
+    const EntryMap& getEntriesRef() const { return entries_; }
+
+    bool operator==(const FiltersGroup& other) const;
+    bool operator!=(const FiltersGroup& other) const { return !(*this == other); }
+
+    // The checks look at their arguments alone, not at the group's own stage and type.
+
+    /**
+     * Whether a group of @p type may hold the entry's matches.
+     * @return FILTERS_ERR_INVALID for an unknown type, whatever the entry;
+     * FILTERS_ERR_MATCH_NOT_ALLOWED
+     */
+    filtersErr_t groupMatchValidation(const FiltersEntry& entry, filtersGroupType_t type) const;
+
+    /**
+     * Whether a group at @p stage may hold the entry's actions.
+     * @return FILTERS_ERR_UNKNOWN_STAGE, whatever the entry; FILTERS_ERR_ACTION_NOT_ALLOWED
+     */
+    filtersErr_t groupActionValidation(const FiltersEntry& entry, filtersGroupStage_t stage) const;
+
+    /**
+     * Whether a group at @p stage may have @p type.
+     * @return FILTERS_ERR_UNKNOWN_STAGE; FILTERS_ERR_TYPE_NOT_ALLOWED, for unknown types too
+     */
+    filtersErr_t groupStageValidation(filtersGroupStage_t stage, filtersGroupType_t type) const;
+
+    /**
+     * Whether a group at @p stage may hold @p policer. A policer of policer::STAGE_NONE passes at
+     * every stage, unknown ones too.
+     * @return FILTERS_ERR_UNKNOWN_STAGE; FILTERS_ERR_POLICER_STAGE
+     */
+    filtersErr_t groupPolicerValidation(const policer::Policer& policer,
+                                        filtersGroupStage_t stage) const;
+
+    /** A caller includes filter_groups.pb.h. */
+    FiltersGroupPB convertToFiltersGroupPB() const;
+
+    /**
+     * Takes identifier and priority (low 16 bits), stage and type (unchecked) from @p pb, and
+     * inserts its entries; those that the new stage and type do not admit are dropped without
+     * notice. Entries that the group holds already stay, unchecked.
+     */
+    void convertFromFiltersGroupPB(const FiltersGroupPB* pb);
+
+    /** Replaces the contents of @p out by the bytes of the group. */
+    void serialize(std::string* out) const;
+    /** Hands the bytes of the group to FiltersSerialized::setData. */
+    void serialize(FiltersSerialized* out) const;
+
+private:
+    filtersErr_t stageAdmits(const FiltersEntry& entry, filtersGroupStage_t stage) const;
+    filtersErr_t admits(const FiltersEntry& entry, filtersGroupStage_t stage,
+                        filtersGroupType_t type) const;
+    void fillMessage(FiltersGroupPB* pb) const;
+
+    filtersGroupId_t id_;
+    filtersGroupPriority_t priority_ = 0;
+    filtersGroupStage_t stage_ = GROUP_STAGE_0;
+    filtersGroupType_t type_ = GROUP_TYPE_0;
+    EntryMap entries_;
+};
+
+} // namespace FiltersCommon
+
+/** Dumps the group and all its entries. At global scope. */
+std::ostream& operator<<(std::ostream& out, const FiltersCommon::FiltersGroup& group);
+
+#endif // FILTER_COMMON_FILTER_GROUPS_H

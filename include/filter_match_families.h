@@ -1,0 +1,238 @@
+/**
+ * The base of all match classes, and the value families that most of them derive from. A caller
+ * includes filter_matches.h.
+ */
+#ifndef FILTER_COMMON_FILTER_MATCH_FAMILIES_H
+#define FILTER_COMMON_FILTER_MATCH_FAMILIES_H
+
+#include "filter_types.h"
+
+#include <net/ethernet.h>
+#include <netinet/in.h>
+
+#include <list>
+#include <set>
+#include <utility>
+
+namespace FiltersCommon {
+
+class MatchPB;
+
+/** A match criterion. A bare Match can be built with any code and holds nothing else. */
+class Match {
+public:
+    explicit Match(filtersMatch_t type) : type_(type) {}
+    Match(const Match&) = default;
+    Match& operator=(const Match&) noexcept { return *this; }
+    virtual ~Match() = default;
+
+    /** Writes the kind's code and values; a bare Match writes the code only. */
+    virtual void convertToMatchPB(MatchPB* pb) const;
+
+    /**
+     * Takes the kind's values from @p pb, whose type is neither read nor checked. Numbers are cut
+     * to the width of the member; an absent field reads as 0. A byte field that is too short is
+     * filled up with zeros, one that is too long is cut. A bare Match takes nothing.
+     */
+    virtual void convertFromMatchPB(const MatchPB* pb);
+
+    /**
+     * True when both objects are of the same kind and hold the same values, masks included. False
+     * for codes of 32 and above, and for an object that is not of the class that holds its kind's
+     * values.
+     */
+    virtual bool operator==(const Match& other) const;
+
+    filtersMatch_t getType() const { return type_; }
+
+private:
+    const filtersMatch_t type_;
+};
+
+// -------------------------------------------------------------------------------- value families
+//
+// Each typed operator== below compares the values alone, whatever the kinds of the two objects.
+
+/** A list of ports, or a list of excluded port types; never both. */
+class MatchPorts : public Match {
+public:
+    MatchPorts(filtersMatch_t type, std::list<limid_t> ports)
+        : Match(type), ports_(std::move(ports))
+    {}
+    MatchPorts(filtersMatch_t type, std::list<port_type_t> excludedPortTypes)
+        : Match(type), excludedPortTypes_(std::move(excludedPortTypes))
+    {}
+
+    std::list<limid_t> getPorts() const { return ports_; }
+    std::list<port_type_t> getExcludedPortTypes() const { return excludedPortTypes_; }
+    /** The lists themselves, valid while the match lives and is not changed. */
+    const std::list<limid_t>& getPortsRef() const { return ports_; }
+    const std::list<port_type_t>& getExcludedPortTypesRef() const { return excludedPortTypes_; }
+
+    /**
+     * Replaces the ports.
+     * @return FILTERS_ERR_BAD_PARAM, and nothing is changed, if there are excluded port types
+     */
+    filtersErr_t setPorts(const std::list<limid_t>& ports);
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    /** Appends to the lists that the match holds already. */
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    /** The same ports and port types in the same order. */
+    bool operator==(const MatchPorts& other) const;
+
+protected:
+    /** Appends the ports of @p pb alone. */
+    void appendPorts(const MatchPB& pb);
+
+private:
+    std::list<limid_t> ports_;
+    std::list<port_type_t> excludedPortTypes_;
+};
+
+/** One logical interface. */
+class MatchLimId : public Match {
+public:
+    MatchLimId(filtersMatch_t type, limid_t limId) : Match(type), limId_(limId) {}
+
+    limid_t getLimId() const { return limId_; }
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchLimId& other) const;
+
+protected:
+    void setLimId(limid_t limId) { limId_ = limId; }
+
+private:
+    limid_t limId_;
+};
+
+/** A transport-layer port under a mask. */
+class MatchL4Port : public Match {
+public:
+    /** The mask is 0xFFFF. */
+    MatchL4Port(filtersMatch_t type, unsigned short port) : MatchL4Port(type, port, 0xFFFF) {}
+    MatchL4Port(filtersMatch_t type, unsigned short port, unsigned short mask)
+        : Match(type), port_(port), mask_(mask)
+    {}
+
+    l4port_t getPort() const { return port_; }
+    l4port_t getMask() const { return mask_; }
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchL4Port& other) const
+    {
+        return port_ == other.port_ && mask_ == other.mask_;
+    }
+
+private:
+    l4port_t port_;
+    l4port_t mask_;
+};
+
+/** A set of VLAN identifiers. */
+class MatchVlanId : public Match {
+public:
+    MatchVlanId(filtersMatch_t type, std::set<unsigned short> vlanIds)
+        : Match(type), vlanIds_(std::move(vlanIds))
+    {}
+
+    std::set<unsigned short> getVlanIds() const { return vlanIds_; }
+    /** The set itself, valid while the match lives and is not changed. */
+    const std::set<unsigned short>& getVlanIdsRef() const { return vlanIds_; }
+
+    /** Empties the field of the message first. */
+    void convertToMatchPB(MatchPB* pb) const override;
+    /** Replaces the set. */
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchVlanId& other) const { return vlanIds_ == other.vlanIds_; }
+
+private:
+    std::set<unsigned short> vlanIds_;
+};
+
+/** A MAC address under a mask. */
+class MatchMac : public Match {
+public:
+    /** The mask is ff:ff:ff:ff:ff:ff. */
+    MatchMac(filtersMatch_t type, ether_addr mac);
+    MatchMac(filtersMatch_t type, ether_addr mac, ether_addr mask)
+        : Match(type), mac_(mac), mask_(mask)
+    {}
+
+    /** Pointers into the match, valid while it lives. */
+    const ether_addr* getMac() const { return &mac_; }
+    const ether_addr* getMask() const { return &mask_; }
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchMac& other) const;
+
+private:
+    ether_addr mac_;
+    ether_addr mask_;
+};
+
+/** An IPv4 address under a mask, both in network byte order. */
+class MatchIPv4 : public Match {
+public:
+    /** The mask is 255.255.255.255. */
+    MatchIPv4(filtersMatch_t type, in_addr address);
+    MatchIPv4(filtersMatch_t type, in_addr address, in_addr mask)
+        : Match(type), address_(address), mask_(mask)
+    {}
+
+    /** Pointers into the match, valid while it lives. */
+    const in_addr* getIPv4() const { return &address_; }
+    const in_addr* getIPv4Mask() const { return &mask_; }
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchIPv4& other) const;
+
+private:
+    in_addr address_;
+    in_addr mask_;
+};
+
+/** An IPv6 address under a mask. */
+class MatchIPv6 : public Match {
+public:
+    /** The mask is all ones. */
+    MatchIPv6(filtersMatch_t type, in6_addr address);
+    MatchIPv6(filtersMatch_t type, in6_addr address, in6_addr mask)
+        : Match(type), address_(address), mask_(mask)
+    {}
+
+    /** Pointers into the match, valid while it lives. */
+    const in6_addr* getIPv6() const { return &address_; }
+    const in6_addr* getIPv6Mask() const { return &mask_; }
+
+    void convertToMatchPB(MatchPB* pb) const override;
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+    using Match::operator==;
+    bool operator==(const MatchIPv6& other) const;
+
+private:
+    in6_addr address_;
+    in6_addr mask_;
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_FILTER_MATCH_FAMILIES_H

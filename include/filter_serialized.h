@@ -1,0 +1,51 @@
+/**
+ * The envelope in which the bytes of a serialized entry or group are handed around.
+ */
+#ifndef FILTER_COMMON_FILTER_SERIALIZED_H
+#define FILTER_COMMON_FILTER_SERIALIZED_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace FiltersCommon {
+
+/**
+ * An owned byte buffer that is filled once. The bytes are followed by one terminating zero, which
+ * size() counts; the constructors of FiltersEntry and FiltersGroup rely on that.
+ */
+class FiltersSerialized {
+public:
+    /** Empty: size() is 0 and data() is null. */
+    FiltersSerialized() = default;
+    /** @see copyData */
+    explicit FiltersSerialized(const std::string& s);
+    /** A copy owns bytes of its own; what is moved from is left empty. */
+    FiltersSerialized(const FiltersSerialized& other);
+    FiltersSerialized(FiltersSerialized&& other) noexcept;
+    FiltersSerialized& operator=(FiltersSerialized other) noexcept;
+    virtual ~FiltersSerialized() = default;
+
+    /** Number of bytes held, the terminating zero included; 0 when empty. */
+    virtual std::uint32_t size() const { return size_; }
+
+    /** Fills an empty buffer. Filling one a second time fails an assertion, in every build. */
+    virtual void setData(const std::string& s);
+
+    /**
+     * Fills the buffer with @p s and a terminating zero, and frees what it held. Raises
+     * std::bad_alloc, and changes nothing, if there is no memory or the size takes over 32 bits.
+     */
+    void copyData(const std::string& s);
+
+    /** The bytes, valid until the buffer is filled again or dies; null when empty. */
+    const char* data() const { return data_.get(); }
+
+private:
+    std::uint32_t size_ = 0;
+    std::unique_ptr<char[]> data_;
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_FILTER_SERIALIZED_H

@@ -1,0 +1,224 @@
+/**
+ * The vocabulary of packet filters: identifiers, priorities, kind codes, result codes, group stages
+ * and types, and the small types that single match and action classes use.
+ *
+ * Plain C11 and C++17. In C++ everything stands in the namespace FiltersCommon.
+ *
+ * Every number below is stored on the wire, printed in text dumps and passed through the C
+ * interface: none may ever be renumbered. A variable of an enumeration may hold any 32-bit value,
+ * for codes that come from the wire are taken as they stand.
+ */
+#ifndef FILTER_COMMON_FILTER_TYPES_H
+#define FILTER_COMMON_FILTER_TYPES_H
+
+#include <limidmgr_decode.h>
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+/** A fixed underlying type lets an enumeration hold any value read from the wire. */
+#define FILTERS_COMMON_INT32 : int32_t
+namespace FiltersCommon {
+#else
+#define FILTERS_COMMON_INT32
+#endif
+
+/* ---------------------------------------------------------------- identifiers and priorities */
+
+typedef uint16_t filtersEntryId_t;
+
+/** 32 bits wide, unlike the priority of a group: deliberate. */
+typedef uint32_t filtersEntryPriority_t;
+
+typedef uint16_t filtersGroupId_t;
+typedef uint16_t filtersGroupPriority_t;
+
+/* ---------------------------------------------------------------------------- kinds of match */
+
+/** The kind of a match criterion; each match class carries exactly one of these codes. */
+typedef enum filtersMatch_t FILTERS_COMMON_INT32 {
+    MATCH_ALL = 0,
+    MATCH_INGRESS_PORTS = 1,
+    MATCH_EXTERNAL_VLAN_ID = 2,
+    MATCH_TPID = 3,
+    MATCH_DST_MAC = 4,
+    MATCH_DST_L4_PORT = 5,
+    MATCH_SRC_L4_PORT = 6,
+    MATCH_SRC_MAC = 7,
+    MATCH_L2_SRC_ENTRY_TYPE = 8,
+    MATCH_SRC_IPV4 = 9,
+    MATCH_DST_IPV4 = 10,
+    MATCH_INTERNAL_VLAN_ID = 11,
+    MATCH_PCP = 12,
+    MATCH_INTERNAL_PCP = 13,
+    MATCH_SRC_IPV6 = 14,
+    MATCH_DST_IPV6 = 15,
+    MATCH_VLAN_UNTAGGED = 16,
+    MATCH_IP_PROTOCOL = 17,
+    MATCH_PACKET_RES = 18,
+    MATCH_MPLS_TERM = 19,
+    MATCH_TOS = 20, /**< also the code of a MatchDSCP */
+    MATCH_VIRTUAL_PORT = 21,
+    MATCH_EGRESS_PORTS = 22,
+    MATCH_INGRESS_STP_STATE = 23,
+    MATCH_VLAN_INFO = 24,
+    MATCH_SRC_PORT = 25,
+    MATCH_TTL = 26,
+    MATCH_VRF_ID = 27,
+    MATCH_DROP = 28,
+    MATCH_CPU_PORT = 29,
+    MATCH_FORWARDING_TYPE = 30,
+    MATCH_DESTINATION_CPU = 31
+} filtersMatch_t;
+
+/* --------------------------------------------------------------------------- kinds of action */
+
+/** The kind of an action; each action class carries exactly one of these codes. */
+typedef enum filtersAction_t FILTERS_COMMON_INT32 {
+    ACTION_PERMIT = 0,
+    ACTION_DENY = 1,
+    ACTION_COPY_TO_CPU = 2,
+    ACTION_BLOCK_EGRESS_PORTS = 3,
+    ACTION_COPY_TO_CPU_CANCEL = 4,
+    ACTION_SET_PCP = 5,
+    ACTION_SET_PCP_AND_QUEUE = 6,
+    ACTION_SET_INNER_PCP = 7,
+    ACTION_SET_DSCP = 8,
+    ACTION_MAP_TO_COS_QUEUE = 9,
+    ACTION_MAP_TO_CPU_COS_QUEUE = 10,
+    ACTION_REDIRECT = 11,
+    ACTION_REPLACE_DST_MAC = 12,
+    ACTION_REDIRECT_CANCEL = 13,
+    ACTION_REPLACE_SRC_MAC = 14,
+    ACTION_L3_SWITCH = 15,
+    ACTION_BLACK_HOLE = 16
+} filtersAction_t;
+
+/* ------------------------------------------------------------------------------ result codes */
+
+/**
+ * The result of every operation that can refuse: zero for success, a negative code for a refusal.
+ * -1 and -2 are never produced.
+ */
+typedef enum filtersErr_t FILTERS_COMMON_INT32 {
+    FILTERS_OK = 0,
+    /** The entry, match kind or action kind asked for is not present. */
+    FILTERS_ERR_NOT_FOUND = -3,
+    /** The class, value or group type is not one that the library knows, or may not be combined. */
+    FILTERS_ERR_INVALID = -4,
+    /** A required argument is missing, or the object's state forbids the change. */
+    FILTERS_ERR_BAD_PARAM = -5,
+    /** The entry holds a match kind that the group's type does not admit. */
+    FILTERS_ERR_MATCH_NOT_ALLOWED = -6,
+    /** The group's type is not admitted at the group's stage. */
+    FILTERS_ERR_TYPE_NOT_ALLOWED = -7,
+    /** There is no such group stage. */
+    FILTERS_ERR_UNKNOWN_STAGE = -8,
+    /** The entry holds an action kind that the group's stage does not admit. */
+    FILTERS_ERR_ACTION_NOT_ALLOWED = -9,
+    /** The entry's policer belongs to a policer stage that does not fit the group's stage. */
+    FILTERS_ERR_POLICER_STAGE = -10
+} filtersErr_t;
+
+/* -------------------------------------------------------------------- group stages and types */
+
+/** Where in the packet path a group applies. */
+typedef enum filtersGroupStage_t FILTERS_COMMON_INT32 {
+    GROUP_STAGE_0 = 0,
+    GROUP_STAGE_1 = 1,
+    GROUP_STAGE_2 = 2, /**< the stage that takes ingress policers */
+    GROUP_STAGE_3 = 3  /**< the stage that takes egress policers */
+} filtersGroupStage_t;
+
+/** Which match kinds the entries of a group may use. */
+typedef enum filtersGroupType_t FILTERS_COMMON_INT32 {
+    GROUP_TYPE_0 = 0, /**< admits no match at all */
+    GROUP_TYPE_1 = 1,
+    GROUP_TYPE_2 = 2,
+    GROUP_TYPE_3 = 3,
+    GROUP_TYPE_4 = 4,
+    GROUP_TYPE_5 = 5,
+    GROUP_TYPE_6 = 6,
+    GROUP_TYPE_7 = 7,
+    GROUP_TYPE_8 = 8,
+    GROUP_TYPE_9 = 9
+} filtersGroupType_t;
+
+/* ----------------------------------------------------------------------------------- counters */
+
+/** What a counter counts. */
+typedef enum counter_type_t FILTERS_COMMON_INT32 {
+    COUNTER_TYPE_INVALID = 0, /**< nothing is counted */
+    COUNTER_TYPE_PACKETS = 1,
+    COUNTER_TYPE_OCTETS = 2
+} counter_type_t;
+
+/* ---------------------------------------------------- small types of single match and action
+ * classes */
+
+/** VLAN tag protocol identifier, host byte order. */
+typedef uint16_t tpid_t;
+
+/** Transport-layer port or port mask, host byte order. */
+typedef uint16_t l4port_t;
+
+/** Type of a port. Only the CPU port has a name in text dumps. */
+typedef enum port_type_t FILTERS_COMMON_INT32 { PORT_TYPE_CPU = 0 } port_type_t;
+
+/*
+ * The next four are numbers of the switching hardware's own. They are stored, compared, transmitted
+ * and printed as 32-bit numbers and never interpreted here; the enumerators only name the zero.
+ */
+
+/** Kind of layer-2 source entry. */
+typedef enum l2SrcEntryType_t FILTERS_COMMON_INT32 { L2_SRC_ENTRY_TYPE_0 = 0 } l2SrcEntryType_t;
+
+/** Packet resolution. */
+typedef enum en_Resolution FILTERS_COMMON_INT32 { RESOLUTION_0 = 0 } en_Resolution;
+
+/** Spanning-tree state of the ingress port. */
+typedef enum en_StpState FILTERS_COMMON_INT32 { STP_STATE_0 = 0 } en_StpState;
+
+/** Forwarding type. */
+typedef enum en_ForwardingType FILTERS_COMMON_INT32 { FORWARDING_TYPE_0 = 0 } en_ForwardingType;
+
+/** VLAN information of a packet. */
+typedef struct vlan_info_t {
+    uint32_t svcVlanType; /**< service-VLAN type */
+} vlan_info_t;
+
+/** What an ActionCopyToCpuCancel cancels. */
+typedef enum cp2cpuCancelParam_t FILTERS_COMMON_INT32 {
+    COPY_TO_CPU_CANCEL = 0,
+    SWITCH_TO_CPU_CANCEL = 1
+} cp2cpuCancelParam_t;
+
+#ifdef __cplusplus
+#define FILTERS_COMMON_IS_32_BITS(type) static_assert(sizeof(type) == 4, #type " is 32 bits wide")
+#else
+#define FILTERS_COMMON_IS_32_BITS(type) _Static_assert(sizeof(type) == 4, #type " is 32 bits wide")
+#endif
+
+FILTERS_COMMON_IS_32_BITS(filtersMatch_t);
+FILTERS_COMMON_IS_32_BITS(filtersAction_t);
+FILTERS_COMMON_IS_32_BITS(filtersErr_t);
+FILTERS_COMMON_IS_32_BITS(filtersGroupStage_t);
+FILTERS_COMMON_IS_32_BITS(filtersGroupType_t);
+FILTERS_COMMON_IS_32_BITS(counter_type_t);
+FILTERS_COMMON_IS_32_BITS(port_type_t);
+FILTERS_COMMON_IS_32_BITS(l2SrcEntryType_t);
+FILTERS_COMMON_IS_32_BITS(en_Resolution);
+FILTERS_COMMON_IS_32_BITS(en_StpState);
+FILTERS_COMMON_IS_32_BITS(en_ForwardingType);
+FILTERS_COMMON_IS_32_BITS(vlan_info_t);
+FILTERS_COMMON_IS_32_BITS(cp2cpuCancelParam_t);
+FILTERS_COMMON_IS_32_BITS(limid_t);
+
+#undef FILTERS_COMMON_IS_32_BITS
+#undef FILTERS_COMMON_INT32
+
+#ifdef __cplusplus
+} // namespace FiltersCommon
+#endif
+
+#endif // FILTER_COMMON_FILTER_TYPES_H

@@ -1,0 +1,84 @@
+/**
+ * Values as bytes: addresses and interface identifiers are compared and sent byte by byte, so
+ * nothing here depends on the byte order of the host.
+ */
+#ifndef FILTER_COMMON_SRC_BYTES_H
+#define FILTER_COMMON_SRC_BYTES_H
+
+#include <limidmgr_decode.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <list>
+#include <string>
+#include <type_traits>
+
+namespace FiltersCommon {
+
+template <class T>
+bool sameBytes(const T& a, const T& b)
+{
+    static_assert(std::has_unique_object_representations_v<T>);
+    return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
+
+/** The same interfaces in the same order. */
+inline bool sameBytes(const std::list<limid_t>& a, const std::list<limid_t>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const limid_t& x, const limid_t& y) { return sameBytes(x, y); });
+}
+
+template <class T>
+T allOnes()
+{
+    T value;
+    std::memset(&value, 0xFF, sizeof value);
+    return value;
+}
+
+/** The value from a byte field: a short field is filled up with zeros, a long one is cut. */
+template <class T>
+T fromBytes(const std::string& bytes)
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+    T value{};
+    std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
+    return value;
+}
+
+/** The four octets as one number, the first octet most significant. */
+constexpr std::uint32_t packLimId(const limid_t& limId)
+{
+    return std::uint32_t{limId.octet[0]} << 24 | std::uint32_t{limId.octet[1]} << 16 |
+           std::uint32_t{limId.octet[2]} << 8 | std::uint32_t{limId.octet[3]};
+}
+
+constexpr limid_t unpackLimId(std::uint32_t number)
+{
+    return {{static_cast<std::uint8_t>(number >> 24), static_cast<std::uint8_t>(number >> 16),
+             static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)}};
+}
+
+/** Appends the packed form of each interface to a repeated field of a message. */
+template <class RepeatedField>
+void appendPacked(RepeatedField* field, const std::list<limid_t>& limIds)
+{
+    for (const limid_t& limId : limIds)
+        field->Add(packLimId(limId));
+}
+
+/** The interfaces in a repeated field of a message. */
+template <class RepeatedField>
+std::list<limid_t> unpackAll(const RepeatedField& field)
+{
+    std::list<limid_t> limIds;
+    for (const std::uint32_t number : field)
+        limIds.push_back(unpackLimId(number));
+    return limIds;
+}
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_BYTES_H

@@ -1,0 +1,33 @@
+/**
+ * Broken contracts: reported as the C library's own failed assertion, then the process is aborted.
+ * Active in every build, also with NDEBUG.
+ */
+#ifndef FILTER_COMMON_SRC_CONTRACT_H
+#define FILTER_COMMON_SRC_CONTRACT_H
+
+namespace FiltersCommon {
+
+/**
+ * What a report says beside the expression. Given by hand, so that neither the compiler nor the
+ * place where a file is built changes it: the file is the bare name of the source file, and callers
+ * rely on some of the lines.
+ */
+struct ContractPlace {
+    const char* file;
+    unsigned line;
+    const char* function;
+};
+
+/** Writes "program: file:line: function: Assertion `expression' failed." and aborts. */
+[[noreturn]] void contractBroken(const char* expression, const ContractPlace& place);
+
+} // namespace FiltersCommon
+
+/** Reports unless the condition holds; its text is part of the report. */
+#define FILTERS_COMMON_REQUIRE(condition, ...)                                                     \
+    do {                                                                                           \
+        if (!(condition))                                                                          \
+            ::FiltersCommon::contractBroken(#condition, {__VA_ARGS__});                            \
+    } while (false)
+
+#endif // FILTER_COMMON_SRC_CONTRACT_H

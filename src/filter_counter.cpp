@@ -1,0 +1,44 @@
+#include "filter_counter.h"
+
+#include "filter_counter.pb.h"
+
+#include <ostream>
+
+namespace FiltersCommon {
+
+Counter::Counter(const CounterPB& pb)
+    : Counter(static_cast<unsigned short>(pb.id()), static_cast<counter_type_t>(pb.type()))
+{}
+
+void Counter::Serialize(CounterPB* pb) const
+{
+    pb->set_id(id_);
+    pb->set_type(type_);
+}
+
+namespace {
+
+const char* nameOf(counter_type_t type)
+{
+    switch (type) {
+    case COUNTER_TYPE_INVALID:
+        return "Invalid";
+    case COUNTER_TYPE_PACKETS:
+        return "Packets";
+    case COUNTER_TYPE_OCTETS:
+        return "Octets";
+    }
+    return "Unknown";
+}
+
+} // namespace
+
+std::ostream& operator<<(std::ostream& out, const Counter& counter)
+{
+    const std::streamsize width = out.width();
+    out << "ID: " << counter.GetId() << "\n";
+    out.width(width);
+    return out << "Type: " << nameOf(counter.GetType());
+}
+
+} // namespace FiltersCommon

@@ -1,0 +1,18 @@
+#ifndef FILTER_COMMON_SRC_SERIALIZED_BYTES_H
+#define FILTER_COMMON_SRC_SERIALIZED_BYTES_H
+
+#include <string>
+
+namespace FiltersCommon {
+
+class FiltersSerialized;
+
+/**
+ * As many bytes as size() says, the terminating zero included: it reads as a field tag of 0, at
+ * which the parser stops with all that came before it.
+ */
+std::string bytesOf(const FiltersSerialized& s);
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_SERIALIZED_BYTES_H
