@@ -1,0 +1,83 @@
+/**
+ * Actions for callers that cannot use the classes. C11 and C++17.
+ *
+ *  1. Handles. A handle is an untyped pointer to an action. A constructor (newAction..., and
+ *     newReplace...Mac, named without the word) gives it to the caller, who frees it with
+ *     deleteAction. Handing it to an entry (filter_entries_c.h) does not change that: the entry
+ *     stores a copy.
+ *  2. Null handles. deleteAction and actionGetType report a null handle as a failed assertion
+ *     ("a != nullptr") and end the process, in release builds too. The getters must not be given
+ *     one.
+ *  3. Kinds. No getter looks at the kind of its handle. Ask actionGetType first: what a getter
+ * reads from an action of another kind is meaningless.
+ *  4. Values are taken as they are; nothing is checked.
+ *  5. Memory. If it runs out, a constructor raises std::bad_alloc, which a C caller cannot catch.
+ *  6. Threads. An action is used by one thread at a time; different actions by any.
+ *
+ * Deliberately not offered: constructors for ActionSetInnerPcp and ActionBlackHole; getters for the
+ * inner PCP, the CPU queue, the MAC addresses and the port lists.
+ */
+#ifndef FILTER_COMMON_FILTER_ACTIONS_C_H
+#define FILTER_COMMON_FILTER_ACTIONS_C_H
+
+#include "filter_types.h"
+
+#include <net/ethernet.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+namespace FiltersCommon {
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------- constructors */
+
+void* newActionPermit(void);
+void* newActionDeny(void);
+void* newActionCopyToCpu(void);
+
+/** The @p count ports in the order of the array, which may be null when @p count is 0. */
+void* newActionBlockEgressPorts(const limid_t* ports, uint32_t count);
+
+/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels the copying. */
+void* newActionCopyToCpuCancel(void);
+/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels the switching. */
+void* newActionSwitchToCpuCancel(void);
+
+void* newActionSetPcp(unsigned char pcp);
+void* newActionSetPcpAndQueue(unsigned char pcpAndQueue);
+void* newActionSetDSCP(unsigned char dscp);
+void* newActionMapToCosQueue(unsigned char queue);
+void* newActionMapToCpuCosQueue(unsigned char queue);
+
+/** Copies the address, which must not be null. */
+void* newReplaceDstMac(const struct ether_addr* mac);
+/** Redirects to the one port, which is copied and must not be null. */
+void* newActionRedirect(const limid_t* port);
+void* newActionRedirectCancel(void);
+/** Copies the address, which must not be null. */
+void* newReplaceSrcMac(const struct ether_addr* mac);
+
+void* newActionL3Switch(unsigned int l3DestinationId);
+
+/* ---------------------------------------------------------------- any action; ABORTS ON NULL */
+
+void deleteAction(void* a);
+filtersAction_t actionGetType(void* a);
+
+/* ---------------------------------------------------------------- getters; must not be given null
+ */
+
+cp2cpuCancelParam_t actionCopyToCpuCancelGetTypeOfCancel(void* a);
+unsigned char actionSetPcpGetPcp(void* a);
+unsigned char actionSetPcpAndQueueGetPcpAndQueue(void* a);
+unsigned char actionSetDSCPGetDSCP(void* a);
+unsigned char actionMapToCosQueueGetCosQueue(void* a);
+unsigned int actionL3SwitchGetL3DestinationId(void* a);
+
+#ifdef __cplusplus
+} // extern "C"
+} // namespace FiltersCommon
+#endif
+
+#endif /* FILTER_COMMON_FILTER_ACTIONS_C_H */

@@ -1,0 +1,88 @@
+/**
+ * Groups of rules for callers that cannot use the classes. C11 and C++17.
+ *
+ *  1. Handles. newFiltersGroup gives a group to the caller, who frees it with deleteFiltersGroup.
+ *     Entries (filter_entries_c.h) stay the caller's: a group stores copies.
+ *  2. Null handles. Every function but newFiltersGroup and filtersGroupRemoveEntry reports a null
+ *     argument as a failed assertion ("g != nullptr", "g != nullptr && e != nullptr",
+ *     "g != nullptr && entries != nullptr", "entries != nullptr") and ends the process, in release
+ *     builds too. filtersGroupRemoveEntry answers a null group with FILTERS_ERR_BAD_PARAM.
+ *  3. Results. A refusal is a negative code and changes nothing. filtersGroupSetStage deliberately
+ *     has no result: read the stage back to learn whether the change was refused.
+ *  4. Listing. filtersGroupGetEntries fills a record that belongs to the caller with arrays and
+ *     entries that belong to the record; deleteFiltersEntriesStruct frees them all. An entry of a
+ *     record is never freed with deleteFiltersEntry.
+ *  5. Memory. If it runs out, std::bad_alloc is raised, which a C caller cannot catch; nothing is
+ *     changed and nothing is lost.
+ *  6. Threads. A group is used by one thread at a time; different groups by any.
+ */
+#ifndef FILTER_COMMON_FILTER_GROUPS_C_H
+#define FILTER_COMMON_FILTER_GROUPS_C_H
+
+#include "filter_types.h"
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+namespace FiltersCommon {
+class FiltersEntry;
+class FiltersGroup;
+extern "C" {
+#else
+typedef struct FiltersEntry FiltersEntry;
+typedef struct FiltersGroup FiltersGroup;
+#endif
+
+/** The entries of a group, as copies that do not change with the group. */
+typedef struct entriesStruct {
+    int32_t count;          /**< number of entries */
+    filtersEntryId_t* ids;  /**< their identifiers, ascending */
+    FiltersEntry** entries; /**< the entry of the identifier at the same position */
+} entriesStruct;
+
+/** A group with that identifier, priority, stage and type 0, and no entries. */
+FiltersGroup* newFiltersGroup(filtersGroupId_t id);
+void deleteFiltersGroup(FiltersGroup* g);
+
+filtersGroupId_t filtersGroupGetId(FiltersGroup* g);
+
+void filtersGroupSetPriority(FiltersGroup* g, filtersGroupPriority_t priority);
+filtersGroupPriority_t filtersGroupGetPriority(FiltersGroup* g);
+
+/** Sets the stage if the group's type and entries admit it; does nothing otherwise. */
+void filtersGroupSetStage(FiltersGroup* g, filtersGroupStage_t stage);
+filtersGroupStage_t filtersGroupGetStage(FiltersGroup* g);
+
+/**
+ * @return FILTERS_ERR_UNKNOWN_STAGE or FILTERS_ERR_TYPE_NOT_ALLOWED if the group's stage does not
+ * admit @p type; FILTERS_ERR_MATCH_NOT_ALLOWED if an entry of the group does not fit it
+ */
+filtersErr_t filtersGroupSetType(FiltersGroup* g, filtersGroupType_t type);
+filtersGroupType_t filtersGroupGetType(FiltersGroup* g);
+
+/**
+ * Stores a copy of @p e in the place of an entry with the same identifier.
+ * @return FILTERS_ERR_INVALID for a group of unknown type, FILTERS_ERR_MATCH_NOT_ALLOWED,
+ * FILTERS_ERR_UNKNOWN_STAGE, FILTERS_ERR_ACTION_NOT_ALLOWED or FILTERS_ERR_POLICER_STAGE if the
+ * group's type and stage do not admit the entry
+ */
+filtersErr_t filtersGroupInsertEntry(FiltersGroup* g, FiltersEntry* e);
+
+/** @return FILTERS_ERR_NOT_FOUND if there is no such entry */
+filtersErr_t filtersGroupRemoveEntry(FiltersGroup* g, filtersEntryId_t id);
+
+/**
+ * Fills @p entries. What it pointed to before is not freed. For an empty group the count is 0 and
+ * the arrays have no elements; they too are freed with deleteFiltersEntriesStruct.
+ */
+void filtersGroupGetEntries(FiltersGroup* g, entriesStruct* entries);
+
+/** Frees what @p entries points to, where it is not null; neither frees nor resets the record. */
+void deleteFiltersEntriesStruct(entriesStruct* entries);
+
+#ifdef __cplusplus
+} // extern "C"
+} // namespace FiltersCommon
+#endif
+
+#endif /* FILTER_COMMON_FILTER_GROUPS_C_H */

@@ -1,0 +1,149 @@
+/**
+ * Match criteria for callers that cannot use the classes. C11 and C++17.
+ *
+ *  1. Handles. A handle is an untyped pointer to a match. A constructor (newMatch...) gives it to
+ *     the caller, who frees it with deleteMatch. Handing it to an entry (filter_entries_c.h) does
+ *     not change that: the entry stores a copy.
+ *  2. Null handles. Where a function is marked ABORTS ON NULL, a null handle is reported as a
+ * failed assertion ("m != nullptr") and ends the process, in release builds too. The other
+ * functions must not be given one.
+ *  3. Kinds. No getter looks at the kind of its handle. Ask matchGetType first: what a getter reads
+ *     from a match of another kind is meaningless.
+ *  4. Pointers from the address getters point into the match, and are valid until it is freed.
+ *  5. Values are taken as they are, but for the PCP constructors, which keep the three low bits.
+ *     Numbers are in host byte order, addresses in the byte order of the network. A constructor
+ *     without a mask sets all bits of the mask.
+ *  6. Memory. If it runs out, a constructor raises std::bad_alloc, which a C caller cannot catch.
+ *  7. Threads. A match is used by one thread at a time; different matches by any.
+ *
+ * Deliberately not offered: constructors for MatchToS, MatchForwardingType, MatchDestinationCpu,
+ * excluded port types and a masked IPv6 source; getters for port lists, VLAN identifiers, the
+ * type-of-service byte and the forwarding type.
+ */
+#ifndef FILTER_COMMON_FILTER_MATCHES_C_H
+#define FILTER_COMMON_FILTER_MATCHES_C_H
+
+#include "filter_types.h"
+
+#include <net/ethernet.h>
+#include <netinet/in.h>
+#include <stdbool.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+namespace FiltersCommon {
+class MatchL2SrcEntryType;
+class MatchTPID;
+extern "C" {
+#else
+typedef struct MatchL2SrcEntryType MatchL2SrcEntryType;
+typedef struct MatchTPID MatchTPID;
+#endif
+
+/* ------------------------------------------------------------------------------- constructors */
+
+void* newMatchAll(void);
+
+/** The @p count ports in the order of the array, which may be null when @p count is 0. */
+void* newMatchIngressPorts(const limid_t* ports, uint32_t count);
+void* newMatchEgressPorts(const limid_t* ports, uint32_t count);
+
+/** One VLAN identifier. */
+void* newMatchExternalVlanId(unsigned short vlanId);
+void* newMatchInternalVlanId(unsigned short vlanId);
+
+void* newMatchTPID(tpid_t tpid);
+
+void* newMatchDstL4Port(l4port_t port);
+void* newMatchDstL4PortMask(l4port_t port, l4port_t mask);
+void* newMatchSrcL4Port(l4port_t port);
+void* newMatchSrcL4PortMask(l4port_t port, l4port_t mask);
+
+void* newMatchDstMac(struct ether_addr mac);
+void* newMatchDstMacMask(struct ether_addr mac, struct ether_addr mask);
+void* newMatchSrcMac(struct ether_addr mac);
+void* newMatchSrcMacMask(struct ether_addr mac, struct ether_addr mask);
+
+void* newMatchL2SrcEntryType(l2SrcEntryType_t type);
+
+void* newMatchSrcIPv4(struct in_addr address);
+void* newMatchSrcIPv4Mask(struct in_addr address, struct in_addr mask);
+void* newMatchDstIPv4(struct in_addr address);
+void* newMatchDstIPv4Mask(struct in_addr address, struct in_addr mask);
+
+void* newMatchPcp(unsigned char pcp);
+void* newMatchInternalPcp(unsigned char pcp);
+
+void* newMatchSrcIPv6(struct in6_addr address);
+void* newMatchDstIPv6(struct in6_addr address);
+void* newMatchDstIPv6Mask(struct in6_addr address, struct in6_addr mask);
+
+void* newMatchVlanUntagged(void);
+void* newMatchIpProtocol(unsigned char protocol);
+void* newMatchPacketRes(en_Resolution resolution);
+void* newMatchMplsTerm(bool terminated);
+
+/** A match of kind MATCH_TOS; keeps the six low bits of @p dscp. */
+void* newMatchDSCP(unsigned char dscp);
+
+void* newMatchTTL(unsigned char ttl);
+void* newMatchVirtualPort(limid_t port);
+void* newMatchIngressStpState(en_StpState state);
+void* newMatchVlanInfo(vlan_info_t vlanInfo);
+void* newMatchSrcPort(limid_t port);
+void* newMatchVrfId(unsigned short vrfId);
+void* newMatchDrop(bool drop);
+void* newMatchCpuPort(void);
+
+/* ----------------------------------------------------------------- any match; ABORTS ON NULL */
+
+filtersMatch_t matchGetType(void* m);
+void deleteMatch(void* m);
+
+/* -------------------------------------------------------------------- getters; ABORTS ON NULL */
+
+/** Of a destination or source MAC match. */
+const struct ether_addr* matchMacGetMac(void* m);
+const struct ether_addr* matchMacGetMask(void* m);
+
+/** Of a virtual-port or source-port match. */
+limid_t matchGetLimId(void* m);
+
+tpid_t matchGetTPID(MatchTPID* m);
+
+/** Of a destination or source L4-port match. */
+l4port_t matchGetL4Port(void* m);
+l4port_t matchGetL4PortMask(void* m);
+
+l2SrcEntryType_t matchGetL2SrcEntryType(MatchL2SrcEntryType* m);
+
+/** Of a destination or source IPv4 match. */
+const struct in_addr* matchIPv4GetIPv4(void* m);
+const struct in_addr* matchIPv4GetIPv4Mask(void* m);
+
+/** Of a destination or source IPv6 match. */
+const struct in6_addr* matchIPv6GetIPv6(void* m);
+const struct in6_addr* matchIPv6GetIPv6Mask(void* m);
+
+/* ---------------------------------------------------------------- getters; must not be given null
+ */
+
+unsigned char matchPcpGet(void* m);
+unsigned char matchInternalPcpGet(void* m);
+unsigned char matchIpProtocolGetIpProt(void* m);
+en_Resolution matchPacketResGet(void* m);
+bool matchMplsTermGet(void* m);
+/** The upper six bits of the type-of-service byte. */
+unsigned char matchDSCPGet(void* m);
+unsigned char matchTTLGet(void* m);
+en_StpState matchIngressStpStateGet(void* m);
+vlan_info_t matchVlanInfoGet(void* m);
+unsigned short matchVrfIdGet(void* m);
+bool matchDropGet(void* m);
+
+#ifdef __cplusplus
+} // extern "C"
+} // namespace FiltersCommon
+#endif
+
+#endif /* FILTER_COMMON_FILTER_MATCHES_C_H */
