@@ -1,0 +1,214 @@
+#include "access_list.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <system_error>
+#include <utility>
+
+namespace filterctl {
+
+namespace {
+
+constexpr std::string_view BLANKS = " \t";
+
+/** Reads digits and nothing else; a number that is too large for the type reads as the largest. */
+bool readNumber(std::string_view digits, int base, unsigned& number)
+{
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number, base);
+    if (error == std::errc::invalid_argument || stop != end)
+        return false;
+    if (error == std::errc::result_out_of_range)
+        number = std::numeric_limits<unsigned>::max();
+    return true;
+}
+
+/** Leading zeros are refused, for other programs read such an octet as an octal number. */
+bool readOctet(std::string_view digits, unsigned& octet)
+{
+    const bool leadingZero = digits.size() > 1 && digits.front() == '0';
+    return !leadingZero && readNumber(digits, 10, octet) && octet <= 0xFF;
+}
+
+bool readAddress(std::string_view text, std::uint32_t& address)
+{
+    address = 0;
+    for (int index = 0; index < 4; ++index) {
+        const std::size_t length = index < 3 ? text.find('.') : text.size();
+        unsigned octet = 0;
+        if (length == std::string_view::npos || !readOctet(text.substr(0, length), octet))
+            return false;
+        address = address << 8 | octet;
+        text.remove_prefix(std::min(length + 1, text.size()));
+    }
+    return true;
+}
+
+/** Reads one line from left to right and remembers why it stopped. */
+class LineReader {
+public:
+    explicit LineReader(std::string_view line) : rest_(line) {}
+
+    bool read(AccessRule& rule)
+    {
+        return enter("source prefix") && take('@') && readPrefix(rule.source) &&
+               enter("destination prefix") && readPrefix(rule.destination) &&
+               enter("source port range") && readRange(rule.sourcePorts) &&
+               enter("destination port range") && readRange(rule.destinationPorts) &&
+               enter("protocol") && readProtocol(rule.protocol);
+    }
+
+    std::string reason() const { return std::string(field_) + ": " + reason_; }
+
+private:
+    bool refuse(std::string why)
+    {
+        reason_ = std::move(why);
+        return false;
+    }
+
+    void skipBlanks()
+    {
+        rest_.remove_prefix(std::min(rest_.find_first_not_of(BLANKS), rest_.size()));
+    }
+
+    bool enter(std::string_view field)
+    {
+        field_ = field;
+        skipBlanks();
+        return !rest_.empty() || refuse("missing");
+    }
+
+    bool take(char wanted)
+    {
+        if (rest_.empty() || rest_.front() != wanted)
+            return refuse(std::string("missing '") + wanted + "'");
+        rest_.remove_prefix(1);
+        return true;
+    }
+
+    std::string_view takeUntil(std::string_view ends)
+    {
+        const std::string_view taken = rest_.substr(0, rest_.find_first_of(ends));
+        rest_.remove_prefix(taken.size());
+        return taken;
+    }
+
+    bool readPrefix(Prefix& prefix)
+    {
+        const std::string_view column = takeUntil(BLANKS);
+        const std::size_t slash = column.find('/');
+        if (!readAddress(column.substr(0, slash), prefix.address))
+            return refuse("not an address of four octets");
+        if (slash == std::string_view::npos)
+            return refuse("missing length");
+        if (!readNumber(column.substr(slash + 1), 10, prefix.length))
+            return refuse("length is not a number");
+        return prefix.length <= 32 || refuse("length is over 32");
+    }
+
+    bool readPort(std::string_view ends, const std::string& name, std::uint16_t& port)
+    {
+        unsigned number = 0;
+        if (!readNumber(takeUntil(ends), 10, number))
+            return refuse(name + " is not a number");
+        if (number > 0xFFFF)
+            return refuse(name + " is over 65535");
+        port = static_cast<std::uint16_t>(number);
+        return true;
+    }
+
+    bool readRange(PortRange& range)
+    {
+        if (!readPort(" \t:", "low port", range.low))
+            return false;
+        skipBlanks();
+        if (!take(':'))
+            return false;
+        skipBlanks();
+        if (!readPort(BLANKS, "high port", range.high))
+            return false;
+        return range.low <= range.high || refuse("low port is above high port");
+    }
+
+    bool readHexadecimal(std::string_view digits, const std::string& name, unsigned& number)
+    {
+        const bool marked = digits.substr(0, 2) == "0x";
+        return (marked && readNumber(digits.substr(2), 16, number)) ||
+               refuse(name + " is not 0x and hexadecimal digits");
+    }
+
+    bool readProtocol(std::optional<std::uint8_t>& protocol)
+    {
+        const std::string_view column = takeUntil(BLANKS);
+        const std::size_t slash = column.find('/');
+        unsigned value = 0;
+        unsigned mask = 0;
+        if (!readHexadecimal(column.substr(0, slash), "value", value))
+            return false;
+        if (value > 0xFF)
+            return refuse("value is over 0xFF");
+        if (slash == std::string_view::npos)
+            return refuse("missing mask");
+        if (!readHexadecimal(column.substr(slash + 1), "mask", mask))
+            return false;
+        if (mask == 0xFF)
+            protocol = static_cast<std::uint8_t>(value);
+        return mask == 0x00 || mask == 0xFF || refuse("mask is neither 0x00 nor 0xFF");
+    }
+
+    std::string_view rest_;
+    std::string_view field_;
+    std::string reason_;
+};
+
+bool isSkipped(std::string_view line)
+{
+    return line.substr(0, 1) == "#" || line.find_first_not_of(BLANKS) == std::string_view::npos;
+}
+
+/** Cuts the first line off @p text, without its end. */
+std::string_view takeLine(std::string_view& text)
+{
+    std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    return line;
+}
+
+} // namespace
+
+std::variant<AccessList, Refusal> readAccessList(std::string_view text)
+{
+    AccessList rules;
+    for (std::size_t number = 1; !text.empty(); ++number) {
+        const std::string_view line = takeLine(text);
+        if (isSkipped(line))
+            continue;
+        AccessRule rule;
+        rule.line = number;
+        LineReader reader(line);
+        if (!reader.read(rule))
+            return Refusal{number, reader.reason()};
+        rules.push_back(rule);
+    }
+    return rules;
+}
+
+std::vector<PortPair> coverPortRange(const PortRange& range)
+{
+    std::vector<PortPair> pairs;
+    for (std::uint32_t port = range.low; port <= range.high;) {
+        // The largest block that may begin at this port, cut down to what is left of the range.
+        std::uint32_t size = port == 0 ? 0x10000 : port & (~port + 1);
+        while (port + size - 1 > range.high)
+            size /= 2;
+        pairs.push_back({static_cast<std::uint16_t>(port), static_cast<std::uint16_t>(0 - size)});
+        port += size;
+    }
+    return pairs;
+}
+
+} // namespace filterctl

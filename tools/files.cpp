@@ -1,0 +1,184 @@
+#include "files.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace filterctl {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void fail(const std::string& name, const char* what, int error)
+{
+    throw std::runtime_error(name + ": cannot " + what + ": " +
+                             std::generic_category().message(error));
+}
+
+/** An open file, known to the user by a name. */
+class File {
+public:
+    File(int descriptor, std::string name) : descriptor_(descriptor), name_(std::move(name))
+    {
+        if (descriptor_ < 0)
+            fail(name_, "open", errno);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File()
+    {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+    }
+
+    std::string readAll()
+    {
+        constexpr std::size_t STEP = 65536;
+        std::string bytes;
+        for (std::size_t size = 0;;) {
+            bytes.resize(size + STEP);
+            const ssize_t count = ::read(descriptor_, &bytes[size], STEP);
+            if (count < 0 && errno != EINTR)
+                fail(name_, "read", errno);
+            size += count > 0 ? static_cast<std::size_t>(count) : 0;
+            bytes.resize(size);
+            if (count == 0)
+                return bytes;
+        }
+    }
+
+    void writeAll(std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
+            if (count < 0 && errno != EINTR)
+                fail(name_, "write", errno);
+            bytes.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
+        }
+    }
+
+    void setMode(mode_t mode)
+    {
+        if (::fchmod(descriptor_, mode) != 0)
+            fail(name_, "set the permissions", errno);
+    }
+
+    void sync()
+    {
+        if (::fsync(descriptor_) != 0)
+            fail(name_, "write", errno);
+    }
+
+    /** Some systems report only here that the bytes did not get to their place. */
+    void close()
+    {
+        if (::close(std::exchange(descriptor_, -1)) != 0)
+            fail(name_, "write", errno);
+    }
+
+private:
+    int descriptor_;
+    const std::string name_;
+};
+
+/** Removes a file at the end of its life, unless the file was moved to where it belongs. */
+class Leftover {
+public:
+    explicit Leftover(const std::string& path) : path_(path) {}
+    Leftover(const Leftover&) = delete;
+    Leftover& operator=(const Leftover&) = delete;
+    ~Leftover()
+    {
+        if (!path_.empty())
+            ::unlink(path_.c_str());
+    }
+
+    void moveTo(const fs::path& target, const std::string& name)
+    {
+        if (::rename(path_.c_str(), target.c_str()) != 0)
+            fail(name, "replace", errno);
+        path_.clear();
+    }
+
+private:
+    std::string path_;
+};
+
+mode_t modeOfNewFiles()
+{
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+/** Where a link leads that may point to a file yet to be made. */
+fs::path followLinks(fs::path path, const std::string& name)
+{
+    constexpr int MOST_LINKS = 40;
+    std::error_code error;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links) {
+        if (links == MOST_LINKS)
+            fail(name, "open", ELOOP);
+        path = path.parent_path() / fs::read_symlink(path, error);
+    }
+    return path;
+}
+
+/** Writes beside the target first, so that the target is whole at every moment. */
+void replaceFile(const fs::path& target, const std::string& name, mode_t mode,
+                 std::string_view bytes)
+{
+    std::string path = (target.parent_path() / ".filterctl.XXXXXX").string();
+    File file(::mkstemp(path.data()), name);
+    Leftover leftover(path);
+    file.writeAll(bytes);
+    file.setMode(mode);
+    file.sync();
+    file.close();
+    leftover.moveTo(target, name);
+}
+
+void writeInto(int descriptor, const std::string& name, std::string_view bytes)
+{
+    File file(descriptor, name);
+    file.writeAll(bytes);
+    file.close();
+}
+
+} // namespace
+
+std::string readFile(const std::string& name)
+{
+    File file(name == "-" ? STDIN_FILENO : ::open(name.c_str(), O_RDONLY | O_CLOEXEC), name);
+    return file.readAll();
+}
+
+void writeFile(const std::string& name, std::string_view bytes)
+{
+    if (name == "-")
+        return writeInto(STDOUT_FILENO, name, bytes);
+
+    std::error_code error;
+    const fs::file_status status = fs::status(name, error);
+    if (status.type() == fs::file_type::not_found)
+        return replaceFile(followLinks(name, name), name, modeOfNewFiles(), bytes);
+    if (status.type() == fs::file_type::none)
+        fail(name, "open", error.value());
+    if (status.type() != fs::file_type::regular)
+        return writeInto(::open(name.c_str(), O_WRONLY | O_CLOEXEC), name, bytes);
+
+    const fs::path target = fs::canonical(name, error);
+    if (error)
+        fail(name, "open", error.value());
+    replaceFile(target, name, static_cast<mode_t>(status.permissions() & fs::perms::mask), bytes);
+}
+
+} // namespace filterctl

@@ -1,0 +1,143 @@
+#include "group_import.h"
+
+#include <arpa/inet.h>
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace filterctl {
+
+namespace {
+
+using namespace FiltersCommon;
+
+constexpr std::uint32_t MOST_ENTRIES =
+    std::uint32_t{std::numeric_limits<filtersEntryId_t>::max()} + 1;
+
+std::string nameOf(filtersErr_t error)
+{
+    switch (error) {
+#define NAMED(code)                                                                                \
+    case code:                                                                                     \
+        return #code;
+        NAMED(FILTERS_OK)
+        NAMED(FILTERS_ERR_NOT_FOUND)
+        NAMED(FILTERS_ERR_INVALID)
+        NAMED(FILTERS_ERR_BAD_PARAM)
+        NAMED(FILTERS_ERR_MATCH_NOT_ALLOWED)
+        NAMED(FILTERS_ERR_TYPE_NOT_ALLOWED)
+        NAMED(FILTERS_ERR_UNKNOWN_STAGE)
+        NAMED(FILTERS_ERR_ACTION_NOT_ALLOWED)
+        NAMED(FILTERS_ERR_POLICER_STAGE)
+#undef NAMED
+    }
+    return std::to_string(static_cast<int>(error));
+}
+
+template <class MatchPrefix>
+void addPrefix(FiltersEntry& entry, const Prefix& prefix)
+{
+    if (prefix.length > 0)
+        entry.setMatch(MatchPrefix(in_addr{htonl(prefix.address)}, in_addr{htonl(prefix.mask())}));
+}
+
+template <class MatchPort>
+void addPorts(FiltersEntry& entry, const PortPair& ports)
+{
+    if (ports.mask != 0)
+        entry.setMatch(MatchPort(ports.value, ports.mask));
+}
+
+/** An entry of the rule but for the ports. */
+FiltersEntry makeEntry(const AccessRule& rule, bool deny)
+{
+    FiltersEntry entry;
+    addPrefix<MatchSrcIPv4>(entry, rule.source);
+    addPrefix<MatchDstIPv4>(entry, rule.destination);
+    if (rule.protocol)
+        entry.setMatch(MatchIpProtocol(*rule.protocol));
+    if (deny)
+        entry.setAction(ActionDeny());
+    else
+        entry.setAction(ActionPermit());
+    return entry;
+}
+
+/** A group that is filled rule by rule. Each step gives the reason of a refusal, or nothing. */
+class Import {
+public:
+    explicit Import(const ImportOptions& options) : group_(options.group), deny_(options.deny)
+    {
+        group_.setPriority(options.priority);
+    }
+
+    std::optional<std::string> setStageAndType(filtersGroupStage_t stage, filtersGroupType_t type)
+    {
+        const std::string stageText = "stage " + std::to_string(static_cast<int>(stage));
+        // A new group has type 0, which every stage admits.
+        if (const filtersErr_t error = group_.setStage(stage); error != FILTERS_OK)
+            return stageText + " is refused: " + nameOf(error);
+        if (const filtersErr_t error = group_.setType(type); error != FILTERS_OK)
+            return "type " + std::to_string(static_cast<int>(type)) + " at " + stageText +
+                   " is refused: " + nameOf(error);
+        return std::nullopt;
+    }
+
+    std::optional<std::string> add(const AccessRule& rule, filtersEntryPriority_t priority)
+    {
+        FiltersEntry common = makeEntry(rule, deny_);
+        common.setPriority(priority);
+        const std::vector<PortPair> destinations = coverPortRange(rule.destinationPorts);
+        for (const PortPair& source : coverPortRange(rule.sourcePorts))
+            for (const PortPair& destination : destinations) {
+                FiltersEntry entry(common);
+                addPorts<MatchSrcL4Port>(entry, source);
+                addPorts<MatchDstL4Port>(entry, destination);
+                if (entry.getMatchesRef().empty())
+                    entry.setMatch(MatchAll());
+                if (auto reason = insert(entry))
+                    return reason;
+            }
+        return std::nullopt;
+    }
+
+    FiltersGroup takeGroup() { return std::move(group_); }
+
+private:
+    std::optional<std::string> insert(FiltersEntry& entry)
+    {
+        if (nextId_ == MOST_ENTRIES)
+            return "a group holds at most " + std::to_string(MOST_ENTRIES) + " entries";
+        entry.setId(static_cast<filtersEntryId_t>(nextId_));
+        if (const filtersErr_t error = group_.insertEntry(entry); error != FILTERS_OK)
+            return "entry " + std::to_string(nextId_) + " is refused: " + nameOf(error);
+        ++nextId_;
+        return std::nullopt;
+    }
+
+    FiltersGroup group_;
+    const bool deny_;
+    std::uint32_t nextId_ = 0;
+};
+
+} // namespace
+
+std::variant<FiltersGroup, Refusal> importGroup(const AccessList& rules,
+                                                const ImportOptions& options)
+{
+    Import import(options);
+    if (auto reason = import.setStageAndType(options.stage, options.type))
+        return Refusal{0, *reason};
+    // The group is full long before a list is too long for this number.
+    auto priority = static_cast<filtersEntryPriority_t>(rules.size());
+    for (const AccessRule& rule : rules)
+        if (auto reason = import.add(rule, priority--))
+            return Refusal{rule.line, *reason};
+    return import.takeGroup();
+}
+
+} // namespace filterctl
