@@ -26,6 +26,7 @@ class Action {
 public:
     explicit Action(filtersAction_t type) : type_(type) {}
     Action(const Action&) = default;
+    /** Nothing to do: the kind stays. */
     Action& operator=(const Action&) noexcept { return *this; }
     virtual ~Action() = default;
 
@@ -59,6 +60,10 @@ public:
         : Action(type), ports_(std::move(ports))
     {}
 
+    ActionPorts(const ActionPorts&) = default;
+    ActionPorts(ActionPorts&&) noexcept = default;
+    ActionPorts& operator=(ActionPorts other) noexcept;
+
     std::list<limid_t> getPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */
     const std::list<limid_t>& getPortsRef() const { return ports_; }
@@ -74,8 +79,7 @@ private:
     std::list<limid_t> ports_;
 };
 
-// ------------------------------------------------------------------------- the kinds, in code
-// order
+// ---------------------------------------------------------------------- the kinds in code order
 
 /** Let the packet pass. */
 class ActionPermit : public Action {
@@ -275,6 +279,10 @@ public:
     static constexpr filtersAction_t KIND = ACTION_REDIRECT;
 
     explicit ActionRedirect(const limid_t& port) : Action(KIND), ports_{port} {}
+
+    ActionRedirect(const ActionRedirect&) = default;
+    ActionRedirect(ActionRedirect&&) noexcept = default;
+    ActionRedirect& operator=(ActionRedirect other) noexcept;
 
     std::list<limid_t> getRedirectPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */

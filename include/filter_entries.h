@@ -64,7 +64,8 @@ public:
 
     /**
      * Takes over the matches and actions of @p other, which is left without any; identifier,
-     * priority, policer and counter are copied. There is deliberately no copy assignment.
+     * priority, policer and counter are copied. Assigned to itself, an entry loses its matches and
+     * actions. There is deliberately no copy assignment.
      */
     FiltersEntry& operator=(FiltersEntry&& other);
 
@@ -128,8 +129,8 @@ public:
     /**
      * Adds a copy of every match of @p from, in ascending order of the keys. The kind is that of
      * the object, whatever the key; null pointers and kinds of 32 and above are skipped.
-     * @return FILTERS_ERR_INVALID at the first match that IPv4 and IPv6 exclude or that is not of
-     * the class that holds its kind's values; the matches before it stay
+     * @return FILTERS_ERR_INVALID at the first match that IPv4 and IPv6 exclude, or that has a
+     * kind with values and is not of that kind's class; the matches before it stay
      */
     filtersErr_t copyMatches(const MatchMap& from);
     /** As copyMatches, for kinds of 17 and above. */
@@ -179,10 +180,9 @@ private:
 };
 
 /**
- * Gives @p to, for every key of @p from, a copy of the object under that key, made by its kind;
- * what
- * @p to held under the key is freed. Where there is no object, or one that cannot be copied by its
- * kind, @p to gets a null pointer. Provided for matches and for actions.
+ * Gives @p to a copy, made by its kind, of the object under each key of @p from, and frees what
+ * @p to held under that key. Where there is no object, or one that cannot be copied by its kind,
+ * @p to gets a null pointer. Provided for matches and for actions.
  */
 template <class K, class V>
 void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique_ptr<V>>& from);
@@ -211,7 +211,7 @@ filtersErr_t FiltersEntry::getMatch(T& match) const
             return FILTERS_ERR_NOT_FOUND;
         // What stands under MATCH_TOS may be either class; both hold the byte of a MatchToS.
         using Values = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
-        static_cast<Values&>(match) = Values(static_cast<const Values&>(*stored));
+        static_cast<Values&>(match) = static_cast<const Values&>(*stored);
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;
@@ -236,7 +236,7 @@ filtersErr_t FiltersEntry::getAction(T& action) const
         const Action* stored = findAction(action.getType());
         if (stored == nullptr)
             return FILTERS_ERR_NOT_FOUND;
-        action = T(static_cast<const T&>(*stored));
+        action = static_cast<const T&>(*stored);
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;

@@ -23,6 +23,7 @@ class Match {
 public:
     explicit Match(filtersMatch_t type) : type_(type) {}
     Match(const Match&) = default;
+    /** Nothing to do: the kind stays. */
     Match& operator=(const Match&) noexcept { return *this; }
     virtual ~Match() = default;
 
@@ -51,7 +52,8 @@ private:
 
 // -------------------------------------------------------------------------------- value families
 //
-// Each typed operator== below compares the values alone, whatever the kinds of the two objects.
+// Each typed operator== below compares the values alone: seen through a family, two objects of
+// different kinds of that family may be equal.
 
 /** A list of ports, or a list of excluded port types; never both. */
 class MatchPorts : public Match {
@@ -62,6 +64,10 @@ public:
     MatchPorts(filtersMatch_t type, std::list<port_type_t> excludedPortTypes)
         : Match(type), excludedPortTypes_(std::move(excludedPortTypes))
     {}
+
+    MatchPorts(const MatchPorts&) = default;
+    MatchPorts(MatchPorts&&) noexcept = default;
+    MatchPorts& operator=(MatchPorts other) noexcept;
 
     std::list<limid_t> getPorts() const { return ports_; }
     std::list<port_type_t> getExcludedPortTypes() const { return excludedPortTypes_; }
@@ -144,6 +150,10 @@ public:
     MatchVlanId(filtersMatch_t type, std::set<unsigned short> vlanIds)
         : Match(type), vlanIds_(std::move(vlanIds))
     {}
+
+    MatchVlanId(const MatchVlanId&) = default;
+    MatchVlanId(MatchVlanId&&) noexcept = default;
+    MatchVlanId& operator=(MatchVlanId other) noexcept;
 
     std::set<unsigned short> getVlanIds() const { return vlanIds_; }
     /** The set itself, valid while the match lives and is not changed. */

@@ -1,6 +1,5 @@
 /**
- * The kinds of match: every concrete match class, in the order of the kind codes. A caller includes
- * filter_matches.h.
+ * The kinds of match, in the order of their codes. A caller includes filter_matches.h.
  *
  * A constructor without a mask sets all bits of the mask. A class without values has a constructor
  * without arguments; the others have none.
@@ -318,6 +317,7 @@ public:
 
     unsigned char getDSCP() const { return static_cast<unsigned char>(getToS() >> 2); }
     using Match::operator==;
+    bool operator==(const MatchToS& other) const { return MatchToS::operator==(other); }
     bool operator==(const MatchDSCP& other) const { return getDSCP() == other.getDSCP(); }
 };
 

@@ -153,8 +153,8 @@ typedef enum counter_type_t FILTERS_COMMON_INT32 {
     COUNTER_TYPE_OCTETS = 2
 } counter_type_t;
 
-/* ---------------------------------------------------- small types of single match and action
- * classes */
+/* ------------------------------------------------- small types of single match or action classes
+ */
 
 /** VLAN tag protocol identifier, host byte order. */
 typedef uint16_t tpid_t;

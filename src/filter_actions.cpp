@@ -20,17 +20,29 @@ bool Action::operator==(const Action& other) const
     // Unknown codes are equal, deliberately unlike matches.
     return ActionKinds::dispatch(type_, true, [&](auto kind) {
         using Class = ClassOf<decltype(kind)>;
-        const auto* mine = as<ActionValuesOf<Class>>(*this);
-        const auto* theirs = as<ActionValuesOf<Class>>(other);
+        const auto* mine = as<ActionValuesOf<Class>, Class>(*this);
+        const auto* theirs = as<ActionValuesOf<Class>, Class>(other);
         if (mine == nullptr || theirs == nullptr)
             return hasNoValues<Class>;
         return *mine == *theirs;
     });
 }
 
+ActionPorts& ActionPorts::operator=(ActionPorts other) noexcept
+{
+    ports_.swap(other.ports_);
+    return *this;
+}
+
 bool ActionPorts::operator==(const ActionPorts& other) const
 {
     return sameBytes(ports_, other.ports_);
+}
+
+ActionRedirect& ActionRedirect::operator=(ActionRedirect other) noexcept
+{
+    ports_.swap(other.ports_);
+    return *this;
 }
 
 bool ActionRedirect::operator==(const ActionRedirect& other) const

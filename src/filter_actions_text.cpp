@@ -75,17 +75,7 @@ FILTERS_COMMON_LINE(ActionL3Switch, "L3 Destination ID", action.getL3Destination
 
 // ----------------------------------------------------------------------------- title and type line
 
-template <class T>
-constexpr const char* TITLE = nullptr;
-
-#define FILTERS_COMMON_TITLE(Class)                                                                \
-    template <>                                                                                    \
-    constexpr const char* TITLE<Class> = "    =" #Class "=";
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_TITLE)
-#undef FILTERS_COMMON_TITLE
-
-/** Dumps @p action as a T. The parameters are left out where @p values, the action as a T, is null.
- */
+/** Dumps @p action as a T; without parameters where @p values, the action as a T, is null. */
 template <class T>
 std::ostream& writeAction(std::ostream& out, const Action& action, const T* values)
 {
@@ -104,9 +94,8 @@ std::ostream& writeAction(std::ostream& out, const Action& action, const T* valu
 
 std::ostream& operator<<(std::ostream& out, const Action& action)
 {
-    ActionKinds::dispatch(action.getType(), false, [&](auto kind) {
+    ActionKinds::visit(action.getType(), [&](auto kind) {
         writeAction(out, action, as<ClassOf<decltype(kind)>>(action));
-        return true;
     });
     return out;
 }

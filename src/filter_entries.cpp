@@ -33,6 +33,7 @@ constexpr filtersMatch_t IPV6_ONLY[] = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
 
 } // namespace
 
+// What callers see. Here the lists are asked directly.
 // MatchDSCP has no kind of its own, but it is a class of its own.
 const std::set<std::uint32_t> FiltersEntry::validMatchTypes =
     hashesOf<MatchKinds>({hashOf<MatchDSCP>()});
@@ -44,20 +45,27 @@ const std::set<std::uint32_t> FiltersEntry::ipv6OnlyMatchTypes(std::begin(IPV6_O
 
 // ------------------------------------------------------------------------------ IPv4 against IPv6
 
+namespace {
+
+using Kinds = filtersMatch_t[2];
+
+bool contains(const Kinds& kinds, filtersMatch_t kind)
+{
+    return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
+}
+
+bool holdsAny(const FiltersEntry::MatchMap& held, const Kinds& kinds)
+{
+    return std::any_of(std::begin(kinds), std::end(kinds),
+                       [&](filtersMatch_t kind) { return held.count(kind) != 0; });
+}
+
+} // namespace
+
 bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held)
 {
-    const auto contains = [](const auto& kinds, filtersMatch_t wanted) {
-        return std::find(std::begin(kinds), std::end(kinds), wanted) != std::end(kinds);
-    };
-    const auto holdsAny = [&](const auto& kinds) {
-        return std::any_of(std::begin(kinds), std::end(kinds),
-                           [&](filtersMatch_t other) { return held.count(other) != 0; });
-    };
-    if (contains(IPV4_ONLY, kind))
-        return !holdsAny(IPV6_ONLY);
-    if (contains(IPV6_ONLY, kind))
-        return !holdsAny(IPV4_ONLY);
-    return true;
+    return !(contains(IPV4_ONLY, kind) && holdsAny(held, IPV6_ONLY)) &&
+           !(contains(IPV6_ONLY, kind) && holdsAny(held, IPV4_ONLY));
 }
 
 bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
@@ -78,8 +86,6 @@ FiltersEntry::FiltersEntry(const FiltersEntry& other)
 
 FiltersEntry& FiltersEntry::operator=(FiltersEntry&& other)
 {
-    if (this == &other)
-        return *this;
     setPolicer(other.policer_);
     id_ = other.id_;
     priority_ = other.priority_;

@@ -24,8 +24,11 @@ void FiltersEntry::convertToFiltersEntryPB(FiltersEntryPB* pb) const
     pb->set_priority_(priority_);
     pb->set_policer_(policer_.Serialize());
     counter_.Serialize(pb->mutable_counter_());
+    // Room is made first: a message that cannot grow drops what it was about to append.
+    reserveMore(pb->mutable_matches_(), matches_.size());
     for (const auto& element : matches_)
         element.second->convertToMatchPB(pb->add_matches_());
+    reserveMore(pb->mutable_actions_(), actions_.size());
     for (const auto& element : actions_)
         element.second->convertToActionPB(pb->add_actions_());
 }
@@ -40,11 +43,10 @@ FiltersEntry::MatchMap readMatches(const FiltersEntryPB& pb, const FiltersEntry:
         const auto code = static_cast<filtersMatch_t>(element.type_());
         if (!isL3Compatible(code, held) || !isL3Compatible(code, matches))
             continue;
-        MatchKinds::dispatch(code, false, [&](auto kind) {
+        MatchKinds::visit(code, [&](auto kind) {
             auto match = makeBlank<ClassOf<decltype(kind)>>();
             match->convertFromMatchPB(&element);
             storeByKind(matches, std::move(match));
-            return true;
         });
     }
     return matches;
@@ -55,11 +57,10 @@ FiltersEntry::ActionMap readActions(const FiltersEntryPB& pb)
     FiltersEntry::ActionMap actions;
     for (const ActionPB& element : pb.actions_()) {
         const auto code = static_cast<filtersAction_t>(element.type_());
-        ActionKinds::dispatch(code, false, [&](auto kind) {
+        ActionKinds::visit(code, [&](auto kind) {
             auto action = makeBlank<ClassOf<decltype(kind)>>();
             action->convertFromActionPB(&element);
             storeByKind(actions, std::move(action));
-            return true;
         });
     }
     return actions;
@@ -86,11 +87,6 @@ void FiltersEntry::serialize(std::string* out) const
                                      [this](FiltersEntryPB* pb) { convertToFiltersEntryPB(pb); });
 }
 
-void FiltersEntry::serialize(FiltersSerialized* out) const
-{
-    std::string bytes;
-    serialize(&bytes);
-    out->setData(bytes);
-}
+void FiltersEntry::serialize(FiltersSerialized* out) const { serializeInto(out, *this); }
 
 } // namespace FiltersCommon

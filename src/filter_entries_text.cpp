@@ -2,7 +2,8 @@
 
 #include "text.h"
 
-#include <iterator>
+#include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 
@@ -68,8 +69,8 @@ void writePolicerAction(std::ostream& out, const policer::Action& action)
     }
 }
 
-/** Identifier, PCP and DSCP are decimal whatever the formatting of the stream, the rates are not.
- */
+// The identifier, the PCP and the DSCP are decimal whatever the stream's formatting. The rates are
+// numbers like any other.
 void writePolicer(std::ostream& out, const policer::Policer& policer)
 {
     out << "  =Policer=" << std::endl;

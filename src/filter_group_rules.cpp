@@ -11,10 +11,12 @@ namespace FiltersCommon {
 
 namespace {
 
-/** A set of codes below 32. */
+/** A set of codes below LIMIT. */
 template <class Code>
 class CodeSet {
 public:
+    static constexpr std::uint32_t LIMIT = 32;
+
     constexpr CodeSet(std::initializer_list<Code> codes)
     {
         for (const Code code : codes)
@@ -24,7 +26,7 @@ public:
     constexpr bool contains(Code code) const
     {
         const auto number = static_cast<std::uint32_t>(code);
-        return number < 32 && (bits_ >> number & 1) != 0;
+        return number < LIMIT && (bits_ >> number & 1) != 0;
     }
 
 private:
@@ -132,16 +134,16 @@ const Row* find(const Row (&table)[N], Key key)
     return index < N ? &table[index] : nullptr;
 }
 
-/** A table as callers see it. */
+/** A table as callers see it; the checks read the rows. */
 template <class Key, class Code, std::size_t N>
 std::map<Key, std::set<Code>> described(const Row<Key, Code> (&table)[N])
 {
     std::map<Key, std::set<Code>> description;
     for (const Row<Key, Code>& row : table) {
         std::set<Code>& codes = description[row.key];
-        for (int code = 0; code < 32; ++code)
-            if (row.admitted.contains(static_cast<Code>(code)))
-                codes.insert(codes.end(), static_cast<Code>(code));
+        for (std::uint32_t number = 0; number < CodeSet<Code>::LIMIT; ++number)
+            if (const auto code = static_cast<Code>(number); row.admitted.contains(code))
+                codes.insert(codes.end(), code);
     }
     return description;
 }

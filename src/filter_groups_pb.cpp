@@ -22,6 +22,7 @@ void FiltersGroup::fillMessage(FiltersGroupPB* pb) const
     pb->set_priority_(priority_);
     pb->set_stage_(static_cast<std::uint32_t>(stage_));
     pb->set_type_(static_cast<std::uint32_t>(type_));
+    reserveMore(pb->mutable_entries_(), entries_.size());
     for (const auto& element : entries_)
         element.second.convertToFiltersEntryPB(pb->add_entries_());
 }
@@ -62,11 +63,6 @@ void FiltersGroup::serialize(std::string* out) const
     serializeMessage<FiltersGroupPB>(out, [this](FiltersGroupPB* pb) { fillMessage(pb); });
 }
 
-void FiltersGroup::serialize(FiltersSerialized* out) const
-{
-    std::string bytes;
-    serialize(&bytes);
-    out->setData(bytes);
-}
+void FiltersGroup::serialize(FiltersSerialized* out) const { serializeInto(out, *this); }
 
 } // namespace FiltersCommon

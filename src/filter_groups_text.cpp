@@ -4,7 +4,8 @@
 
 std::ostream& operator<<(std::ostream& out, const FiltersCommon::FiltersGroup& group)
 {
-    out << "=FiltersGroup=\n";
+    out << "=FiltersGroup="
+        << "\n";
     out << "  ID: " << group.getId() << "\n";
     out << "  Priority: " << group.getPriority() << "\n";
     out << "  Stage: " << static_cast<int>(group.getStage()) << "\n";

@@ -20,8 +20,8 @@ bool Match::operator==(const Match& other) const
         return false;
     return MatchKinds::dispatch(type_, false, [&](auto kind) {
         using Class = ClassOf<decltype(kind)>;
-        const auto* mine = as<MatchValuesOf<Class>>(*this);
-        const auto* theirs = as<MatchValuesOf<Class>>(other);
+        const auto* mine = as<MatchValuesOf<Class>, Class>(*this);
+        const auto* theirs = as<MatchValuesOf<Class>, Class>(other);
         if (mine == nullptr || theirs == nullptr)
             return hasNoValues<Class>;
         return *mine == *theirs;
@@ -29,6 +29,13 @@ bool Match::operator==(const Match& other) const
 }
 
 // -------------------------------------------------------------------------------- value families
+
+MatchPorts& MatchPorts::operator=(MatchPorts other) noexcept
+{
+    ports_.swap(other.ports_);
+    excludedPortTypes_.swap(other.excludedPortTypes_);
+    return *this;
+}
 
 filtersErr_t MatchPorts::setPorts(const std::list<limid_t>& ports)
 {
@@ -47,6 +54,12 @@ bool MatchPorts::operator==(const MatchPorts& other) const
 bool MatchLimId::operator==(const MatchLimId& other) const
 {
     return sameBytes(limId_, other.limId_);
+}
+
+MatchVlanId& MatchVlanId::operator=(MatchVlanId other) noexcept
+{
+    vlanIds_.swap(other.vlanIds_);
+    return *this;
 }
 
 MatchMac::MatchMac(filtersMatch_t type, ether_addr mac) : MatchMac(type, mac, allOnes<ether_addr>())

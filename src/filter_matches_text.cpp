@@ -62,16 +62,6 @@ FILTERS_COMMON_LINE(MatchForwardingType, "Forwarding Type", match.getForwardingT
 
 // ----------------------------------------------------------------------------- title and type line
 
-template <class T>
-constexpr const char* TITLE = nullptr;
-
-#define FILTERS_COMMON_TITLE(Class)                                                                \
-    template <>                                                                                    \
-    [[maybe_unused]] constexpr const char* TITLE<Class> = "    =" #Class "=";
-FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_TITLE)
-FILTERS_COMMON_TITLE(MatchDSCP)
-#undef FILTERS_COMMON_TITLE
-
 /** Dumps @p match as a T. The values are left out where @p values, the match as a T, is null. */
 template <class T>
 std::ostream& writeMatch(std::ostream& out, const Match& match, const T* values)
@@ -81,7 +71,7 @@ std::ostream& writeMatch(std::ostream& out, const Match& match, const T* values)
     constexpr bool IS_DROP = std::is_same_v<T, MatchDrop>;
 
     if constexpr (IS_VRF_ID)
-        out << "    =MatchVrfId=\n";
+        out << FILTERS_COMMON_TITLE(MatchVrfId) "\n";
     else
         out << TITLE<T> << std::endl;
 
@@ -102,8 +92,9 @@ std::ostream& writeMatch(std::ostream& out, const Match& match, const T* values)
 void writeAddress(std::ostream& out, const char* label, int family, const void* address)
 {
     char text[INET6_ADDRSTRLEN];
+    const socklen_t size = family == AF_INET ? INET_ADDRSTRLEN : INET6_ADDRSTRLEN;
     out << label;
-    writeConverted(out, inet_ntop(family, address, text, sizeof text));
+    writeConverted(out, inet_ntop(family, address, text, size));
 }
 
 } // namespace
@@ -112,9 +103,8 @@ void writeAddress(std::ostream& out, const char* label, int family, const void* 
 
 std::ostream& operator<<(std::ostream& out, const Match& match)
 {
-    MatchKinds::dispatch(match.getType(), false, [&](auto kind) {
+    MatchKinds::visit(match.getType(), [&](auto kind) {
         writeMatch(out, match, as<ClassOf<decltype(kind)>>(match));
-        return true;
     });
     return out;
 }

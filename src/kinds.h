@@ -52,6 +52,16 @@ public:
         return unknown;
     }
 
+    /** Calls @p function with the Kind of the class of @p code; not for a code beyond the list. */
+    template <class Function>
+    static void visit(Code code, Function&& function)
+    {
+        dispatch(code, false, [&](auto kind) {
+            function(kind);
+            return true;
+        });
+    }
+
     /** Calls @p function with the Kind of each class in turn. */
     template <class Function>
     static void forEach(Function&& function)
@@ -88,6 +98,20 @@ static_assert(ActionKinds::SIZE == ACTION_BLACK_HOLE + 1, "a class for each acti
 template <class T>
 inline constexpr bool hasNoValues = std::is_default_constructible_v<T>;
 
+template <class Base, class... Classes>
+constexpr int countWithoutValues(KindList<Base, Classes...>)
+{
+    return (int{hasNoValues<Classes>} + ...);
+}
+
+// A class with values must not be given a constructor without arguments.
+static_assert(hasNoValues<MatchAll> && hasNoValues<MatchVlanUntagged> &&
+              hasNoValues<MatchCpuPort> && hasNoValues<MatchDestinationCpu> &&
+              countWithoutValues(MatchKinds()) == 4);
+static_assert(hasNoValues<ActionPermit> && hasNoValues<ActionDeny> &&
+              hasNoValues<ActionCopyToCpu> && hasNoValues<ActionRedirectCancel> &&
+              hasNoValues<ActionBlackHole> && countWithoutValues(ActionKinds()) == 5);
+
 /** The class that holds the values of a T: the first of the families it derives from, or T. */
 template <class T, class... Families>
 struct ValuesOf {
@@ -98,18 +122,21 @@ template <class T, class Family, class... Others>
 struct ValuesOf<T, Family, Others...>
     : std::conditional_t<std::is_base_of_v<Family, T>, Kind<Family>, ValuesOf<T, Others...>> {};
 
-/** The object as a T, or null if it is none, whatever kind it claims to be. */
-template <class T, class Base>
+/**
+ * The object as a T, or null if it is none, whatever kind it claims to be. An object that is
+ * exactly of the class Exact, as nearly every object is, is told without a search of its bases.
+ */
+template <class T, class Exact = T, class Base>
 auto as(Base& object)
 {
+    static_assert(std::is_base_of_v<T, Exact>);
     using Wanted = std::conditional_t<std::is_const_v<Base>, const T, T>;
-    // Nearly every object is exactly of the class asked for, and that is quick to tell.
-    if (typeid(object) == typeid(T))
+    if (typeid(object) == typeid(Exact))
         return static_cast<Wanted*>(&object);
     return dynamic_cast<Wanted*>(&object);
 }
 
-/** A copy of the object as a T; null if it is not of the class that holds the values of a T. */
+/** A copy of the object as a T; null if T has values and the object is no T. */
 template <class T, class Base>
 std::unique_ptr<T> copyAs(const Base& object)
 {
@@ -121,7 +148,7 @@ std::unique_ptr<T> copyAs(const Base& object)
     }
 }
 
-/** A fresh T, to be filled from a message. */
+/** A fresh T, to be filled from a message: a class with values is given empty or zero ones. */
 template <class T>
 std::unique_ptr<T> makeBlank()
 {
@@ -131,7 +158,7 @@ std::unique_ptr<T> makeBlank()
         return std::make_unique<T>(std::list<limid_t>());
     else if constexpr (std::is_constructible_v<T, std::set<unsigned short>>)
         return std::make_unique<T>(std::set<unsigned short>());
-    else
+    else // a single value of any other type
         return std::unique_ptr<T>(new T({}));
 }
 

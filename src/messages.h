@@ -4,31 +4,47 @@
 #ifndef FILTER_COMMON_SRC_MESSAGES_H
 #define FILTER_COMMON_SRC_MESSAGES_H
 
+#include "filter_serialized.h"
+
 #include <google/protobuf/arena.h>
 
+#include <cstddef>
 #include <string>
-#include <utility>
 
 namespace FiltersCommon {
+
+#if GOOGLE_PROTOBUF_VERSION >= 3014000
 
 /** An empty message that lives as long as this, with all its parts on an arena. */
 template <class Message>
 class ScratchMessage {
 public:
-    Message* operator->() { return get(); }
-#if GOOGLE_PROTOBUF_VERSION >= 3014000
     Message* get() { return message_; }
 
 private:
     google::protobuf::Arena arena_;
     Message* message_ = google::protobuf::Arena::CreateMessage<Message>(&arena_);
-#else // older runtimes take messages onto an arena only where the schema asks for it
+};
+
+#else // older runtimes take a message onto an arena only where its schema asks for it
+
+template <class Message>
+class ScratchMessage {
+public:
     Message* get() { return &message_; }
 
 private:
     Message message_;
-#endif
 };
+
+#endif
+
+/** Makes room in a repeated field for so many elements more. */
+template <class RepeatedField>
+void reserveMore(RepeatedField* field, std::size_t count)
+{
+    field->Reserve(field->size() + static_cast<int>(count));
+}
 
 /** Replaces the contents of @p out by the bytes of the message that @p fill fills. */
 template <class Message, class Fill>
@@ -37,19 +53,30 @@ void serializeMessage(std::string* out, Fill fill)
     ScratchMessage<Message> message;
     fill(message.get());
     std::string bytes;
-    message->SerializeToString(&bytes);
+    message.get()->SerializeToString(&bytes);
     out->swap(bytes);
 }
 
+/** Hands the bytes of an entry or group to the envelope. */
+template <class Object>
+void serializeInto(FiltersSerialized* out, const Object& object)
+{
+    std::string bytes;
+    object.serialize(&bytes);
+    out->setData(bytes);
+}
+
 /**
- * Gives @p use the message that the parser made of @p bytes. Whether they parsed to their end is
- * deliberately not asked: what was read before a fault counts.
+ * Gives @p use the message that the parser made of @p bytes. Whether they parsed to their end, and
+ * whether all required fields were there, is deliberately not asked: what was read counts. The
+ * parser is not let ask either, for it would write to the log, which can crash it when memory is
+ * short.
  */
 template <class Message, class Use>
 void parseMessage(const std::string& bytes, Use use)
 {
     ScratchMessage<Message> message;
-    static_cast<void>(message->ParseFromString(bytes));
+    static_cast<void>(message.get()->ParsePartialFromString(bytes));
     use(message.get());
 }
 

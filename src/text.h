@@ -7,14 +7,28 @@
 #ifndef FILTER_COMMON_SRC_TEXT_H
 #define FILTER_COMMON_SRC_TEXT_H
 
-#include <limidmgr_decode.h>
-#include <net/ethernet.h>
+#include "filter_actions.h"
+#include "filter_matches.h"
 
 #include <list>
 #include <ostream>
 #include <type_traits>
 
 namespace FiltersCommon {
+
+/** The title of an object's dump. */
+#define FILTERS_COMMON_TITLE(Class) "    =" #Class "="
+
+template <class T>
+inline constexpr const char* TITLE = nullptr;
+
+#define FILTERS_COMMON_TITLED(Class)                                                               \
+    template <>                                                                                    \
+    inline constexpr const char* TITLE<Class> = FILTERS_COMMON_TITLE(Class);
+FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_TITLED)
+FILTERS_COMMON_TITLED(MatchDSCP)
+FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_TITLED)
+#undef FILTERS_COMMON_TITLED
 
 /** An 8-bit value or an enumerator as a number rather than a character or a word. */
 template <class T>

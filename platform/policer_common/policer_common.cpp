@@ -83,6 +83,7 @@ std::string Policer::Serialize() const
     mode->set_pbs(mode_.GetPbs());
     mode->set_pir(mode_.GetPir());
 
+    message.mutable_actions()->Reserve(static_cast<int>(actions_.size()));
     for (const Action& action : actions_) {
         PolicerPB::ActionPB* element = message.add_actions();
         element->set_color(action.color_);
