@@ -1,0 +1,284 @@
+#include "named_entries.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <ostream>
+#include <streambuf>
+#include <string>
+
+// This program counts what its process allocates.
+
+namespace {
+
+struct Allocations {
+    std::size_t count = 0;
+    std::size_t bytes = 0;
+};
+
+bool operator==(const Allocations& a, const Allocations& b)
+{
+    return a.count == b.count && a.bytes == b.bytes;
+}
+
+void PrintTo(const Allocations& allocations, std::ostream* out)
+{
+    *out << allocations.count << " allocations of " << allocations.bytes << " bytes";
+}
+
+Allocations total;
+
+void* allocate(std::size_t size)
+{
+    ++total.count;
+    total.bytes += size;
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+} // namespace
+
+void* operator new(std::size_t size)
+{
+    void* memory = allocate(size);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+
+namespace {
+
+using namespace FiltersCommon;
+using namespace FiltersCommon::test;
+
+/** What the operation allocates. */
+template <class Operation>
+Allocations allocationsOf(Operation operation)
+{
+    const Allocations before = total;
+    operation();
+    return {total.count - before.count, total.bytes - before.bytes};
+}
+
+constexpr Allocations NOTHING{};
+
+/** A rule of an access list, with all that can take memory. */
+FiltersEntry ruleOf(filtersEntryId_t id)
+{
+    FiltersEntry entry(id);
+    entry.setPriority(id);
+    entry.setPolicer(policerOf(policer::STAGE_INGRESS, policer::Mode::TR_TCM_DS));
+    entry.setCounter(Counter(id, COUNTER_TYPE_PACKETS));
+    entry.setMatch(MatchIngressPorts(std::list<limid_t>{limId(0, 0, 0, 1), limId(0, 0, 0, 2)}));
+    entry.setMatch(MatchExternalVlanId({10, 20, 30}));
+    entry.setMatch(MatchSrcIPv4(ipv4("192.0.2.0"), ipv4("255.255.255.0")));
+    entry.setMatch(MatchDstL4Port(443));
+    entry.setMatch(MatchIpProtocol(6));
+    entry.setAction(ActionDeny());
+    entry.setAction(ActionRedirect(limId(0, 0, 0, 3)));
+    return entry;
+}
+
+FiltersGroup groupOf(std::size_t size)
+{
+    FiltersGroup group(1);
+    group.setStage(GROUP_STAGE_2);
+    group.setType(GROUP_TYPE_3);
+    for (std::size_t id = 0; id < size; ++id)
+        group.insertEntry(ruleOf(static_cast<filtersEntryId_t>(id)));
+    return group;
+}
+
+/** What an operation on a group allocates for each entry: constant parts cancel out. */
+template <class Operation>
+double perEntry(Operation operation)
+{
+    constexpr std::size_t FEW = 1000;
+    constexpr std::size_t MANY = 3000;
+    const FiltersGroup few = groupOf(FEW);
+    const FiltersGroup many = groupOf(MANY);
+    const auto countOf = [&](const FiltersGroup& group) {
+        return static_cast<double>(allocationsOf([&] { operation(group); }).count);
+    };
+    return (countOf(many) - countOf(few)) / (MANY - FEW);
+}
+
+class AllocationCounts : public testing::Test {
+protected:
+    AllocationCounts()
+    {
+        // What is built once, whoever comes first.
+        FiltersGroup first = groupOf(1);
+        std::string bytes;
+        first.serialize(&bytes);
+        FiltersGroup second(bytes);
+        EXPECT_TRUE(first == second);
+    }
+};
+
+TEST_F(AllocationCounts, AreTakenOfTheLibraryToo)
+{
+    FiltersGroup group(1);
+    EXPECT_GT(allocationsOf([&] { group.insertEntry(FiltersEntry(1)); }).count, 0u);
+}
+
+// -------------------------------------------------------------------------- operations without any
+
+TEST_F(AllocationCounts, OfEqualityAreNone)
+{
+    const FiltersGroup group = groupOf(10);
+    const FiltersGroup same = groupOf(10);
+    bool equal = false;
+    EXPECT_EQ(allocationsOf([&] { equal = group == same; }), NOTHING);
+    EXPECT_TRUE(equal);
+    EXPECT_EQ(allocationsOf([&] { equal = group != same; }), NOTHING);
+    EXPECT_EQ(
+        allocationsOf([&] { equal = group.getEntriesRef().at(1) == same.getEntriesRef().at(1); }),
+        NOTHING);
+    EXPECT_TRUE(equal);
+}
+
+TEST_F(AllocationCounts, OfANewStageOrTypeAreNone)
+{
+    FiltersGroup group = groupOf(10);
+    const FiltersEntry plain(1);
+    EXPECT_EQ(allocationsOf([&] { group.setType(GROUP_TYPE_1); }), NOTHING) << "refused";
+    EXPECT_EQ(allocationsOf([&] { group.setType(GROUP_TYPE_3); }), NOTHING);
+    EXPECT_EQ(allocationsOf([&] { group.setStage(GROUP_STAGE_0); }), NOTHING) << "refused";
+    EXPECT_EQ(allocationsOf([&] { group.setStage(GROUP_STAGE_2); }), NOTHING);
+    EXPECT_EQ(group.getStage(), GROUP_STAGE_2);
+    EXPECT_EQ(group.getType(), GROUP_TYPE_3);
+}
+
+TEST_F(AllocationCounts, OfARefusedEntryAreNone)
+{
+    FiltersGroup group(1);
+    const FiltersEntry rule = ruleOf(1);
+    filtersErr_t result = FILTERS_OK;
+    EXPECT_EQ(allocationsOf([&] { result = group.insertEntry(rule); }), NOTHING);
+    EXPECT_EQ(result, FILTERS_ERR_MATCH_NOT_ALLOWED);
+}
+
+TEST_F(AllocationCounts, OfARemovedEntryAreNone)
+{
+    FiltersGroup group = groupOf(10);
+    EXPECT_EQ(allocationsOf([&] { group.removeEntry(5); }), NOTHING);
+    EXPECT_EQ(group.getEntriesRef().count(5), 0u);
+    EXPECT_EQ(allocationsOf([&] { group.removeEntry(5); }), NOTHING) << "refused";
+}
+
+/** Takes any text and keeps nothing. */
+class Nowhere : public std::streambuf {
+public:
+    std::size_t length() const { return length_; }
+
+private:
+    int_type overflow(int_type c) override
+    {
+        ++length_;
+        return traits_type::not_eof(c);
+    }
+
+    std::streamsize xsputn(const char*, std::streamsize size) override
+    {
+        length_ += static_cast<std::size_t>(size);
+        return size;
+    }
+
+    std::size_t length_ = 0;
+};
+
+TEST_F(AllocationCounts, OfTheDumpOf10000EntriesAreNone)
+{
+    const FiltersGroup group = groupOf(10000);
+    Nowhere nowhere;
+    std::ostream out(&nowhere);
+    EXPECT_EQ(allocationsOf([&] { out << group; }), NOTHING);
+    EXPECT_GT(nowhere.length(), 10000u * 500);
+}
+
+// ------------------------------------------------------------------------------- one copy of an
+// entry
+
+TEST_F(AllocationCounts, OfAnInsertedEntryAreThoseOfOneCopyInOneNode)
+{
+    const FiltersEntry rule = ruleOf(1);
+    FiltersGroup::EntryMap map;
+    const Allocations ofOneCopy = allocationsOf([&] { map.emplace(rule.getId(), rule); });
+    const Allocations ofTheEntry = allocationsOf([&] { FiltersEntry copy(rule); });
+    ASSERT_EQ(ofOneCopy.count, ofTheEntry.count + 1);
+
+    FiltersGroup group = groupOf(0);
+    EXPECT_EQ(allocationsOf([&] { group.insertEntry(rule); }), ofOneCopy);
+    EXPECT_EQ(allocationsOf([&] { group.insertEntry(rule); }), ofOneCopy) << "as a replacement";
+    EXPECT_EQ(group.getEntriesRef().size(), 1u);
+}
+
+TEST_F(AllocationCounts, OfTheCopyOfAGroupAreThoseOfOneCopyOfEachEntry)
+{
+    const FiltersGroup group = groupOf(100);
+    FiltersGroup::EntryMap map;
+    const Allocations ofTheEntries = allocationsOf([&] {
+        for (const auto& element : group.getEntriesRef())
+            map.emplace(element.first, element.second);
+    });
+    EXPECT_EQ(allocationsOf([&] { FiltersGroup copy(group); }), ofTheEntries);
+}
+
+// ------------------------------------------------------------------------------------------- bytes
+
+/** What the policer library allocates for the policer of a rule. */
+Allocations ofPolicerFromBytes()
+{
+    const std::string bytes = ruleOf(1).getPolicer().Serialize();
+    return allocationsOf([&] { policer::Policer policer(bytes); });
+}
+
+Allocations ofPolicerToBytes()
+{
+    const FiltersEntry rule = ruleOf(1);
+    return allocationsOf([&] { rule.getPolicer().Serialize(); });
+}
+
+TEST_F(AllocationCounts, OfWritingAGroupAreHardlyMoreThanThoseOfThePolicers)
+{
+    const double writing = perEntry([](const FiltersGroup& group) {
+        std::string bytes;
+        group.serialize(&bytes);
+    });
+    EXPECT_LT(writing, static_cast<double>(ofPolicerToBytes().count) + 1);
+}
+
+TEST_F(AllocationCounts, OfReadingAGroupAreNoMoreThanThoseOfBuildingIt)
+{
+    const FiltersGroup few = groupOf(1000);
+    std::string bytes;
+    few.serialize(&bytes);
+    const Allocations building = allocationsOf([] { groupOf(1000); });
+    const Allocations reading = allocationsOf([&] { FiltersGroup group(bytes); });
+    EXPECT_LE(reading.count, building.count);
+}
+
+TEST_F(AllocationCounts, OfReadingAGroupHoldOneCopyOfEachEntry)
+{
+    const double copying = perEntry(
+        [](const FiltersGroup& group) { FiltersGroup::EntryMap copy(group.getEntries()); });
+    std::string bytes;
+    const double readingAndWriting = perEntry([&](const FiltersGroup& group) {
+        group.serialize(&bytes);
+        FiltersGroup read(bytes);
+    });
+    const double writing = perEntry([&](const FiltersGroup& group) { group.serialize(&bytes); });
+
+    // Beside the entry: the policer, the bytes of it in the message, and a share of the message.
+    const double reading = readingAndWriting - writing;
+    EXPECT_LT(reading, copying + static_cast<double>(ofPolicerFromBytes().count) + 2);
+}
+
+} // namespace

@@ -1,0 +1,214 @@
+#include "c_support.h"
+
+#include "filter_actions.h"
+
+#include <gtest/gtest.h>
+
+#include <typeinfo>
+
+namespace FiltersCommon {
+namespace {
+
+using test::ANY_LINE;
+using test::BrokenContract;
+using test::Handle;
+using test::limId;
+using test::mac;
+using test::made;
+using test::same;
+
+constexpr limid_t PORTS[] = {limId(0, 3, 0, 7), limId(1, 0, 0, 2), limId(0, 3, 0, 7),
+                             limId(255, 254, 253, 252)};
+
+const ether_addr MAC = mac("02:10:20:30:40:f5");
+
+// ------------------------------------------------------------------------------------ constructors
+
+class ActionConstructor : public testing::TestWithParam<test::Constructor> {};
+
+TEST_P(ActionConstructor, MakesANewObjectOfItsClassAndKind)
+{
+    const Handle<Action> action(static_cast<Action*>(GetParam().create()));
+    const Handle<Action> another(static_cast<Action*>(GetParam().create()));
+    const Action& object = *action;
+    EXPECT_STREQ(typeid(object).name(), GetParam().type.name());
+    EXPECT_EQ(actionGetType(action.get()), GetParam().kind);
+    EXPECT_NE(action.get(), another.get());
+    EXPECT_TRUE(*action == *another);
+}
+
+// clang-format off
+const test::Constructor CONSTRUCTORS[] = {
+    {"newActionPermit",            0, typeid(ActionPermit),
+     [] { return newActionPermit(); }},
+    {"newActionDeny",              1, typeid(ActionDeny),
+     [] { return newActionDeny(); }},
+    {"newActionCopyToCpu",         2, typeid(ActionCopyToCpu),
+     [] { return newActionCopyToCpu(); }},
+    {"newActionBlockEgressPorts",  3, typeid(ActionBlockEgressPorts),
+     [] { return newActionBlockEgressPorts(PORTS, 2); }},
+    {"newActionCopyToCpuCancel",   4, typeid(ActionCopyToCpuCancel),
+     [] { return newActionCopyToCpuCancel(); }},
+    {"newActionSwitchToCpuCancel", 4, typeid(ActionCopyToCpuCancel),
+     [] { return newActionSwitchToCpuCancel(); }},
+    {"newActionSetPcp",            5, typeid(ActionSetPcp),
+     [] { return newActionSetPcp(1); }},
+    {"newActionSetPcpAndQueue",    6, typeid(ActionSetPcpAndQueue),
+     [] { return newActionSetPcpAndQueue(1); }},
+    {"newActionSetDSCP",           8, typeid(ActionSetDSCP),
+     [] { return newActionSetDSCP(1); }},
+    {"newActionMapToCosQueue",     9, typeid(ActionMapToCosQueue),
+     [] { return newActionMapToCosQueue(1); }},
+    {"newActionMapToCpuCosQueue", 10, typeid(ActionMapToCpuCosQueue),
+     [] { return newActionMapToCpuCosQueue(1); }},
+    {"newReplaceDstMac",          12, typeid(ActionReplaceDstMac),
+     [] { return newReplaceDstMac(&MAC); }},
+    {"newActionRedirect",         11, typeid(ActionRedirect),
+     [] { return newActionRedirect(PORTS); }},
+    {"newActionRedirectCancel",   13, typeid(ActionRedirectCancel),
+     [] { return newActionRedirectCancel(); }},
+    {"newReplaceSrcMac",          14, typeid(ActionReplaceSrcMac),
+     [] { return newReplaceSrcMac(&MAC); }},
+    {"newActionL3Switch",         15, typeid(ActionL3Switch),
+     [] { return newActionL3Switch(1); }},
+};
+// clang-format on
+INSTANTIATE_TEST_SUITE_P(All, ActionConstructor, testing::ValuesIn(CONSTRUCTORS),
+                         test::nameOf<test::Constructor>);
+
+TEST(ActionsC, PortsAreTakenInTheOrderOfTheArrayAsFarAsTheCount)
+{
+    for (std::uint32_t count = 0; count <= 4; ++count) {
+        const auto action = made<ActionBlockEgressPorts>(newActionBlockEgressPorts(PORTS, count));
+        EXPECT_TRUE(same(action->getPorts(), PORTS, count)) << count;
+    }
+}
+
+TEST(ActionsC, PortsAreCopied)
+{
+    limid_t ports[] = {PORTS[0], PORTS[1]};
+    const auto block = made<ActionBlockEgressPorts>(newActionBlockEgressPorts(ports, 2));
+    const auto redirect = made<ActionRedirect>(newActionRedirect(ports));
+    ports[0] = ports[1] = PORTS[3];
+    EXPECT_TRUE(same(block->getPorts(), PORTS, 2));
+    EXPECT_TRUE(same(redirect->getRedirectPorts(), PORTS, 1));
+}
+
+TEST(ActionsC, ARedirectHoldsTheOnePort)
+{
+    const auto action = made<ActionRedirect>(newActionRedirect(&PORTS[3]));
+    EXPECT_TRUE(same(action->getRedirectPorts(), &PORTS[3], 1));
+}
+
+TEST(ActionsC, MacAddressesAreCopied)
+{
+    ether_addr address = MAC;
+    const auto destination = made<ActionReplaceDstMac>(newReplaceDstMac(&address));
+    const auto source = made<ActionReplaceSrcMac>(newReplaceSrcMac(&address));
+    address = mac("ff:ff:ff:ff:ff:ff");
+    EXPECT_TRUE(same(destination->getReplaceDstMac(), MAC));
+    EXPECT_TRUE(same(source->getReplaceSrcMac(), MAC));
+}
+
+TEST(ActionsC, TheTwoCancelsHaveOneKindAndTwoValues)
+{
+    const auto copy = made<ActionCopyToCpuCancel>(newActionCopyToCpuCancel());
+    EXPECT_EQ(copy->getCancelType(), COPY_TO_CPU_CANCEL);
+    EXPECT_EQ(actionCopyToCpuCancelGetTypeOfCancel(copy.get()), COPY_TO_CPU_CANCEL);
+    const auto change = made<ActionCopyToCpuCancel>(newActionSwitchToCpuCancel());
+    EXPECT_EQ(change->getCancelType(), SWITCH_TO_CPU_CANCEL);
+    EXPECT_EQ(actionCopyToCpuCancelGetTypeOfCancel(change.get()), SWITCH_TO_CPU_CANCEL);
+}
+
+TEST(ActionsC, NumbersAreNeitherCheckedNorCut)
+{
+    for (int number = 0; number < 256; ++number) {
+        const auto value = static_cast<unsigned char>(number);
+        EXPECT_EQ(made<ActionSetPcp>(newActionSetPcp(value))->getPcp(), number);
+        EXPECT_EQ(made<ActionSetPcpAndQueue>(newActionSetPcpAndQueue(value))->getPcpAndQueue(),
+                  number);
+        EXPECT_EQ(made<ActionSetDSCP>(newActionSetDSCP(value))->getDSCP(), number);
+        EXPECT_EQ(made<ActionMapToCosQueue>(newActionMapToCosQueue(value))->getCosQueue(), number);
+        EXPECT_EQ(made<ActionMapToCpuCosQueue>(newActionMapToCpuCosQueue(value))->getCpuCosQueue(),
+                  number);
+    }
+    for (const unsigned id : {0u, 0x12345678u, 0xFFFFFFFFu})
+        EXPECT_EQ(made<ActionL3Switch>(newActionL3Switch(id))->getL3DestinationId(), id);
+}
+
+// -------------------------------------------------------------------------------------- any action
+
+TEST(ActionsC, TheTypeIsThatOfTheObjectWhateverItIs)
+{
+    for (const unsigned code : {0u, 7u, 16u, 17u, 0xFFFFFFFFu}) {
+        Action bare(static_cast<filtersAction_t>(code));
+        EXPECT_EQ(static_cast<unsigned>(actionGetType(&bare)), code);
+    }
+}
+
+TEST(ActionsC, DeletionRunsTheDestructorOfTheClass)
+{
+    class Witness : public ActionSetPcp {
+    public:
+        explicit Witness(int& destroyed) : ActionSetPcp(0), destroyed_(destroyed) {}
+        ~Witness() override { ++destroyed_; }
+
+    private:
+        int& destroyed_;
+    };
+    int destroyed = 0;
+    deleteAction(static_cast<Action*>(new Witness(destroyed)));
+    EXPECT_EQ(destroyed, 1);
+}
+
+// ----------------------------------------------------------------------------------------- getters
+
+TEST(ActionsC, GettersGiveTheValue)
+{
+    ActionSetPcp pcp(200);
+    EXPECT_EQ(actionSetPcpGetPcp(&pcp), 200);
+    ActionSetPcpAndQueue pcpAndQueue(201);
+    EXPECT_EQ(actionSetPcpAndQueueGetPcpAndQueue(&pcpAndQueue), 201);
+    ActionSetDSCP dscp(202);
+    EXPECT_EQ(actionSetDSCPGetDSCP(&dscp), 202);
+    ActionMapToCosQueue queue(203);
+    EXPECT_EQ(actionMapToCosQueueGetCosQueue(&queue), 203);
+    ActionL3Switch l3Switch(0x89ABCDEF);
+    EXPECT_EQ(actionL3SwitchGetL3DestinationId(&l3Switch), 0x89ABCDEF);
+    ActionCopyToCpuCancel cancel(static_cast<cp2cpuCancelParam_t>(0x12345678));
+    EXPECT_EQ(actionCopyToCpuCancelGetTypeOfCancel(&cancel), 0x12345678);
+}
+
+// -------------------------------------------------------------------------------------- edge cases
+
+TEST(ActionsC, SwitchToCpuCancelIsACopyToCpuCancelThatCancelsTheSwitching)
+{
+    const auto action = made<ActionCopyToCpuCancel>(newActionSwitchToCpuCancel());
+    EXPECT_EQ(actionGetType(action.get()), ACTION_COPY_TO_CPU_CANCEL);
+    EXPECT_EQ(actionCopyToCpuCancelGetTypeOfCancel(action.get()), SWITCH_TO_CPU_CANCEL);
+}
+
+TEST(ActionsC, NoPortsMayComeFromANullArray)
+{
+    const auto action = made<ActionBlockEgressPorts>(newActionBlockEgressPorts(nullptr, 0));
+    EXPECT_TRUE(action->getPorts().empty());
+}
+
+// ------------------------------------------------------------------------------------ null handles
+
+class ActionsCDeathTest : public test::ContractDeathTest {};
+
+TEST_P(ActionsCDeathTest, ANullHandleIsReported) { expectReport("filter_actions_c.cpp"); }
+
+const BrokenContract BROKEN[] = {
+    {"deleteAction", ANY_LINE, "a != nullptr", "void FiltersCommon::deleteAction(void*)",
+     [] { deleteAction(nullptr); }},
+    {"actionGetType", ANY_LINE, "a != nullptr",
+     "FiltersCommon::filtersAction_t FiltersCommon::actionGetType(void*)",
+     [] { actionGetType(nullptr); }},
+};
+INSTANTIATE_TEST_SUITE_P(Null, ActionsCDeathTest, testing::ValuesIn(BROKEN),
+                         test::nameOf<BrokenContract>);
+
+} // namespace
+} // namespace FiltersCommon

@@ -1,0 +1,401 @@
+#include "entry_maps.h"
+#include "samples.h"
+
+#include <gtest/gtest.h>
+
+#include <list>
+#include <set>
+#include <string>
+#include <type_traits>
+
+namespace FiltersCommon {
+namespace {
+
+using test::actionKind;
+using test::Actions;
+using test::actionsOf;
+using test::ipv4;
+using test::ipv6;
+using test::isExactly;
+using test::keysOf;
+using test::limId;
+using test::Matches;
+using test::matchesOf;
+using test::matchKind;
+using test::put;
+using test::stateOf;
+
+std::set<int> matchesIn(const FiltersEntry& entry) { return keysOf(entry.getMatchesRef()); }
+std::set<int> actionsIn(const FiltersEntry& entry) { return keysOf(entry.getActionsRef()); }
+
+/** The class as which an object of the class is copied. */
+template <class T>
+using CopiedAs = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
+
+FiltersEntry heldEntry()
+{
+    FiltersEntry entry(7);
+    entry.setMatch(MatchSrcIPv4(ipv4("192.0.2.1")));
+    entry.setMatch(MatchPcp(3));
+    entry.setAction(ActionSetPcp(4));
+    entry.setAction(ActionL3Switch(5));
+    return entry;
+}
+
+const MatchSrcIPv4 SRC_IPV4(ipv4("198.51.100.7"));
+const MatchSrcIPv6 SRC_IPV6(ipv6("2001:db8::1"));
+
+// ------------------------------------------------------------------------------------- every class
+
+template <class Row>
+class EveryCopiedMatch : public testing::Test {};
+TYPED_TEST_SUITE(EveryCopiedMatch, test::MatchClasses::Tests, );
+
+TYPED_TEST(EveryCopiedMatch, IsCopiedAsTheClassOfItsCode)
+{
+    using T = typename TypeParam::Class;
+    for (const auto& match : TypeParam::variants()) {
+        const Matches from = matchesOf(match);
+        FiltersEntry copied;
+        FiltersEntry replaced;
+        replaced.setMatch(MatchTTL(200));
+        EXPECT_EQ(copied.copyMatches(from), FILTERS_OK);
+        EXPECT_EQ(replaced.setMatches(from), FILTERS_OK);
+        Matches snapshot;
+        copy_map(snapshot, from);
+        for (const Matches* map : {&copied.getMatchesRef(), &replaced.getMatchesRef(),
+                                   static_cast<const Matches*>(&snapshot)}) {
+            ASSERT_EQ(keysOf(*map), std::set<int>{TypeParam::CODE});
+            const Match& stored = *map->begin()->second;
+            EXPECT_TRUE(isExactly<CopiedAs<T>>(stored));
+            EXPECT_TRUE(stored == match);
+            EXPECT_NE(&stored, from.begin()->second.get());
+        }
+        EXPECT_TRUE(*from.begin()->second == match);
+    }
+}
+
+TYPED_TEST(EveryCopiedMatch, IsNotCopiedFromABareMatchUnlessItHasNoValues)
+{
+    using T = typename TypeParam::Class;
+    const Matches from = matchesOf(Match(matchKind(TypeParam::CODE)));
+    const filtersErr_t result = TypeParam::HAS_VALUES ? FILTERS_ERR_INVALID : FILTERS_OK;
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(from), result);
+    EXPECT_EQ(matchesIn(entry).size(), TypeParam::HAS_VALUES ? 0u : 1u);
+    for (const auto& element : entry.getMatchesRef())
+        EXPECT_TRUE(isExactly<T>(*element.second));
+
+    FiltersEntry held = heldEntry();
+    EXPECT_EQ(held.setMatches(from), result);
+    if (TypeParam::HAS_VALUES)
+        EXPECT_EQ(stateOf(held), stateOf(heldEntry()));
+    else
+        EXPECT_EQ(matchesIn(held), std::set<int>{TypeParam::CODE});
+}
+
+template <class Row>
+class EveryCopiedAction : public testing::Test {};
+TYPED_TEST_SUITE(EveryCopiedAction, test::ActionClasses::Tests, );
+
+TYPED_TEST(EveryCopiedAction, IsCopiedAsTheClassOfItsCode)
+{
+    for (const auto& action : TypeParam::variants()) {
+        const Actions from = actionsOf(action);
+        FiltersEntry copied;
+        FiltersEntry replaced;
+        replaced.setAction(ActionL3Switch(200));
+        EXPECT_EQ(copied.copyActions(from), FILTERS_OK);
+        EXPECT_EQ(replaced.setActions(from), FILTERS_OK);
+        Actions snapshot;
+        copy_map(snapshot, from);
+        for (const Actions* map : {&copied.getActionsRef(), &replaced.getActionsRef(),
+                                   static_cast<const Actions*>(&snapshot)}) {
+            ASSERT_EQ(keysOf(*map), std::set<int>{TypeParam::CODE});
+            const Action& stored = *map->begin()->second;
+            EXPECT_TRUE(isExactly<typename TypeParam::Class>(stored));
+            EXPECT_TRUE(stored == action);
+            EXPECT_NE(&stored, from.begin()->second.get());
+        }
+        EXPECT_TRUE(*from.begin()->second == action);
+    }
+}
+
+TYPED_TEST(EveryCopiedAction, IsNotCopiedFromABareActionUnlessItHasNoValues)
+{
+    const Actions from = actionsOf(Action(actionKind(TypeParam::CODE)));
+    const filtersErr_t result = TypeParam::HAS_VALUES ? FILTERS_ERR_INVALID : FILTERS_OK;
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyActions(from), result);
+    EXPECT_EQ(actionsIn(entry).size(), TypeParam::HAS_VALUES ? 0u : 1u);
+    for (const auto& element : entry.getActionsRef())
+        EXPECT_TRUE(isExactly<typename TypeParam::Class>(*element.second));
+
+    FiltersEntry held = heldEntry();
+    EXPECT_EQ(held.setActions(from), result);
+    if (TypeParam::HAS_VALUES)
+        EXPECT_EQ(stateOf(held), stateOf(heldEntry()));
+    else
+        EXPECT_EQ(actionsIn(held), std::set<int>{TypeParam::CODE});
+}
+
+// --------------------------------------------------------------------------------------
+// copyMatches
+
+TEST(CopyMatches, AddsToTheHeldMatchesAndReplacesThoseOfTheSameKind)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.copyMatches(matchesOf(MatchPcp(6), MatchTTL(9))), FILTERS_OK);
+    FiltersEntry expected = heldEntry();
+    expected.setMatch(MatchPcp(6));
+    expected.setMatch(MatchTTL(9));
+    EXPECT_TRUE(entry == expected);
+}
+
+TEST(CopyMatches, OfAnEmptyMapChangesNothing)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.copyMatches({}), FILTERS_OK);
+    EXPECT_EQ(entry.copyActions({}), FILTERS_OK);
+    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
+}
+
+TEST(CopyMatches, KeepsWhatItCopiedBeforeTheRefusedMatchAndNothingBehindIt)
+{
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(matchesOf(MatchAll(), SRC_IPV4, SRC_IPV6, MatchTTL(9))),
+              FILTERS_ERR_INVALID);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 9}));
+}
+
+TEST(CopyMatches, IsRefusedByTheMatchesThatTheEntryHolds)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.copyMatches(matchesOf(MatchAll(), MatchPcp(6), SRC_IPV6, MatchTTL(9))),
+              FILTERS_ERR_INVALID);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 9, 12}));
+    MatchPcp pcp(0);
+    entry.getMatch(pcp);
+    EXPECT_EQ(pcp.getPcp(), 6);
+}
+
+TEST(CopyMatches, WalksTheKeysInAscendingOrderWhateverTheKinds)
+{
+    Matches from;
+    put(from, 3, SRC_IPV4);
+    put(from, 1, SRC_IPV6);
+    put(from, 2, MatchTTL(1));
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(from), FILTERS_ERR_INVALID);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{14, 26}));
+}
+
+TEST(CopyMatches, StoresUnderTheKindOfTheObjectWhateverTheKey)
+{
+    Matches from;
+    put(from, 0, MatchPcp(1));
+    put(from, 9, MatchTTL(2));
+    put(from, 77, MatchAll());
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(from), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 12, 26}));
+    EXPECT_EQ(entry.setMatch(SRC_IPV6), FILTERS_OK);
+}
+
+TEST(CopyMatches, LaterMatchOfAKindReplacesTheEarlierOne)
+{
+    Matches from;
+    put(from, 5, MatchDSCP(2));
+    put(from, 1, MatchToS(1));
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(from), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), std::set<int>{20});
+    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_TOS) == MatchToS(8));
+}
+
+TEST(CopyMatches, SkipsNullPointersAndKindsOf32AndMore)
+{
+    Matches from = matchesOf(MatchAll(), MatchTTL(1));
+    from[MATCH_PCP] = nullptr;
+    put(from, 1, Match(matchKind(32)));
+    put(from, 2, Match(matchKind(33)));
+    put(from, 3, Match(matchKind(0x7FFFFFFF)));
+    put(from, 4, Match(matchKind(0xFFFFFFFF)));
+    put(from, 5, MatchLimId(matchKind(64), limId(1, 2, 3, 4)));
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(from), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 26}));
+    EXPECT_EQ(entry.setMatches(from), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 26}));
+}
+
+TEST(CopyMatches, RefusesAFamilyObjectForItIsNoObjectOfTheKind)
+{
+    FiltersEntry entry;
+    const auto refuse = [&](const auto& match) {
+        EXPECT_EQ(entry.copyMatches(matchesOf(match)), FILTERS_ERR_INVALID) << match.getType();
+    };
+    refuse(MatchPorts(MATCH_INGRESS_PORTS, std::list<limid_t>()));
+    refuse(MatchLimId(MATCH_SRC_PORT, limId(1, 2, 3, 4)));
+    refuse(MatchL4Port(MATCH_DST_L4_PORT, 1));
+    refuse(MatchVlanId(MATCH_EXTERNAL_VLAN_ID, {1}));
+    refuse(MatchMac(MATCH_DST_MAC, ether_addr()));
+    refuse(MatchIPv4(MATCH_SRC_IPV4, in_addr()));
+    refuse(MatchIPv6(MATCH_DST_IPV6, in6_addr()));
+    EXPECT_TRUE(entry.getMatchesRef().empty());
+}
+
+TEST(CopyMatches, CopiesACallersOwnSubclassAsTheKind)
+{
+    class Own : public MatchPcp {
+    public:
+        using MatchPcp::MatchPcp;
+    };
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(matchesOf(Own(5))), FILTERS_OK);
+    const Match& stored = *entry.getMatchesRef().at(MATCH_PCP);
+    EXPECT_TRUE(isExactly<MatchPcp>(stored));
+    EXPECT_TRUE(stored == MatchPcp(5));
+}
+
+TEST(CopyMatches, LyingMatchStopsTheWalk)
+{
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyMatches(matchesOf(MatchAll(), Match(MATCH_PCP), MatchTTL(1))),
+              FILTERS_ERR_INVALID);
+    EXPECT_EQ(matchesIn(entry), std::set<int>{0});
+}
+
+TEST(CopyMatches, OfTheEntrysOwnMatchesChangesNothing)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.copyMatches(entry.getMatchesRef()), FILTERS_OK);
+    EXPECT_EQ(entry.copyActions(entry.getActionsRef()), FILTERS_OK);
+    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
+    EXPECT_TRUE(entry == heldEntry());
+}
+
+// ------------------------------------------------------------------------------------- copyActions
+
+TEST(CopyActions, AddsToTheHeldActionsAndReplacesThoseOfTheSameKind)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.copyActions(actionsOf(ActionSetPcp(9), ActionDeny())), FILTERS_OK);
+    FiltersEntry expected = heldEntry();
+    expected.setAction(ActionSetPcp(9));
+    expected.setAction(ActionDeny());
+    EXPECT_TRUE(entry == expected);
+}
+
+TEST(CopyActions, SkipsNullPointersAndKindsOf17AndMore)
+{
+    Actions from = actionsOf(ActionPermit(), ActionL3Switch(1));
+    from[ACTION_DENY] = nullptr;
+    put(from, 3, Action(actionKind(17)));
+    put(from, 4, Action(actionKind(32)));
+    put(from, 5, Action(actionKind(0x7FFFFFFF)));
+    put(from, 6, Action(actionKind(0xFFFFFFFF)));
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyActions(from), FILTERS_OK);
+    EXPECT_EQ(actionsIn(entry), (std::set<int>{0, 15}));
+    EXPECT_EQ(entry.setActions(from), FILTERS_OK);
+    EXPECT_EQ(actionsIn(entry), (std::set<int>{0, 15}));
+}
+
+TEST(CopyActions, KeepsWhatItCopiedBeforeTheRefusedActionAndNothingBehindIt)
+{
+    const Actions from = actionsOf(ActionPermit(), Action(ACTION_SET_PCP), ActionBlackHole());
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyActions(from), FILTERS_ERR_INVALID);
+    EXPECT_EQ(actionsIn(entry), std::set<int>{0});
+}
+
+TEST(CopyActions, StoresUnderTheKindOfTheObjectAndTheLastOfAKindWins)
+{
+    Actions from;
+    put(from, 9, ActionSetPcp(2));
+    put(from, 0, ActionSetPcp(1));
+    put(from, 77, ActionDeny());
+    FiltersEntry entry;
+    EXPECT_EQ(entry.copyActions(from), FILTERS_OK);
+    EXPECT_EQ(actionsIn(entry), (std::set<int>{1, 5}));
+    EXPECT_TRUE(*entry.getActionsRef().at(ACTION_SET_PCP) == ActionSetPcp(2));
+}
+
+TEST(CopyActions, RefusesAnActionPortsForItIsNoObjectOfTheKind)
+{
+    FiltersEntry entry;
+    const ActionPorts ports(ACTION_BLOCK_EGRESS_PORTS, {limId(1, 2, 3, 4)});
+    EXPECT_EQ(entry.copyActions(actionsOf(ports)), FILTERS_ERR_INVALID);
+    EXPECT_TRUE(entry.getActionsRef().empty());
+}
+
+// --------------------------------------------------------------------------- setMatches,
+// setActions
+
+TEST(SetMatches, ReplacesAllMatchesAndLeavesTheRest)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setMatches(matchesOf(MatchTTL(9), MatchAll())), FILTERS_OK);
+    FiltersEntry expected(7);
+    expected.setMatch(MatchAll());
+    expected.setMatch(MatchTTL(9));
+    expected.copyActions(heldEntry().getActionsRef());
+    EXPECT_TRUE(entry == expected);
+}
+
+TEST(SetMatches, OfAnEmptyMapEmptiesTheMatches)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setMatches({}), FILTERS_OK);
+    EXPECT_TRUE(entry.getMatchesRef().empty());
+    EXPECT_EQ(entry.getActionsRef().size(), 2u);
+    EXPECT_EQ(entry.setActions({}), FILTERS_OK);
+    EXPECT_TRUE(entry.getActionsRef().empty());
+}
+
+TEST(SetMatches, IsNotRefusedByTheMatchesThatItReplaces)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setMatches(matchesOf(SRC_IPV6)), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), std::set<int>{14});
+}
+
+TEST(SetMatches, OfIPv4AndIPv6FailsAndLeavesThePreviousMatches)
+{
+    FiltersEntry entry = heldEntry();
+    entry.setMatch(MatchDSCP(10));
+    const std::string before = stateOf(entry);
+    EXPECT_EQ(entry.setMatches(matchesOf(MatchAll(), MatchPcp(6), SRC_IPV4, SRC_IPV6)),
+              FILTERS_ERR_INVALID);
+    EXPECT_EQ(stateOf(entry), before);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{9, 12, 20}));
+}
+
+TEST(SetMatches, OfTheEntrysOwnMatchesChangesNothing)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setMatches(entry.getMatchesRef()), FILTERS_OK);
+    EXPECT_EQ(entry.setActions(entry.getActionsRef()), FILTERS_OK);
+    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
+    EXPECT_TRUE(entry == heldEntry());
+}
+
+TEST(SetActions, ReplacesAllActionsAndLeavesTheRest)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setActions(actionsOf(ActionDeny())), FILTERS_OK);
+    EXPECT_EQ(actionsIn(entry), std::set<int>{1});
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{9, 12}));
+}
+
+TEST(SetActions, WithALyingActionFailsAndLeavesThePreviousActions)
+{
+    FiltersEntry entry = heldEntry();
+    EXPECT_EQ(entry.setActions(actionsOf(ActionPermit(), ActionSetPcp(1), Action(ACTION_REDIRECT))),
+              FILTERS_ERR_INVALID);
+    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
+}
+
+} // namespace
+} // namespace FiltersCommon

@@ -1,0 +1,243 @@
+#include "entry_maps.h"
+#include "samples.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+#include <set>
+#include <type_traits>
+#include <utility>
+
+// The blocks of memory in use are counted: what an entry owns must be freed when it lets go of it,
+// lists and sets within the objects included.
+
+namespace {
+
+long blocksInUse = 0;
+
+void* takeBlock(std::size_t size)
+{
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    ++blocksInUse;
+    return block;
+}
+
+void giveBlock(void* block) noexcept
+{
+    if (block != nullptr)
+        --blocksInUse;
+    std::free(block);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return takeBlock(size); }
+void* operator new[](std::size_t size) { return takeBlock(size); }
+void operator delete(void* block) noexcept { giveBlock(block); }
+void operator delete[](void* block) noexcept { giveBlock(block); }
+void operator delete(void* block, std::size_t) noexcept { giveBlock(block); }
+void operator delete[](void* block, std::size_t) noexcept { giveBlock(block); }
+
+namespace FiltersCommon {
+namespace {
+
+using test::actionKind;
+using test::Actions;
+using test::actionsOf;
+using test::ipv4;
+using test::ipv6;
+using test::isExactly;
+using test::keysOf;
+using test::Matches;
+using test::matchesOf;
+using test::matchKind;
+using test::put;
+
+/** How many blocks more are in use after @p function than before. */
+template <class Function>
+long blocksKeptBy(Function function)
+{
+    const long before = blocksInUse;
+    function();
+    return blocksInUse - before;
+}
+
+// ----------------------------------------------------------------------------------------- entries
+
+/** Puts one of every kind, but for IPv6, into the entry. */
+void fill(FiltersEntry& entry)
+{
+    test::MatchClasses::forEach([&](auto row) { entry.setMatch(row.sample()); });
+    test::ActionClasses::forEach([&](auto row) { entry.setAction(row.sample()); });
+}
+
+void empty(FiltersEntry& entry)
+{
+    for (std::uint32_t code = 0; code < 32; ++code) {
+        entry.deleteMatch(matchKind(code));
+        entry.deleteAction(actionKind(code));
+    }
+}
+
+TEST(EntryOwnership, ObjectsAreKept)
+{
+    FiltersEntry entry;
+    // A node and an object for each of the 30 matches and 17 actions, and the nodes of their lists.
+    EXPECT_GT(blocksKeptBy([&] { fill(entry); }), 2 * (30 + 17));
+}
+
+TEST(EntryOwnership, ReplacedObjectsAreFreed)
+{
+    FiltersEntry entry;
+    fill(entry);
+    EXPECT_EQ(blocksKeptBy([&] { fill(entry); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.copyMatches(FiltersEntry(entry).getMatchesRef()); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.copyActions(FiltersEntry(entry).getActionsRef()); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.setMatches(FiltersEntry(entry).getMatchesRef()); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.setActions(FiltersEntry(entry).getActionsRef()); }), 0);
+    EXPECT_EQ(entry.getMatchesRef().size(), 30u);
+}
+
+TEST(EntryOwnership, SecondMatchPcpReplacesAndFreesTheFirst)
+{
+    FiltersEntry entry;
+    entry.setMatch(MatchPcp(1));
+    EXPECT_EQ(blocksKeptBy([&] { entry.setMatch(MatchPcp(2)); }), 0);
+    EXPECT_EQ(entry.getMatchesRef().size(), 1u);
+    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_PCP) == MatchPcp(2));
+}
+
+TEST(EntryOwnership, DeletedObjectsAreFreed)
+{
+    FiltersEntry entry;
+    EXPECT_EQ(blocksKeptBy([&] {
+                  fill(entry);
+                  empty(entry);
+              }),
+              0);
+}
+
+TEST(EntryOwnership, ObjectsDieWithTheEntryAndWithItsCopy)
+{
+    EXPECT_EQ(blocksKeptBy([] {
+                  FiltersEntry entry;
+                  fill(entry);
+                  const FiltersEntry copy(entry);
+              }),
+              0);
+}
+
+TEST(EntryOwnership, MoveAssignmentFreesWhatTheTargetHeldAndAllocatesNoObject)
+{
+    FiltersEntry source;
+    fill(source);
+    FiltersEntry target;
+    const long filled = blocksKeptBy([&] { fill(target); });
+    EXPECT_EQ(blocksKeptBy([&] { target = std::move(source); }), -filled);
+}
+
+TEST(EntryOwnership, RefusalsKeepNothing)
+{
+    FiltersEntry entry;
+    fill(entry);
+    const Matches mixed = matchesOf(MatchDSCP(1), MatchExternalVlanId({1, 2}),
+                                    MatchSrcIPv6(ipv6("::1")), MatchSrcIPv4(ipv4("192.0.2.1")));
+    const Actions lying = actionsOf(ActionBlockEgressPorts({limid_t()}), Action(ACTION_REDIRECT));
+    EXPECT_EQ(blocksKeptBy([&] {
+                  entry.setMatch(MatchSrcIPv6(ipv6("::1")));
+                  entry.setMatches(mixed);
+                  entry.setActions(lying);
+              }),
+              0);
+}
+
+// ---------------------------------------------------------------------------------------- copy_map
+
+static_assert(
+    std::is_same_v<decltype(&copy_map<filtersMatch_t, Match>), void (*)(Matches&, const Matches&)>);
+static_assert(std::is_same_v<decltype(&copy_map<filtersAction_t, Action>),
+                             void (*)(Actions&, const Actions&)>);
+
+TEST(CopyMap, ReplacesTheKeysOfTheSourceAndKeepsTheOthers)
+{
+    Matches to = matchesOf(MatchAll(), MatchPcp(1), MatchTTL(1));
+    const Matches from = matchesOf(MatchPcp(2), MatchVrfId(3));
+    copy_map(to, from);
+    EXPECT_EQ(keysOf(to), (std::set<int>{0, 12, 26, 27}));
+    EXPECT_TRUE(*to[MATCH_PCP] == MatchPcp(2));
+    EXPECT_TRUE(*to[MATCH_TTL] == MatchTTL(1));
+    EXPECT_TRUE(*to[MATCH_VRF_ID] == MatchVrfId(3));
+    EXPECT_NE(to[MATCH_VRF_ID].get(), from.at(MATCH_VRF_ID).get());
+}
+
+TEST(CopyMap, KeepsTheKeyWhateverTheKind)
+{
+    Matches from;
+    put(from, 3, MatchDSCP(10));
+    put(from, 99, MatchSrcIPv4(ipv4("192.0.2.1")));
+    put(from, 100, MatchSrcIPv6(ipv6("::1")));
+    Matches to;
+    copy_map(to, from);
+    EXPECT_EQ(keysOf(to), (std::set<int>{3, 99, 100}));
+    EXPECT_TRUE(isExactly<MatchToS>(*to[matchKind(3)]));
+    EXPECT_TRUE(*to[matchKind(3)] == MatchToS(40));
+    EXPECT_TRUE(*to[matchKind(99)] == MatchSrcIPv4(ipv4("192.0.2.1")));
+    EXPECT_TRUE(*to[matchKind(100)] == MatchSrcIPv6(ipv6("::1")));
+}
+
+TEST(CopyMap, GivesANullPointerWhereThereIsNothingToCopyByKind)
+{
+    Matches from;
+    from[MATCH_ALL] = nullptr;
+    put(from, 1, Match(matchKind(32)));
+    put(from, 2, Match(MATCH_PCP));
+    put(from, 3, Match(MATCH_CPU_PORT));
+    Matches to = matchesOf(MatchAll());
+    copy_map(to, from);
+    EXPECT_EQ(keysOf(to), (std::set<int>{0, 1, 2, 3}));
+    EXPECT_EQ(to[matchKind(0)], nullptr);
+    EXPECT_EQ(to[matchKind(1)], nullptr);
+    EXPECT_EQ(to[matchKind(2)], nullptr);
+    EXPECT_TRUE(isExactly<MatchCpuPort>(*to[matchKind(3)]));
+}
+
+TEST(CopyMap, OfAMapIntoItselfKeepsTheValues)
+{
+    Actions map = actionsOf(ActionSetPcp(3), ActionDeny());
+    copy_map(map, map);
+    EXPECT_EQ(keysOf(map), (std::set<int>{1, 5}));
+    EXPECT_TRUE(*map[ACTION_SET_PCP] == ActionSetPcp(3));
+}
+
+TEST(CopyMap, ReplacesActions)
+{
+    Actions to = actionsOf(ActionSetPcp(3), ActionPermit());
+    Actions from = actionsOf(ActionSetPcp(4), ActionDeny());
+    put(from, 44, Action(actionKind(17)));
+    copy_map(to, from);
+    EXPECT_EQ(keysOf(to), (std::set<int>{0, 1, 5, 44}));
+    EXPECT_TRUE(*to[ACTION_SET_PCP] == ActionSetPcp(4));
+    EXPECT_EQ(to[actionKind(44)], nullptr);
+}
+
+TEST(CopyMap, FreesWhatItReplaces)
+{
+    FiltersEntry entry;
+    fill(entry);
+    Matches matches;
+    Actions actions;
+    copy_map(matches, entry.getMatchesRef());
+    copy_map(actions, entry.getActionsRef());
+    EXPECT_EQ(blocksKeptBy([&] {
+                  copy_map(matches, entry.getMatchesRef());
+                  copy_map(actions, entry.getActionsRef());
+              }),
+              0);
+}
+
+} // namespace
+} // namespace FiltersCommon

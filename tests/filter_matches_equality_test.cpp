@@ -1,0 +1,368 @@
+#include "samples.h"
+
+#include "filter_matches.pb.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <list>
+#include <set>
+#include <type_traits>
+#include <vector>
+
+namespace FiltersCommon {
+namespace {
+
+using test::ipv4;
+using test::limId;
+using test::mac;
+using test::slotOf;
+
+/** Through the base class on both sides, whatever the static types. */
+bool equal(const Match& a, const Match& b) { return a == b; }
+
+filtersMatch_t kind(std::uint32_t code) { return static_cast<filtersMatch_t>(code); }
+
+const std::set<std::uint32_t> WITHOUT_VALUES = {0, 16, 29, 31};
+const std::set<int> WITH_VIRTUAL_EQUALITY = {23, 24, 27, 28, 29, 30};
+
+std::vector<std::uint32_t> knownAndUnknownCodes()
+{
+    std::vector<std::uint32_t> codes;
+    for (std::uint32_t code = 0; code <= 33; ++code)
+        codes.push_back(code);
+    codes.insert(codes.end(), {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
+    return codes;
+}
+
+// ------------------------------------------------------------------------------------- every class
+
+template <class Row>
+class EveryMatchClass : public testing::Test {};
+
+TYPED_TEST_SUITE(EveryMatchClass, test::MatchClasses::Tests, );
+
+TYPED_TEST(EveryMatchClass, DiffersWhenOneFieldDiffers)
+{
+    const auto variants = TypeParam::variants();
+    EXPECT_EQ(variants.size() > 1, TypeParam::HAS_VALUES);
+    for (const auto& a : variants)
+        for (const auto& b : variants) {
+            EXPECT_EQ(a == b, &a == &b);
+            EXPECT_EQ(equal(a, b), &a == &b);
+        }
+}
+
+TYPED_TEST(EveryMatchClass, IsEqualToItsOwnKindOnly)
+{
+    test::MatchClasses::forEach([](auto row) {
+        const auto mine = TypeParam::sample();
+        const auto theirs = row.sample();
+        constexpr bool SAME = std::is_same_v<decltype(mine), decltype(theirs)>;
+        EXPECT_EQ(mine == theirs, SAME) << row.CODE;
+        EXPECT_EQ(equal(mine, theirs), SAME) << row.CODE;
+        EXPECT_EQ(mine == static_cast<const Match&>(theirs), SAME) << row.CODE;
+    });
+}
+
+TYPED_TEST(EveryMatchClass, WithValuesDiffersFromABareMatch)
+{
+    const auto match = TypeParam::sample();
+    for (const std::uint32_t code : knownAndUnknownCodes()) {
+        const Match bare(kind(code));
+        const bool same = code == TypeParam::CODE && !TypeParam::HAS_VALUES;
+        EXPECT_EQ(match == bare, same) << code;
+        EXPECT_EQ(bare == match, same) << code;
+    }
+}
+
+/** A class of a caller's own, which says by itself what it is equal to. */
+template <class T>
+class Answering : public T {
+public:
+    Answering(const T& values, bool answer) : T(values), answer_(answer) {}
+    using T::operator==;
+    bool operator==(const T&) const { return answer_; }
+
+private:
+    bool answer_;
+};
+
+TYPED_TEST(EveryMatchClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual)
+{
+    using T = typename TypeParam::Class;
+    const bool isVirtual = WITH_VIRTUAL_EQUALITY.count(TypeParam::CODE) != 0;
+    for (const auto& other : TypeParam::variants()) {
+        const bool sameValues = other == TypeParam::sample();
+        for (const bool answer : {false, true}) {
+            const Answering<T> match(TypeParam::sample(), answer);
+            const T& asItsBase = match;
+            EXPECT_EQ(equal(match, other), isVirtual ? answer : sameValues);
+            EXPECT_EQ(asItsBase == other, isVirtual ? answer : sameValues);
+            EXPECT_EQ(equal(other, match), sameValues);
+        }
+    }
+}
+
+/** The class that declares what is called when two objects are compared through the base. */
+template <class T>
+T declares(bool (T::*)(const Match&) const);
+
+TYPED_TEST(EveryMatchClass, HasItsEqualitiesInTheirSlots)
+{
+    using T = typename TypeParam::Class;
+    static_assert(std::is_same_v<decltype(declares(&T::operator==)), Match>);
+    const int slot = slotOf(static_cast<bool (T::*)(const T&) const>(&T::operator==));
+    EXPECT_EQ(slot, WITH_VIRTUAL_EQUALITY.count(TypeParam::CODE) != 0 ? 5 : -1);
+}
+
+TEST(MatchEquality, BaseHasItsVirtualFunctionsInTheirSlots)
+{
+    // The destructor takes the first two places.
+    EXPECT_EQ(slotOf(&Match::convertToMatchPB), 2);
+    EXPECT_EQ(slotOf(&Match::convertFromMatchPB), 3);
+    EXPECT_EQ(slotOf(&Match::operator==), 4);
+    EXPECT_EQ(slotOf(&Match::getType), -1);
+}
+
+// --------------------------------------------------------------------------------- bare and lying
+
+TEST(MatchEquality, BareMatchesAreEqualWhereTheKindHasNoValues)
+{
+    for (const std::uint32_t a : knownAndUnknownCodes())
+        for (const std::uint32_t b : knownAndUnknownCodes())
+            EXPECT_EQ(Match(kind(a)) == Match(kind(b)), a == b && WITHOUT_VALUES.count(a) != 0)
+                << a << " " << b;
+}
+
+TEST(MatchEquality, UnknownKindDiffersFromItself)
+{
+    for (const std::uint32_t code : {32u, 33u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+        const Match match(kind(code));
+        EXPECT_FALSE(match == match) << code;
+    }
+}
+
+class Own : public Match {
+public:
+    explicit Own(std::uint32_t code) : Match(kind(code)) {}
+};
+
+TEST(MatchEquality, CallersOwnClassIsComparedByItsCodeAlone)
+{
+    test::MatchClasses::forEach([](auto row) {
+        const auto match = row.sample();
+        const Own own(row.CODE);
+        EXPECT_EQ(equal(own, match), !row.HAS_VALUES) << row.CODE;
+        EXPECT_EQ(equal(match, own), !row.HAS_VALUES) << row.CODE;
+        EXPECT_EQ(equal(own, own), !row.HAS_VALUES) << row.CODE;
+    });
+}
+
+TEST(MatchEquality, CallersOwnSubclassOfAKindIsComparedByTheValuesOfTheKind)
+{
+    class OwnPcp : public MatchPcp {
+    public:
+        using MatchPcp::MatchPcp;
+    };
+    EXPECT_TRUE(equal(OwnPcp(3), MatchPcp(3)));
+    EXPECT_TRUE(equal(MatchPcp(3), OwnPcp(3)));
+    EXPECT_FALSE(equal(OwnPcp(3), MatchPcp(4)));
+    EXPECT_FALSE(equal(MatchPcp(4), OwnPcp(3)));
+}
+
+// ---------------------------------------------------------------------------------- value families
+
+/** A family with two different values, the codes that it holds the values of, and its leaves. */
+template <class Family_, int FIRST, int SECOND, class First_, class Second_>
+struct FamilyRow {
+    using Family = Family_;
+    using First = First_;
+    using Second = Second_;
+    static constexpr std::array<std::uint32_t, 2> CODES = {FIRST, SECOND};
+};
+
+template <class Row>
+class EveryFamily : public testing::Test {
+protected:
+    using Family = typename Row::Family;
+
+    /** Two objects of the code with different values. */
+    static std::array<Family, 2> objects(std::uint32_t code)
+    {
+        const filtersMatch_t type = kind(code);
+        if constexpr (std::is_same_v<Family, MatchPorts>)
+            return {Family(type, ports()), Family(type, std::list<limid_t>())};
+        else if constexpr (std::is_same_v<Family, MatchLimId>)
+            return {Family(type, limId(1, 2, 3, 4)), Family(type, limId(1, 2, 3, 5))};
+        else if constexpr (std::is_same_v<Family, MatchL4Port>)
+            return {Family(type, 80), Family(type, 80, 0)};
+        else if constexpr (std::is_same_v<Family, MatchVlanId>)
+            return {Family(type, {1, 2}), Family(type, {1, 3})};
+        else
+            return {Family(type, {}), Family(type, {}, {})};
+    }
+
+    /** A leaf with the first of the two values. */
+    template <class Leaf>
+    static Leaf leaf()
+    {
+        if constexpr (std::is_same_v<Family, MatchPorts>)
+            return Leaf(ports());
+        else if constexpr (std::is_same_v<Family, MatchLimId>)
+            return Leaf(limId(1, 2, 3, 4));
+        else if constexpr (std::is_same_v<Family, MatchL4Port>)
+            return Leaf(80);
+        else if constexpr (std::is_same_v<Family, MatchVlanId>)
+            return Leaf(std::set<unsigned short>{1, 2});
+        else
+            return Leaf({});
+    }
+
+private:
+    static std::list<limid_t> ports() { return {limId(1, 2, 3, 4), limId(5, 6, 7, 8)}; }
+};
+
+// clang-format off
+using Families = testing::Types<
+    FamilyRow<MatchPorts,   1, 22, MatchIngressPorts,   MatchEgressPorts>,
+    FamilyRow<MatchLimId,  21, 25, MatchVirtualPort,    MatchSrcPort>,
+    FamilyRow<MatchL4Port,  5,  6, MatchDstL4Port,      MatchSrcL4Port>,
+    FamilyRow<MatchVlanId,  2, 11, MatchExternalVlanId, MatchInternalVlanId>,
+    FamilyRow<MatchMac,     4,  7, MatchDstMac,         MatchSrcMac>,
+    FamilyRow<MatchIPv4,    9, 10, MatchSrcIPv4,        MatchDstIPv4>,
+    FamilyRow<MatchIPv6,   14, 15, MatchSrcIPv6,        MatchDstIPv6>>;
+// clang-format on
+TYPED_TEST_SUITE(EveryFamily, Families, );
+
+TYPED_TEST(EveryFamily, IsComparedByItsValuesUnderItsOwnCodesAlone)
+{
+    for (const std::uint32_t code : knownAndUnknownCodes()) {
+        const auto objects = TestFixture::objects(code);
+        const auto same = TestFixture::objects(code);
+        const auto& own = TypeParam::CODES;
+        const bool holdsValues = std::find(own.begin(), own.end(), code) != own.end();
+        const bool hasNone = WITHOUT_VALUES.count(code) != 0;
+        EXPECT_EQ(equal(objects[0], same[0]), holdsValues || hasNone) << code;
+        EXPECT_EQ(equal(objects[0], same[1]), hasNone) << code;
+        EXPECT_EQ(equal(objects[1], same[0]), hasNone) << code;
+    }
+}
+
+TYPED_TEST(EveryFamily, ComparesValuesWhateverTheKindsWithItsOwnEquality)
+{
+    const auto first = TestFixture::objects(TypeParam::CODES[0]);
+    const auto second = TestFixture::objects(TypeParam::CODES[1]);
+    EXPECT_TRUE(first[0] == second[0]);
+    EXPECT_FALSE(first[0] == second[1]);
+    EXPECT_FALSE(first[1] == second[0]);
+    EXPECT_FALSE(equal(first[0], second[0]));
+}
+
+TYPED_TEST(EveryFamily, IsEqualToALeafOfTheSameCodeAndValues)
+{
+    const auto first = TestFixture::objects(TypeParam::CODES[0]);
+    const auto second = TestFixture::objects(TypeParam::CODES[1]);
+    const auto firstLeaf = TestFixture::template leaf<typename TypeParam::First>();
+    const auto secondLeaf = TestFixture::template leaf<typename TypeParam::Second>();
+    EXPECT_TRUE(equal(first[0], firstLeaf) && equal(firstLeaf, first[0]));
+    EXPECT_TRUE(equal(second[0], secondLeaf) && equal(secondLeaf, second[0]));
+    EXPECT_FALSE(equal(first[1], firstLeaf) || equal(firstLeaf, first[1]));
+    EXPECT_FALSE(equal(first[0], secondLeaf) || equal(secondLeaf, first[0]));
+    EXPECT_FALSE(firstLeaf == secondLeaf || secondLeaf == firstLeaf);
+}
+
+TYPED_TEST(EveryFamily, HasAnOrdinaryEqualityAndLeavesThatOfTheBase)
+{
+    using T = typename TypeParam::Family;
+    static_assert(std::is_same_v<decltype(declares(&T::operator==)), Match>);
+    EXPECT_EQ(slotOf(static_cast<bool (T::*)(const T&) const>(&T::operator==)), -1);
+}
+
+TEST(MatchEquality, ExcludedPortTypesTakePartInOrder)
+{
+    const auto other = static_cast<port_type_t>(3);
+    const auto of = [](std::list<port_type_t> types) { return MatchIngressPorts(types); };
+    EXPECT_TRUE(of({PORT_TYPE_CPU, other}) == of({PORT_TYPE_CPU, other}));
+    EXPECT_FALSE(of({PORT_TYPE_CPU, other}) == of({other, PORT_TYPE_CPU}));
+    EXPECT_FALSE(of({PORT_TYPE_CPU}) == of({PORT_TYPE_CPU, PORT_TYPE_CPU}));
+    EXPECT_FALSE(of({PORT_TYPE_CPU}) == of({other}));
+    EXPECT_FALSE(of({PORT_TYPE_CPU}) == MatchIngressPorts(std::list<limid_t>()));
+    EXPECT_FALSE(equal(of({PORT_TYPE_CPU}), MatchIngressPorts(std::list<limid_t>())));
+    EXPECT_TRUE(of({}) == MatchIngressPorts(std::list<limid_t>()));
+}
+
+// ------------------------------------------------------------------------------------- known cases
+
+TEST(MatchEquality, SamePortsInAnotherOrderDiffer)
+{
+    const limid_t a = limId(0, 1, 0, 1);
+    const limid_t b = limId(0, 1, 0, 2);
+    using Ports = std::list<limid_t>;
+    EXPECT_FALSE(MatchIngressPorts(Ports{a, b}) == MatchIngressPorts(Ports{b, a}));
+    EXPECT_TRUE(MatchIngressPorts(Ports{a, b}) == MatchIngressPorts(Ports{a, b}));
+}
+
+TEST(MatchEquality, ExternalAndInternalVlanIdsDiffer)
+{
+    const MatchExternalVlanId external(100);
+    const MatchInternalVlanId internal(100);
+    EXPECT_FALSE(external == internal);
+    EXPECT_FALSE(equal(external, internal));
+}
+
+TEST(MatchEquality, DestinationAndSourceMacDiffer)
+{
+    const MatchDstMac destination(mac("02:00:00:00:00:01"));
+    const MatchSrcMac source(mac("02:00:00:00:00:01"));
+    EXPECT_FALSE(destination == source);
+    EXPECT_FALSE(equal(destination, source));
+}
+
+TEST(MatchEquality, MasksTakePartAndNothingIsNormalised)
+{
+    const in_addr mask = ipv4("255.255.255.0");
+    EXPECT_FALSE(
+        equal(MatchSrcIPv4(ipv4("192.0.2.1"), mask), MatchSrcIPv4(ipv4("192.0.2.0"), mask)));
+    EXPECT_FALSE(equal(MatchSrcIPv4(ipv4("192.0.2.1"), mask), MatchSrcIPv4(ipv4("192.0.2.1"))));
+    EXPECT_FALSE(equal(MatchDstL4Port(0x1234, 0xFF00), MatchDstL4Port(0x1200, 0xFF00)));
+}
+
+TEST(MatchEquality, CpuPortsAreAlwaysEqualAndNeverADestinationCpu)
+{
+    EXPECT_TRUE(MatchCpuPort() == MatchCpuPort());
+    EXPECT_TRUE(equal(MatchCpuPort(), MatchCpuPort()));
+    EXPECT_FALSE(MatchCpuPort() == MatchDestinationCpu());
+    EXPECT_FALSE(equal(MatchDestinationCpu(), MatchCpuPort()));
+}
+
+TEST(MatchEquality, DscpIsEqualToTheToSOfItsByte)
+{
+    for (int dscp = 0; dscp < 64; ++dscp)
+        for (int tos = 0; tos < 256; ++tos) {
+            const MatchDSCP a(static_cast<unsigned char>(dscp));
+            const MatchToS b(static_cast<unsigned char>(tos));
+            EXPECT_EQ(equal(a, b), tos == dscp * 4);
+            EXPECT_EQ(equal(b, a), tos == dscp * 4);
+            EXPECT_EQ(a == b, tos == dscp * 4);
+            EXPECT_EQ(b == a, tos == dscp * 4);
+        }
+}
+
+TEST(MatchEquality, DscpOwnEqualityLeavesOutTheTwoLowBitsOfTheByte)
+{
+    MatchPB pb;
+    pb.set_tos_(43);
+    MatchDSCP read(0);
+    read.convertFromMatchPB(&pb);
+    ASSERT_EQ(read.getToS(), 43);
+    EXPECT_EQ(read.getDSCP(), 10);
+    EXPECT_TRUE(read == MatchDSCP(10));
+    EXPECT_FALSE(equal(read, MatchDSCP(10)));
+    EXPECT_FALSE(read == MatchDSCP(11));
+}
+
+} // namespace
+} // namespace FiltersCommon

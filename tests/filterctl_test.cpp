@@ -1,0 +1,417 @@
+#include "support.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <sys/wait.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using namespace FiltersCommon;
+using namespace std::string_literals;
+using test::ipv4;
+
+constexpr std::array<const char*, 5> COLUMNS = {"@10.1.0.9/16", "192.168.7.0/24", "0 : 65535",
+                                                "1024 : 2047", "0x06/0xFF"};
+constexpr char GOOD_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 2047  0x06/0xFF\n";
+
+/** The only entry that the good line gives. */
+FiltersEntry goodEntry()
+{
+    FiltersEntry entry(0);
+    entry.setPriority(1);
+    entry.setMatch(MatchSrcIPv4(ipv4("10.1.0.9"), ipv4("255.255.0.0")));
+    entry.setMatch(MatchDstIPv4(ipv4("192.168.7.0"), ipv4("255.255.255.0")));
+    entry.setMatch(MatchDstL4Port(1024, 0xFC00));
+    entry.setMatch(MatchIpProtocol(6));
+    entry.setAction(ActionPermit());
+    return entry;
+}
+
+FiltersGroup goodGroup()
+{
+    FiltersGroup group(0);
+    group.setType(GROUP_TYPE_3);
+    group.insertEntry(goodEntry());
+    return group;
+}
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+/** Runs the program in a folder of its own that holds the file "good" with one rule. */
+class Filterctl : public testing::Test {
+protected:
+    Filterctl()
+    {
+        std::string path = testing::TempDir() + "filterctl.XXXXXX";
+        if (::mkdtemp(path.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        folder_ = path;
+        fs::create_directory(folder_ / "files");
+        write("good", GOOD_LINE);
+    }
+    ~Filterctl() override { fs::remove_all(folder_); }
+
+    fs::path file(const std::string& name) const { return folder_ / "files" / name; }
+
+    void write(const std::string& name, const std::string& bytes) const
+    {
+        std::ofstream(file(name), std::ios::binary) << bytes;
+    }
+
+    std::string read(const std::string& name) const
+    {
+        std::ostringstream bytes;
+        bytes << std::ifstream(file(name), std::ios::binary).rdbuf();
+        return bytes.str();
+    }
+
+    std::vector<std::string> names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder_ / "files"))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    /** The arguments may redirect; @p before is run in the same shell. */
+    Outcome run(const std::string& arguments, const std::string& before = "") const
+    {
+        const std::string command = "cd '" + file("").string() + "' && (" + before +
+                                    "'" FILTERCTL_PROGRAM "' " + arguments + ") >../out 2>../err";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("../out"), read("../err")};
+    }
+
+    void expectDone(const std::string& arguments, const std::string& out = "",
+                    const std::string& before = "") const
+    {
+        const Outcome outcome = run(arguments, before);
+        EXPECT_EQ(outcome.status, 0) << arguments;
+        EXPECT_EQ(outcome.out, out) << arguments;
+        EXPECT_EQ(outcome.err, "") << arguments;
+    }
+
+    void expectRefused(const std::string& arguments, const std::string& why,
+                       const std::string& before = "") const
+    {
+        const auto namesBefore = names();
+        const Outcome outcome = run(arguments, before);
+        EXPECT_EQ(outcome.status, 1) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_EQ(outcome.err, "filterctl: " + why + "\n") << arguments;
+        EXPECT_EQ(names(), namesBefore) << arguments;
+    }
+
+private:
+    fs::path folder_;
+};
+
+std::string bytesOf(const FiltersGroup& group)
+{
+    std::string bytes;
+    group.serialize(&bytes);
+    return bytes;
+}
+
+constexpr char SHOWN[] = "=FiltersGroup=\n"
+                         "  ID: 0\n"
+                         "  Priority: 0\n"
+                         "  Stage: 0\n"
+                         "  Type: 3\n"
+                         "  =FiltersEntry=\n"
+                         "    ID: 0\n"
+                         "    Priority: 1\n"
+                         "    =MatchDstL4Port=\n"
+                         "      Match Type ID: 5\n"
+                         "      Port: 1024\n"
+                         "      Mask: 64512\n"
+                         "    =MatchSrcIPv4=\n"
+                         "      Match Type ID: 9\n"
+                         "      IP: 10.1.0.9\n"
+                         "      Mask: 255.255.0.0\n"
+                         "    =MatchDstIPv4=\n"
+                         "      Match Type ID: 10\n"
+                         "      IP: 192.168.7.0\n"
+                         "      Mask: 255.255.255.0\n"
+                         "    =MatchIpProtocol=\n"
+                         "      Match Type ID: 17\n"
+                         "      Ip Protocol: 6\n"
+                         "    =ActionPermit=\n"
+                         "      Action Type ID: 0\n"
+                         "      <no parameters>\n";
+
+TEST_F(Filterctl, ImportsAndShowsThroughFilesAndStreams)
+{
+    const std::string bytes = bytesOf(goodGroup());
+    for (const char* arguments : {"import good", "import good -o -", "import - < good",
+                                  "import -o - -- - < good", "import good -o other -o -"})
+        expectDone(arguments, bytes);
+    expectDone("import good -o group", "", "POSIXLY_CORRECT=1 ");
+    EXPECT_EQ(read("group"), bytes);
+    EXPECT_EQ(names(), (std::vector<std::string>{"good", "group"}));
+    for (const char* arguments : {"show group", "show < group", "show - < group"})
+        expectDone(arguments, SHOWN);
+    expectDone("import /dev/null", "\x08\0\x10\0\x18\0\x20\x03"s);
+}
+
+TEST_F(Filterctl, Options)
+{
+    FiltersEntry entry = goodEntry();
+    entry.deleteAction(ACTION_PERMIT);
+    entry.setAction(ActionDeny());
+    FiltersGroup group(65535);
+    group.setPriority(65534);
+    group.setStage(GROUP_STAGE_1);
+    group.setType(GROUP_TYPE_4);
+    group.insertEntry(entry);
+    expectDone("import --group 65535 good --priority=65534 --stage 1 --type 4 --action deny",
+               bytesOf(group));
+    expectDone("import good --action permit", bytesOf(goodGroup()));
+}
+
+TEST_F(Filterctl, Help)
+{
+    for (const char* arguments : {"--help", "import --help", "show --help"}) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.out.substr(0, 17), "usage: filterctl ");
+    }
+}
+
+TEST_F(Filterctl, WrongUsage)
+{
+    const std::pair<const char*, const char*> wrong[] = {
+        {"", "no command is given"},
+        {"list", "there is no command 'list'"},
+        {"import", "import takes one access list"},
+        {"import good good", "import takes one access list"},
+        {"show good good", "show takes one file"},
+        {"show -o x good", "invalid option -- 'o'"},
+        {"import good -o", "option requires an argument -- 'o'"},
+        {"import good --stage", "option '--stage' requires an argument"},
+        {"import good --color", "unrecognized option '--color'"},
+        {"import good --action drop", "--action takes permit or deny"},
+        {"import good --group 65536", "--group takes a number from 0 to 65535"},
+        {"import good --group ''", "--group takes a number from 0 to 65535"},
+        {"import good --priority -1", "--priority takes a number from 0 to 65535"},
+        {"import good --priority 1x", "--priority takes a number from 0 to 65535"},
+        {"import good --stage one", "--stage takes a number from -2147483648 to 2147483647"},
+        {"import good --type 2147483648", "--type takes a number from -2147483648 to 2147483647"},
+    };
+    for (const auto& [arguments, why] : wrong) {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_EQ(outcome.err, "filterctl: "s + why + "\nTry 'filterctl --help'.\n");
+    }
+}
+
+struct Malformed {
+    std::size_t column;
+    std::string text; /**< stands in the place of the column */
+    std::string reason;
+
+    std::string line() const
+    {
+        std::string line;
+        for (std::size_t index = 0; index < COLUMNS.size(); ++index)
+            line += (index == column ? text : COLUMNS[index]) + (index < 4 ? " " : "");
+        return line;
+    }
+};
+
+const std::vector<Malformed>& malformedLines()
+{
+    static const std::vector<Malformed> lines = {
+        {0, "10.1.0.0/16", "source prefix: missing '@'"},
+        {0, " #@10.1.0.0/16", "source prefix: missing '@'"},
+        {0, "@ 10.1.0.0/16", "source prefix: not an address of four octets"},
+        {0, "@/16", "source prefix: not an address of four octets"},
+        {0, "@10.1.0/16", "source prefix: not an address of four octets"},
+        {0, "@10.1.0.0.0/16", "source prefix: not an address of four octets"},
+        {0, "@10..0.0/16", "source prefix: not an address of four octets"},
+        {0, "@10.1.0./16", "source prefix: not an address of four octets"},
+        {0, "@256.1.0.0/16", "source prefix: not an address of four octets"},
+        {0, "@10.01.0.0/16", "source prefix: not an address of four octets"},
+        {0, "@10.1.0.-1/16", "source prefix: not an address of four octets"},
+        {0, "@10.1.0.0\0/16"s, "source prefix: not an address of four octets"},
+        {0, "@10.1.0.0", "source prefix: missing length"},
+        {0, "@10.1.0.0/", "source prefix: length is not a number"},
+        {0, "@10.1.0.0/16/8", "source prefix: length is not a number"},
+        {0, "@10.1.0.0/-1", "source prefix: length is not a number"},
+        {0, "@10.1.0.0/33", "source prefix: length is over 32"},
+        {0, "@10.1.0.0/18446744073709551616", "source prefix: length is over 32"},
+        {1, "@192.168.7.0/24", "destination prefix: not an address of four octets"},
+        {1, "192.168.7.0", "destination prefix: missing length"},
+        {1, "192.168.7.0/x", "destination prefix: length is not a number"},
+        {1, "192.168.7.0/240", "destination prefix: length is over 32"},
+        {2, ": 65535", "source port range: low port is not a number"},
+        {2, "-1 : 65535", "source port range: low port is not a number"},
+        {2, "0x0 : 65535", "source port range: low port is not a number"},
+        {2, "65536 : 65536", "source port range: low port is over 65535"},
+        {2, "4294967296 : 65535", "source port range: low port is over 65535"},
+        {2, "0 65535", "source port range: missing ':'"},
+        {2, "0 - 65535", "source port range: missing ':'"},
+        {2, "0 : any", "source port range: high port is not a number"},
+        {2, "0 : 65536", "source port range: high port is over 65535"},
+        {2, "0 : 1:2", "source port range: high port is not a number"},
+        {2, "2 : 1", "source port range: low port is above high port"},
+        {2, "", "destination port range: low port is not a number"},
+        {3, "x : 1", "destination port range: low port is not a number"},
+        {3, "70000 : 1", "destination port range: low port is over 65535"},
+        {3, "1024", "destination port range: missing ':'"},
+        {3, "1024 : 1024\r", "destination port range: high port is not a number"},
+        {3, "1024 : 99999", "destination port range: high port is over 65535"},
+        {3, "1024 : 1023", "destination port range: low port is above high port"},
+        {4, "tcp", "protocol: value is not 0x and hexadecimal digits"},
+        {4, "6/0xFF", "protocol: value is not 0x and hexadecimal digits"},
+        {4, "0X06/0xFF", "protocol: value is not 0x and hexadecimal digits"},
+        {4, "0x/0xFF", "protocol: value is not 0x and hexadecimal digits"},
+        {4, "0x0G/0xFF", "protocol: value is not 0x and hexadecimal digits"},
+        {4, "0x100/0xFF", "protocol: value is over 0xFF"},
+        {4, "0x100000006/0xFF", "protocol: value is over 0xFF"},
+        {4, "0x06", "protocol: missing mask"},
+        {4, "0x06 /0xFF", "protocol: missing mask"},
+        {4, "0x06/", "protocol: mask is not 0x and hexadecimal digits"},
+        {4, "0x06/255", "protocol: mask is not 0x and hexadecimal digits"},
+        {4, "0x06/0x0F", "protocol: mask is neither 0x00 nor 0xFF"},
+        {4, "0x06/0x1FF", "protocol: mask is neither 0x00 nor 0xFF"},
+        {4, "0x06/0x1000000FF", "protocol: mask is neither 0x00 nor 0xFF"},
+    };
+    return lines;
+}
+
+TEST_F(Filterctl, MalformedLinesLeaveTheTargetAlone)
+{
+    write("target", "kept");
+    for (const Malformed& malformed : malformedLines()) {
+        write("bad", "# comment\n\n"s + GOOD_LINE + malformed.line() + "\n");
+        expectRefused("import bad -o target", "bad:4: " + malformed.reason);
+    }
+    expectRefused("import bad -o new", "bad:4: " + malformedLines().back().reason);
+    expectRefused("import - < bad", "-:4: " + malformedLines().back().reason);
+    EXPECT_EQ(read("target"), "kept");
+}
+
+TEST_F(Filterctl, RefusalsOfTheGroup)
+{
+    const std::pair<const char*, const char*> refused[] = {
+        {"--stage 4", "good: stage 4 is refused: FILTERS_ERR_UNKNOWN_STAGE"},
+        {"--stage -1", "good: stage -1 is refused: FILTERS_ERR_UNKNOWN_STAGE"},
+        {"--type 10", "good: type 10 at stage 0 is refused: FILTERS_ERR_TYPE_NOT_ALLOWED"},
+        {"--stage 3", "good: type 3 at stage 3 is refused: FILTERS_ERR_TYPE_NOT_ALLOWED"},
+        {"--type 0", "good:1: entry 0 is refused: FILTERS_ERR_MATCH_NOT_ALLOWED"},
+    };
+    for (const auto& [options, why] : refused)
+        expectRefused("import good -o new "s + options, why);
+    write("second", "@0.0.0.0/0 0.0.0.0/0 0:65535 1:2 0x00/0x00\n"s + GOOD_LINE);
+    expectRefused("import second --type 7",
+                  "second:2: entry 2 is refused: FILTERS_ERR_MATCH_NOT_ALLOWED");
+}
+
+TEST_F(Filterctl, AGroupHoldsAtMost65536Entries)
+{
+    std::string full;
+    for (int line = 0; line < 65536; ++line)
+        full += "@0.0.0.0/0 0.0.0.0/0 0:65535 0:65535 0x00/0x00\n";
+    write("full", full);
+    expectDone("import full -o group");
+    const FiltersGroup group(read("group"));
+    ASSERT_EQ(group.getEntriesRef().size(), 65536u);
+    EXPECT_EQ(group.getEntriesRef().at(0).getPriority(), 65536u);
+    EXPECT_EQ(group.getEntriesRef().at(65535).getPriority(), 1u);
+    write("over", "\n" + full + GOOD_LINE);
+    expectRefused("import over -o new", "over:65538: a group holds at most 65536 entries");
+
+    // Each line takes 30 times 30 entries.
+    full.clear();
+    for (int line = 0; line < 73; ++line)
+        full += "@0.0.0.0/0 0.0.0.0/0 1:65534 1:65534 0x00/0x00\n";
+    write("over", full);
+    expectRefused("import over", "over:73: a group holds at most 65536 entries");
+}
+
+TEST_F(Filterctl, FilesThatCannotBeReadOrWritten)
+{
+    fs::create_directory(file("folder"));
+    expectRefused("import none", "none: cannot open: No such file or directory");
+    expectRefused("import folder", "folder: cannot read: Is a directory");
+    expectRefused("import - <&-", "-: cannot read: Bad file descriptor");
+    expectRefused("import good -o folder", "folder: cannot open: Is a directory");
+    expectRefused("import good -o none/new", "none/new: cannot open: No such file or directory");
+    expectRefused("import good -o good/new", "good/new: cannot open: Not a directory");
+    expectRefused("import good -o ''", ": cannot replace: No such file or directory");
+    expectRefused("import good -o /dev/full", "/dev/full: cannot write: No space left on device");
+    for (const char* arguments : {"import good", "--help", "show group"}) {
+        write("group", bytesOf(goodGroup()));
+        expectRefused(arguments + " > /dev/full"s, "-: cannot write: No space left on device");
+        expectRefused(arguments + " >&-"s, "-: cannot write: Bad file descriptor");
+    }
+    write("many", "@0.0.0.0/0 0.0.0.0/0 1:65534 1:65534 0x00/0x00\n");
+    expectRefused("import many -o group", "group: cannot write: File too large", "ulimit -f 1; ");
+    EXPECT_EQ(read("group"), bytesOf(goodGroup()));
+}
+
+TEST_F(Filterctl, TheTargetKeepsItsNatureAndPermissions)
+{
+    const std::string bytes = bytesOf(goodGroup());
+    const auto permissions = [this](const char* name) {
+        return static_cast<unsigned>(fs::status(file(name)).permissions());
+    };
+    expectDone("import good -o new", "", "umask 027; ");
+    EXPECT_EQ(permissions("new"), 0640u);
+    fs::permissions(file("new"), static_cast<fs::perms>(0604));
+    fs::create_directory(file("folder"));
+    fs::create_symlink("../new", file("folder/link"));
+    fs::create_symlink("folder/link", file("link"));
+    write("new", "old");
+    expectDone("import good -o link");
+    EXPECT_EQ(read("new"), bytes);
+    EXPECT_EQ(permissions("new"), 0604u);
+    fs::remove(file("new"));
+    expectDone("import good -o link");
+    EXPECT_EQ(read("new"), bytes);
+    EXPECT_TRUE(fs::is_symlink(file("link")) && fs::is_symlink(file("folder/link")));
+
+    expectDone("import good -o /dev/null");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    expectDone("import good -o pipe; wait", bytes, "mkfifo pipe; cat pipe & ");
+    EXPECT_TRUE(fs::is_fifo(file("pipe")));
+    expectDone("import good -o good");
+    EXPECT_EQ(read("good"), bytes);
+}
+
+TEST_F(Filterctl, BytesThatHoldNoGroup)
+{
+    const std::string bytes = bytesOf(goodGroup());
+    std::string entry;
+    goodEntry().serialize(&entry);
+    for (const std::string& none :
+         {""s, "garbage"s, GOOD_LINE + ""s, entry, bytes.substr(0, 6), bytes.substr(2),
+          bytes.substr(0, bytes.size() - 1), bytes + '\0'}) {
+        write("none", none);
+        expectRefused("show none", "none: holds no group");
+    }
+    expectRefused("show < /dev/null", "-: holds no group");
+    expectRefused("show absent", "absent: cannot open: No such file or directory");
+}
+
+} // namespace

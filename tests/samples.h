@@ -1,0 +1,244 @@
+/**
+ * What tests of every class need: the classes in lists, objects of each of them, and a look at how
+ * objects are laid out.
+ */
+#ifndef FILTER_COMMON_TESTS_SAMPLES_H
+#define FILTER_COMMON_TESTS_SAMPLES_H
+
+#include "support.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <list>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+namespace FiltersCommon::test {
+
+// ----------------------------------------------------------------------------------------- values
+
+/** A value for an argument of a constructor, and another for the mask behind it. */
+template <class V>
+V sampleValue(std::size_t position)
+{
+    const bool isMask = position == 1;
+    if constexpr (std::is_same_v<V, bool>)
+        return true;
+    else if constexpr (std::is_same_v<V, ether_addr>)
+        return mac(isMask ? "ff:ff:ff:00:00:f0" : "02:10:20:30:40:50");
+    else if constexpr (std::is_same_v<V, in_addr>)
+        return ipv4(isMask ? "255.255.240.0" : "192.0.2.1");
+    else if constexpr (std::is_same_v<V, in6_addr>)
+        return ipv6(isMask ? "ffff:ffff:ffff::" : "2001:db8::1");
+    else if constexpr (std::is_same_v<V, limid_t>)
+        return limId(0, 1, 0, 2);
+    else if constexpr (std::is_same_v<V, vlan_info_t>)
+        return {0x01020304};
+    else if constexpr (std::is_same_v<V, std::list<limid_t>>)
+        return {limId(0, 1, 0, 2), limId(1, 0, 0, 7)};
+    else if constexpr (std::is_same_v<V, std::set<unsigned short>>)
+        return {100, 4094};
+    else
+        return static_cast<V>(isMask ? 0xF0F0 : 0x01020328);
+}
+
+/** Values that are not equal to @p value: one byte is another, for each byte in turn. */
+template <class V>
+std::vector<V> othersThan(const V& value)
+{
+    static_assert(std::is_trivially_copyable_v<V>);
+    std::vector<V> others;
+    for (std::size_t i = 0; i < sizeof(V); ++i) {
+        std::array<unsigned char, sizeof(V)> bytes;
+        std::memcpy(bytes.data(), &value, sizeof(V));
+        bytes[i] ^= 1;
+        V other = value;
+        std::memcpy(&other, bytes.data(), sizeof(V));
+        others.push_back(other);
+    }
+    return others;
+}
+
+/** Lists of another order, of another length, and with another port. */
+inline std::vector<std::list<limid_t>> othersThan(const std::list<limid_t>& ports)
+{
+    const std::list<limid_t> reversed(ports.rbegin(), ports.rend());
+    const std::list<limid_t> shorter(ports.begin(), std::prev(ports.end()));
+    std::list<limid_t> longer(ports);
+    longer.push_back(ports.back());
+    std::vector<std::list<limid_t>> others = {reversed, shorter, longer, {}};
+    for (const limid_t port : othersThan(ports.back())) {
+        others.push_back(shorter);
+        others.back().push_back(port);
+    }
+    return others;
+}
+
+inline std::vector<std::set<unsigned short>> othersThan(const std::set<unsigned short>&)
+{
+    return {{}, {100}, {4094}, {100, 4095}, {101, 4094}, {100, 101, 4094}};
+}
+
+// ---------------------------------------------------------------------------------------- classes
+
+/** A class, the code that its objects carry, and the arguments of its longest constructor. */
+template <int CODE_, class T, class... Arguments>
+struct Row {
+    using Class = T;
+    static constexpr int CODE = CODE_;
+    static constexpr bool HAS_VALUES = sizeof...(Arguments) != 0;
+
+    static T sample() { return std::make_from_tuple<T>(arguments()); }
+
+    /** The sample, and objects that differ from it in one argument alone; each has its turn. */
+    static std::vector<T> variants()
+    {
+        std::vector<T> all = {sample()};
+        addVariants(all, std::index_sequence_for<Arguments...>());
+        return all;
+    }
+
+private:
+    static std::tuple<Arguments...> arguments()
+    {
+        return arguments(std::index_sequence_for<Arguments...>());
+    }
+
+    template <std::size_t... I>
+    static std::tuple<Arguments...> arguments(std::index_sequence<I...>)
+    {
+        return {sampleValue<Arguments>(I)...};
+    }
+
+    template <std::size_t... I>
+    static void addVariants(std::vector<T>& all, std::index_sequence<I...>)
+    {
+        (addVariantsOf<I>(all), ...);
+    }
+
+    template <std::size_t I>
+    static void addVariantsOf(std::vector<T>& all)
+    {
+        std::tuple<Arguments...> changed = arguments();
+        for (const auto& other : othersThan(std::get<I>(arguments()))) {
+            std::get<I>(changed) = other;
+            all.push_back(std::make_from_tuple<T>(changed));
+        }
+    }
+};
+
+template <class... Rows>
+struct ClassList {
+    /** For TYPED_TEST_SUITE. */
+    using Tests = testing::Types<Rows...>;
+
+    static constexpr std::size_t SIZE = sizeof...(Rows);
+
+    /** Calls @p function with an object of each row. */
+    template <class Function>
+    static void forEach(Function&& function)
+    {
+        (function(Rows{}), ...);
+    }
+};
+
+// clang-format off
+using MatchClasses = ClassList<
+    Row<0, MatchAll>,
+    Row<1, MatchIngressPorts, std::list<limid_t>>,
+    Row<2, MatchExternalVlanId, std::set<unsigned short>>,
+    Row<3, MatchTPID, unsigned short>,
+    Row<4, MatchDstMac, ether_addr, ether_addr>,
+    Row<5, MatchDstL4Port, unsigned short, unsigned short>,
+    Row<6, MatchSrcL4Port, unsigned short, unsigned short>,
+    Row<7, MatchSrcMac, ether_addr, ether_addr>,
+    Row<8, MatchL2SrcEntryType, l2SrcEntryType_t>,
+    Row<9, MatchSrcIPv4, in_addr, in_addr>,
+    Row<10, MatchDstIPv4, in_addr, in_addr>,
+    Row<11, MatchInternalVlanId, std::set<unsigned short>>,
+    Row<12, MatchPcp, unsigned char>,
+    Row<13, MatchInternalPcp, unsigned char>,
+    Row<14, MatchSrcIPv6, in6_addr>,
+    Row<15, MatchDstIPv6, in6_addr, in6_addr>,
+    Row<16, MatchVlanUntagged>,
+    Row<17, MatchIpProtocol, unsigned char>,
+    Row<18, MatchPacketRes, en_Resolution>,
+    Row<19, MatchMplsTerm, bool>,
+    Row<20, MatchToS, unsigned char>,
+    Row<20, MatchDSCP, unsigned char>,
+    Row<21, MatchVirtualPort, limid_t>,
+    Row<22, MatchEgressPorts, std::list<limid_t>>,
+    Row<23, MatchIngressStpState, en_StpState>,
+    Row<24, MatchVlanInfo, vlan_info_t>,
+    Row<25, MatchSrcPort, limid_t>,
+    Row<26, MatchTTL, unsigned char>,
+    Row<27, MatchVrfId, unsigned short>,
+    Row<28, MatchDrop, bool>,
+    Row<29, MatchCpuPort>,
+    Row<30, MatchForwardingType, en_ForwardingType>,
+    Row<31, MatchDestinationCpu>>;
+
+using ActionClasses = ClassList<
+    Row<0, ActionPermit>,
+    Row<1, ActionDeny>,
+    Row<2, ActionCopyToCpu>,
+    Row<3, ActionBlockEgressPorts, std::list<limid_t>>,
+    Row<4, ActionCopyToCpuCancel, cp2cpuCancelParam_t>,
+    Row<5, ActionSetPcp, unsigned char>,
+    Row<6, ActionSetPcpAndQueue, unsigned char>,
+    Row<7, ActionSetInnerPcp, unsigned char>,
+    Row<8, ActionSetDSCP, unsigned char>,
+    Row<9, ActionMapToCosQueue, unsigned char>,
+    Row<10, ActionMapToCpuCosQueue, unsigned char>,
+    Row<11, ActionRedirect, limid_t>,
+    Row<12, ActionReplaceDstMac, ether_addr>,
+    Row<13, ActionRedirectCancel>,
+    Row<14, ActionReplaceSrcMac, ether_addr>,
+    Row<15, ActionL3Switch, unsigned int>,
+    Row<16, ActionBlackHole>>;
+// clang-format on
+
+// ----------------------------------------------------------------------------------------- layout
+
+constexpr std::size_t NOWHERE = std::string_view::npos;
+
+/** The offset of the first place within the object where the bytes of @p value stand. */
+template <class T, class V>
+std::size_t positionIn(const T& object, const V& value)
+{
+    static_assert(std::is_trivially_copyable_v<V>);
+    return std::string_view(reinterpret_cast<const char*>(&object), sizeof object)
+        .find(std::string_view(reinterpret_cast<const char*>(&value), sizeof value));
+}
+
+/** The place of a virtual function in the table of its class; -1 if it is not virtual. */
+template <class Function>
+int slotOf(Function function)
+{
+    struct Probe {
+        virtual ~Probe() = default;
+        virtual void third() {}
+    };
+    using Words = std::array<std::ptrdiff_t, 2>; // the offset in the table, and a flag in either
+    static_assert(sizeof(Function) == sizeof(Words));
+    const auto wordsOf = [](auto member) {
+        Words words;
+        std::memcpy(words.data(), &member, sizeof words);
+        return words;
+    };
+    constexpr auto WIDTH = static_cast<std::ptrdiff_t>(sizeof(void*));
+    const std::size_t flagged = wordsOf(&Probe::third)[0] % WIDTH == 1 ? 0 : 1;
+    const Words words = wordsOf(function);
+    if (words[flagged] % 2 == 0)
+        return -1;
+    return static_cast<int>(words[0] / WIDTH);
+}
+
+} // namespace FiltersCommon::test
+
+#endif // FILTER_COMMON_TESTS_SAMPLES_H

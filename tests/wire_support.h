@@ -1,0 +1,201 @@
+/**
+ * Messages for tests: written as text, and compared field by field.
+ */
+#ifndef FILTER_COMMON_TESTS_WIRE_SUPPORT_H
+#define FILTER_COMMON_TESTS_WIRE_SUPPORT_H
+
+#include "named_samples.h"
+#include "support.h"
+
+#include "filter_groups.pb.h"
+
+#include <google/protobuf/text_format.h>
+#include <google/protobuf/util/message_differencer.h>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <memory>
+#include <random>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace FiltersCommon::test {
+
+inline MatchPB written(const Match& match)
+{
+    MatchPB pb;
+    match.convertToMatchPB(&pb);
+    return pb;
+}
+
+inline ActionPB written(const Action& action)
+{
+    ActionPB pb;
+    action.convertToActionPB(&pb);
+    return pb;
+}
+
+inline CounterPB written(const Counter& counter)
+{
+    CounterPB pb;
+    counter.Serialize(&pb);
+    return pb;
+}
+
+inline FiltersEntryPB written(const FiltersEntry& entry)
+{
+    FiltersEntryPB pb;
+    entry.convertToFiltersEntryPB(&pb);
+    return pb;
+}
+
+inline FiltersGroupPB written(const FiltersGroup& group) { return group.convertToFiltersGroupPB(); }
+
+inline void parseText(const std::string& text, google::protobuf::Message* pb)
+{
+    google::protobuf::TextFormat::Parser parser;
+    parser.AllowPartialMessage(true);
+    if (!parser.ParseFromString(text, pb))
+        throw std::invalid_argument(text);
+}
+
+/** The message with these fields; required ones may be missing. */
+template <class Message>
+Message message(const std::string& text)
+{
+    Message pb;
+    parseText(text, &pb);
+    return pb;
+}
+
+/** Whether exactly the same fields are present, with the same values in the same order. */
+inline testing::AssertionResult isMessage(const google::protobuf::Message& actual,
+                                          const google::protobuf::Message& expected)
+{
+    std::string difference;
+    google::protobuf::util::MessageDifferencer differencer;
+    differencer.ReportDifferencesToString(&difference);
+    if (differencer.Compare(expected, actual))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "from expected to actual:\n" << difference;
+}
+
+inline testing::AssertionResult isMessage(const google::protobuf::Message& actual,
+                                          const std::string& expectedText)
+{
+    const std::unique_ptr<google::protobuf::Message> expected(actual.New());
+    parseText(expectedText, expected.get());
+    return isMessage(actual, *expected);
+}
+
+/** What a copy of a sample is to read, and the message that it then writes. */
+struct Reading {
+    std::string sample;
+    std::string read;
+    std::string expected;
+};
+
+inline void fill(Match& match, const MatchPB& pb) { match.convertFromMatchPB(&pb); }
+inline void fill(Action& action, const ActionPB& pb) { action.convertFromActionPB(&pb); }
+
+template <class Base>
+void expectReadings(const std::vector<Sample<Base>>& samples, const std::vector<Reading>& readings)
+{
+    for (const Reading& reading : readings) {
+        const std::unique_ptr<Base> object = copyOf(samples, reading.sample);
+        fill(*object, message<decltype(written(*object))>(reading.read));
+        EXPECT_TRUE(isMessage(written(*object), reading.expected)) << reading.sample;
+    }
+}
+
+/** Reads the message of every sample into every sample of the same class, but of those @p append.
+ */
+template <class Base>
+void expectOverwritten(const std::vector<Sample<Base>>& samples,
+                       const std::set<std::string>& append)
+{
+    for (const Sample<Base>& target : samples) {
+        for (const Sample<Base>& source : samples) {
+            const std::string name = target.className();
+            if (name != source.className() || append.count(name) != 0)
+                continue;
+            const std::unique_ptr<Base> object = target.copy();
+            fill(*object, written(*source.object));
+            EXPECT_TRUE(*object == *source.object) << source.name << " into " << target.name;
+        }
+    }
+}
+
+/** The bytes of a message, also of one that lacks required fields. */
+inline std::string bytesOf(const google::protobuf::Message& pb)
+{
+    return pb.SerializePartialAsString();
+}
+
+template <class T>
+std::string serialized(const T& object)
+{
+    std::string bytes;
+    object.serialize(&bytes);
+    return bytes;
+}
+
+/** What the parser leaves in a message, whether or not it gets to the end of the bytes. */
+template <class Message>
+Message parsed(const std::string& bytes)
+{
+    Message pb;
+    static_cast<void>(pb.ParsePartialFromString(bytes));
+    return pb;
+}
+
+/** An entry or a group built from bytes, as another process does it. */
+template <class T>
+T rebuilt(const T& object)
+{
+    return T(serialized(object));
+}
+
+/** Keeps the messages runtime, which complains of every fault in the bytes, off the test's log. */
+class QuietParser {
+public:
+    QuietParser() {}
+
+private:
+#if GOOGLE_PROTOBUF_VERSION < 4022000
+    google::protobuf::LogSilencer silencer_;
+#endif
+};
+
+/** Bytes that nobody chose; the same ones in every run. */
+class RandomBytes {
+public:
+    std::string any(std::size_t maximum)
+    {
+        std::string bytes(below(maximum + 1), '\0');
+        for (char& byte : bytes)
+            byte = anyByte();
+        return bytes;
+    }
+
+    /** The given bytes, one to four of them changed. */
+    std::string mutated(std::string bytes)
+    {
+        for (std::size_t changes = 1 + below(4); changes != 0; --changes)
+            bytes[below(bytes.size())] = anyByte();
+        return bytes;
+    }
+
+private:
+    std::size_t below(std::size_t bound) { return generator_() % bound; }
+    char anyByte() { return static_cast<char>(generator_() & 0xFF); }
+
+    std::mt19937 generator_{20240229};
+};
+
+} // namespace FiltersCommon::test
+
+#endif // FILTER_COMMON_TESTS_WIRE_SUPPORT_H
