@@ -62,7 +62,8 @@ public:
 
     ActionPorts(const ActionPorts&) = default;
     ActionPorts(ActionPorts&&) noexcept = default;
-    ActionPorts& operator=(ActionPorts other) noexcept;
+    ActionPorts& operator=(const ActionPorts& other);
+    ActionPorts& operator=(ActionPorts&& other) noexcept = default;
 
     std::list<limid_t> getPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */
@@ -282,7 +283,8 @@ public:
 
     ActionRedirect(const ActionRedirect&) = default;
     ActionRedirect(ActionRedirect&&) noexcept = default;
-    ActionRedirect& operator=(ActionRedirect other) noexcept;
+    ActionRedirect& operator=(const ActionRedirect& other);
+    ActionRedirect& operator=(ActionRedirect&& other) noexcept = default;
 
     std::list<limid_t> getRedirectPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */

@@ -37,7 +37,8 @@ public:
     explicit FiltersGroup(const filtersGroupId_t& id) : id_(id) {}
     FiltersGroup(const FiltersGroup& other) = default;
     FiltersGroup(FiltersGroup&& other) noexcept = default;
-    FiltersGroup& operator=(FiltersGroup other) noexcept;
+    FiltersGroup& operator=(const FiltersGroup& other);
+    FiltersGroup& operator=(FiltersGroup&& other) noexcept = default;
     ~FiltersGroup() = default;
     /**
      * Rebuilds a group from the bytes that serialize() wrote. Any bytes are taken: those that do

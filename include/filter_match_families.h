@@ -67,7 +67,8 @@ public:
 
     MatchPorts(const MatchPorts&) = default;
     MatchPorts(MatchPorts&&) noexcept = default;
-    MatchPorts& operator=(MatchPorts other) noexcept;
+    MatchPorts& operator=(const MatchPorts& other);
+    MatchPorts& operator=(MatchPorts&& other) noexcept = default;
 
     std::list<limid_t> getPorts() const { return ports_; }
     std::list<port_type_t> getExcludedPortTypes() const { return excludedPortTypes_; }
@@ -153,7 +154,8 @@ public:
 
     MatchVlanId(const MatchVlanId&) = default;
     MatchVlanId(MatchVlanId&&) noexcept = default;
-    MatchVlanId& operator=(MatchVlanId other) noexcept;
+    MatchVlanId& operator=(const MatchVlanId& other);
+    MatchVlanId& operator=(MatchVlanId&& other) noexcept = default;
 
     std::set<unsigned short> getVlanIds() const { return vlanIds_; }
     /** The set itself, valid while the match lives and is not changed. */

@@ -23,7 +23,8 @@ public:
     /** A copy owns bytes of its own; what is moved from is left empty. */
     FiltersSerialized(const FiltersSerialized& other);
     FiltersSerialized(FiltersSerialized&& other) noexcept;
-    FiltersSerialized& operator=(FiltersSerialized other) noexcept;
+    FiltersSerialized& operator=(const FiltersSerialized& other);
+    FiltersSerialized& operator=(FiltersSerialized&& other) noexcept;
     virtual ~FiltersSerialized() = default;
 
     /** Number of bytes held, the terminating zero included; 0 when empty. */

@@ -28,21 +28,16 @@ bool Action::operator==(const Action& other) const
     });
 }
 
-ActionPorts& ActionPorts::operator=(ActionPorts other) noexcept
-{
-    ports_.swap(other.ports_);
-    return *this;
-}
+ActionPorts& ActionPorts::operator=(const ActionPorts& other) { return *this = ActionPorts(other); }
 
 bool ActionPorts::operator==(const ActionPorts& other) const
 {
     return sameBytes(ports_, other.ports_);
 }
 
-ActionRedirect& ActionRedirect::operator=(ActionRedirect other) noexcept
+ActionRedirect& ActionRedirect::operator=(const ActionRedirect& other)
 {
-    ports_.swap(other.ports_);
-    return *this;
+    return *this = ActionRedirect(other);
 }
 
 bool ActionRedirect::operator==(const ActionRedirect& other) const

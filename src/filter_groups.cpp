@@ -7,14 +7,9 @@
 
 namespace FiltersCommon {
 
-FiltersGroup& FiltersGroup::operator=(FiltersGroup other) noexcept
+FiltersGroup& FiltersGroup::operator=(const FiltersGroup& other)
 {
-    id_ = other.id_;
-    priority_ = other.priority_;
-    stage_ = other.stage_;
-    type_ = other.type_;
-    entries_.swap(other.entries_);
-    return *this;
+    return *this = FiltersGroup(other);
 }
 
 filtersErr_t FiltersGroup::setStage(const filtersGroupStage_t& stage)

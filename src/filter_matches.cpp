@@ -30,12 +30,7 @@ bool Match::operator==(const Match& other) const
 
 // -------------------------------------------------------------------------------- value families
 
-MatchPorts& MatchPorts::operator=(MatchPorts other) noexcept
-{
-    ports_.swap(other.ports_);
-    excludedPortTypes_.swap(other.excludedPortTypes_);
-    return *this;
-}
+MatchPorts& MatchPorts::operator=(const MatchPorts& other) { return *this = MatchPorts(other); }
 
 filtersErr_t MatchPorts::setPorts(const std::list<limid_t>& ports)
 {
@@ -56,11 +51,7 @@ bool MatchLimId::operator==(const MatchLimId& other) const
     return sameBytes(limId_, other.limId_);
 }
 
-MatchVlanId& MatchVlanId::operator=(MatchVlanId other) noexcept
-{
-    vlanIds_.swap(other.vlanIds_);
-    return *this;
-}
+MatchVlanId& MatchVlanId::operator=(const MatchVlanId& other) { return *this = MatchVlanId(other); }
 
 MatchMac::MatchMac(filtersMatch_t type, ether_addr mac) : MatchMac(type, mac, allOnes<ether_addr>())
 {}

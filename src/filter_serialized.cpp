@@ -24,10 +24,15 @@ FiltersSerialized::FiltersSerialized(FiltersSerialized&& other) noexcept
     : size_(std::exchange(other.size_, 0)), data_(std::move(other.data_))
 {}
 
-FiltersSerialized& FiltersSerialized::operator=(FiltersSerialized other) noexcept
+FiltersSerialized& FiltersSerialized::operator=(const FiltersSerialized& other)
 {
-    std::swap(size_, other.size_);
-    data_.swap(other.data_);
+    return *this = FiltersSerialized(other);
+}
+
+FiltersSerialized& FiltersSerialized::operator=(FiltersSerialized&& other) noexcept
+{
+    data_ = std::move(other.data_);
+    size_ = std::exchange(other.size_, 0);
     return *this;
 }
 
