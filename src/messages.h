@@ -6,38 +6,12 @@
 
 #include "filter_serialized.h"
 
-#include <google/protobuf/arena.h>
+#include <scratch_message.h>
 
 #include <cstddef>
 #include <string>
 
 namespace FiltersCommon {
-
-#if GOOGLE_PROTOBUF_VERSION >= 3014000
-
-/** An empty message that lives as long as this, with all its parts on an arena. */
-template <class Message>
-class ScratchMessage {
-public:
-    Message* get() { return message_; }
-
-private:
-    google::protobuf::Arena arena_;
-    Message* message_ = google::protobuf::Arena::CreateMessage<Message>(&arena_);
-};
-
-#else // older runtimes take a message onto an arena only where its schema asks for it
-
-template <class Message>
-class ScratchMessage {
-public:
-    Message* get() { return &message_; }
-
-private:
-    Message message_;
-};
-
-#endif
 
 /** Makes room in a repeated field for so many elements more. */
 template <class RepeatedField>
@@ -50,7 +24,7 @@ void reserveMore(RepeatedField* field, std::size_t count)
 template <class Message, class Fill>
 void serializeMessage(std::string* out, Fill fill)
 {
-    ScratchMessage<Message> message;
+    messages::ScratchMessage<Message> message;
     fill(message.get());
     std::string bytes;
     message.get()->SerializeToString(&bytes);
@@ -75,7 +49,7 @@ void serializeInto(FiltersSerialized* out, const Object& object)
 template <class Message, class Use>
 void parseMessage(const std::string& bytes, Use use)
 {
-    ScratchMessage<Message> message;
+    messages::ScratchMessage<Message> message;
     static_cast<void>(message.get()->ParsePartialFromString(bytes));
     use(message.get());
 }

@@ -1,95 +1,25 @@
 /**
- * The C interface when memory runs out, and what it leaves allocated. The program has an allocator
- * of its own, which counts what lives and fails when it is told to.
+ * The C interface when memory runs out, and what it leaves allocated.
  */
 #include "c_support.h"
+#include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
 #include <initializer_list>
-#include <new>
 #include <utility>
-
-namespace {
-
-std::size_t live = 0;
-/** The allocation to fail, counted from 1 for the next; 0 for none. */
-std::size_t failing = 0;
-
-void* allocate(std::size_t size) noexcept
-{
-    if (failing != 0 && --failing == 0)
-        return nullptr;
-    void* block = std::malloc(size == 0 ? 1 : size);
-    if (block != nullptr)
-        ++live;
-    return block;
-}
-
-void* allocateOrThrow(std::size_t size)
-{
-    void* block = allocate(size);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    return block;
-}
-
-void release(void* block) noexcept
-{
-    if (block != nullptr)
-        --live;
-    std::free(block);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return allocateOrThrow(size); }
-void* operator new[](std::size_t size) { return allocateOrThrow(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void operator delete(void* block) noexcept { release(block); }
-void operator delete[](void* block) noexcept { release(block); }
-void operator delete(void* block, std::size_t) noexcept { release(block); }
-void operator delete[](void* block, std::size_t) noexcept { release(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block); }
 
 namespace FiltersCommon {
 namespace {
 
+using test::failEachAllocation;
 using test::Handle;
 using test::limId;
 
 constexpr limid_t PORTS[] = {limId(0, 3, 0, 7), limId(1, 0, 0, 2), limId(255, 254, 253, 252)};
 
-/**
- * Runs @p operation with its first allocation failing, then with its second, and so on until it
- * succeeds. Each failure is std::bad_alloc, leaves nothing allocated, and passes @p unchanged.
- * @return how many allocations there are
- */
-template <class Operation, class Check>
-std::size_t failEachAllocation(Operation operation, Check unchanged)
-{
-    for (std::size_t n = 1;; ++n) {
-        const std::size_t before = live;
-        bool thrown = false;
-        failing = n;
-        try {
-            operation();
-        } catch (const std::bad_alloc&) {
-            thrown = true;
-        }
-        const std::size_t after = live;
-        const bool failed = std::exchange(failing, 0) == 0;
-        EXPECT_EQ(thrown, failed) << "allocation " << n;
-        if (!failed)
-            return n - 1;
-        EXPECT_EQ(after, before) << "allocation " << n;
-        unchanged();
-    }
-}
+std::size_t live() { return test::allocationTotals().live; }
 
 FiltersEntry fullEntry(filtersEntryId_t id)
 {
@@ -218,14 +148,14 @@ void expectListingSurvives(FiltersGroup group, std::size_t allocationsAtLeast)
 {
     const FiltersGroup before(group);
     Sentinel sentinel;
-    const std::size_t start = live;
+    const std::size_t start = live();
     EXPECT_GE(failEachAllocation([&] { filtersGroupGetEntries(&group, &sentinel.record); },
                                  [&] { sentinel.expectUntouched(); }),
               allocationsAtLeast);
     EXPECT_TRUE(group == before);
     EXPECT_EQ(static_cast<std::size_t>(sentinel.record.count), group.getEntriesRef().size());
     deleteFiltersEntriesStruct(&sentinel.record);
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 TEST(OutOfMemory, ListingLeavesTheRecordUntouched)
@@ -244,62 +174,62 @@ TEST(OutOfMemory, ListingAnEmptyGroupLeavesTheRecordUntouched)
 TEST(LeftAllocated, NothingOfAListing)
 {
     FiltersGroup group(groupOf({2, 5, 9}));
-    const std::size_t start = live;
+    const std::size_t start = live();
     entriesStruct record;
     filtersGroupGetEntries(&group, &record);
-    EXPECT_GE(live, start + 2 + 3 * 5);
+    EXPECT_GE(live(), start + 2 + 3 * 5);
     deleteFiltersEntriesStruct(&record);
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 TEST(LeftAllocated, TheFirstArraysOfARecordThatIsFilledTwice)
 {
     FiltersGroup group(groupOf({2, 5}));
-    const std::size_t start = live;
+    const std::size_t start = live();
     entriesStruct record;
     filtersGroupGetEntries(&group, &record);
     entriesStruct first = record;
-    const std::size_t once = live - start;
+    const std::size_t once = live() - start;
     filtersGroupGetEntries(&group, &record);
-    EXPECT_EQ(live, start + 2 * once);
+    EXPECT_EQ(live(), start + 2 * once);
     deleteFiltersEntriesStruct(&record);
-    EXPECT_EQ(live, start + once);
+    EXPECT_EQ(live(), start + once);
     deleteFiltersEntriesStruct(&first);
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 TEST(LeftAllocated, TheEntriesOfARecordWithANegativeCount)
 {
     FiltersGroup group(groupOf({2}));
-    const std::size_t start = live;
+    const std::size_t start = live();
     entriesStruct record;
     filtersGroupGetEntries(&group, &record);
     Handle<FiltersEntry> entry(record.entries[0]);
-    const std::size_t filled = live;
+    const std::size_t filled = live();
     record.count = -1;
     deleteFiltersEntriesStruct(&record);
-    EXPECT_EQ(live, filled - 2) << "the two arrays";
+    EXPECT_EQ(live(), filled - 2) << "the two arrays";
     entry.reset();
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 TEST(LeftAllocated, NothingOfARecordWithNullMembers)
 {
     FiltersGroup group(groupOf({2, 5}));
-    const std::size_t start = live;
+    const std::size_t start = live();
     entriesStruct record;
     filtersGroupGetEntries(&group, &record);
     deleteFiltersEntry(std::exchange(record.entries[0], nullptr));
     entriesStruct idsAlone = {0, std::exchange(record.ids, nullptr), nullptr};
     deleteFiltersEntriesStruct(&record);
-    EXPECT_EQ(live, start + 1) << "the identifiers";
+    EXPECT_EQ(live(), start + 1) << "the identifiers";
     deleteFiltersEntriesStruct(&idsAlone);
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 TEST(LeftAllocated, NothingOfARule)
 {
-    const std::size_t start = live;
+    const std::size_t start = live();
     {
         const Handle<FiltersGroup> group(newFiltersGroup(1));
         const Handle<FiltersEntry> entry(newFiltersEntry(7));
@@ -315,7 +245,7 @@ TEST(LeftAllocated, NothingOfARule)
         ASSERT_EQ(filtersGroupInsertEntry(group.get(), entry.get()), FILTERS_OK);
         const Handle<FiltersEntry> copy(copyFiltersEntry(entry.get()));
     }
-    EXPECT_EQ(live, start);
+    EXPECT_EQ(live(), start);
 }
 
 } // namespace

@@ -1,46 +1,15 @@
 #include "entry_maps.h"
 #include "samples.h"
+#include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <set>
 #include <type_traits>
 #include <utility>
 
-// The blocks of memory in use are counted: what an entry owns must be freed when it lets go of it,
-// lists and sets within the objects included.
-
-namespace {
-
-long blocksInUse = 0;
-
-void* takeBlock(std::size_t size)
-{
-    void* block = std::malloc(size == 0 ? 1 : size);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    ++blocksInUse;
-    return block;
-}
-
-void giveBlock(void* block) noexcept
-{
-    if (block != nullptr)
-        --blocksInUse;
-    std::free(block);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return takeBlock(size); }
-void* operator new[](std::size_t size) { return takeBlock(size); }
-void operator delete(void* block) noexcept { giveBlock(block); }
-void operator delete[](void* block) noexcept { giveBlock(block); }
-void operator delete(void* block, std::size_t) noexcept { giveBlock(block); }
-void operator delete[](void* block, std::size_t) noexcept { giveBlock(block); }
+// What an entry owns must be freed when it lets go of it, lists and sets within the objects
+// included.
 
 namespace FiltersCommon {
 namespace {
@@ -61,9 +30,10 @@ using test::put;
 template <class Function>
 long blocksKeptBy(Function function)
 {
-    const long before = blocksInUse;
+    const auto inUse = [] { return static_cast<long>(test::allocationTotals().live); };
+    const long before = inUse();
     function();
-    return blocksInUse - before;
+    return inUse() - before;
 }
 
 // ----------------------------------------------------------------------------------------- entries

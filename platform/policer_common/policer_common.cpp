@@ -1,6 +1,7 @@
 #include "policer_common.h"
 
 #include "policer.pb.h"
+#include "scratch_message.h"
 
 #include <tuple>
 
@@ -52,7 +53,8 @@ Policer::Policer(std::uint32_t id, Stage stage, const Mode& mode, const std::set
 
 Policer::Policer(const std::string& bytes) : Policer()
 {
-    PolicerPB message;
+    messages::ScratchMessage<PolicerPB> scratch;
+    PolicerPB& message = *scratch.get();
     // Not ParseFromString, which writes to the log what is no error here.
     if (!message.ParsePartialFromString(bytes) || !message.IsInitialized())
         return;
@@ -70,7 +72,8 @@ Policer::Policer(const std::string& bytes) : Policer()
 
 std::string Policer::Serialize() const
 {
-    PolicerPB message;
+    messages::ScratchMessage<PolicerPB> scratch;
+    PolicerPB& message = *scratch.get();
     message.set_id(id_);
     message.set_stage(stage_);
 
@@ -83,7 +86,6 @@ std::string Policer::Serialize() const
     mode->set_pbs(mode_.GetPbs());
     mode->set_pir(mode_.GetPir());
 
-    message.mutable_actions()->Reserve(static_cast<int>(actions_.size()));
     for (const Action& action : actions_) {
         PolicerPB::ActionPB* element = message.add_actions();
         element->set_color(action.color_);

@@ -1,0 +1,40 @@
+/**
+ * A message as scratch space. On an arena it is made and freed faster, and a message that runs out
+ * of memory while it grows loses nothing.
+ */
+#ifndef SCRATCH_MESSAGE_H
+#define SCRATCH_MESSAGE_H
+
+#include <google/protobuf/arena.h>
+
+namespace messages {
+
+#if GOOGLE_PROTOBUF_VERSION >= 3014000
+
+/** An empty message that lives as long as this, with all its parts on an arena. */
+template <class Message>
+class ScratchMessage {
+public:
+    Message* get() { return message_; }
+
+private:
+    google::protobuf::Arena arena_;
+    Message* message_ = google::protobuf::Arena::CreateMessage<Message>(&arena_);
+};
+
+#else // older runtimes take a message onto an arena only where its schema asks for it
+
+template <class Message>
+class ScratchMessage {
+public:
+    Message* get() { return &message_; }
+
+private:
+    Message message_;
+};
+
+#endif
+
+} // namespace messages
+
+#endif // SCRATCH_MESSAGE_H

@@ -1,0 +1,89 @@
+#include "test_allocator.h"
+
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace FiltersCommon::test {
+
+namespace {
+
+AllocationTotals totals{};
+
+/** How many allocations from now the one to fail is; 0 when it is past or there is none. */
+std::size_t countdown = 0;
+Failing mode = Failing::NONE;
+bool failed = false;
+
+bool mustFail()
+{
+    if (mode == Failing::ONE_AND_ALL_LATER && failed)
+        return true;
+    if (countdown == 0 || --countdown != 0)
+        return false;
+    failed = true;
+    return true;
+}
+
+void* allocate(std::size_t size) noexcept
+{
+    if (mustFail())
+        return nullptr;
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block != nullptr) {
+        ++totals.count;
+        ++totals.live;
+        totals.bytes += size;
+    }
+    return block;
+}
+
+void* allocateOrThrow(std::size_t size)
+{
+    void* block = allocate(size);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    return block;
+}
+
+void release(void* block) noexcept
+{
+    if (block != nullptr)
+        --totals.live;
+    std::free(block);
+}
+
+} // namespace
+
+AllocationTotals allocationTotals() { return totals; }
+
+void failAllocation(std::size_t n, Failing failing)
+{
+    countdown = n;
+    mode = failing;
+    failed = false;
+}
+
+bool stopFailing()
+{
+    countdown = 0;
+    mode = Failing::NONE;
+    return std::exchange(failed, false);
+}
+
+} // namespace FiltersCommon::test
+
+using FiltersCommon::test::allocate;
+using FiltersCommon::test::allocateOrThrow;
+using FiltersCommon::test::release;
+
+void* operator new(std::size_t size) { return allocateOrThrow(size); }
+void* operator new[](std::size_t size) { return allocateOrThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void operator delete(void* block) noexcept { release(block); }
+void operator delete[](void* block) noexcept { release(block); }
+void operator delete(void* block, std::size_t) noexcept { release(block); }
+void operator delete[](void* block, std::size_t) noexcept { release(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block); }
