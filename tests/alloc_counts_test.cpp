@@ -1,17 +1,17 @@
 #include "named_entries.h"
+#include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <ostream>
 #include <streambuf>
 #include <string>
 
-// This program counts what its process allocates.
-
 namespace {
+
+using namespace FiltersCommon;
+using namespace FiltersCommon::test;
 
 struct Allocations {
     std::size_t count = 0;
@@ -28,42 +28,14 @@ void PrintTo(const Allocations& allocations, std::ostream* out)
     *out << allocations.count << " allocations of " << allocations.bytes << " bytes";
 }
 
-Allocations total;
-
-void* allocate(std::size_t size)
-{
-    ++total.count;
-    total.bytes += size;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    void* memory = allocate(size);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
-
-namespace {
-
-using namespace FiltersCommon;
-using namespace FiltersCommon::test;
-
 /** What the operation allocates. */
 template <class Operation>
 Allocations allocationsOf(Operation operation)
 {
-    const Allocations before = total;
+    const AllocationTotals before = allocationTotals();
     operation();
-    return {total.count - before.count, total.bytes - before.bytes};
+    const AllocationTotals after = allocationTotals();
+    return {after.count - before.count, after.bytes - before.bytes};
 }
 
 constexpr Allocations NOTHING{};

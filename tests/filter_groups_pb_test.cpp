@@ -405,4 +405,12 @@ TEST(GroupBytes, OfTwoGroupsBehindEachOtherReadAsTheSecondWithTheEntriesOfBoth)
     EXPECT_EQ(idsOf(both), (Ids{2, 5}));
 }
 
+TEST(GroupBytes, ThatAreIncompleteAreReadInSilence)
+{
+    testing::internal::CaptureStderr();
+    const FiltersGroup group((std::string()));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(group.getId(), 0);
+}
+
 } // namespace

@@ -83,6 +83,15 @@ TEST(GroupDump, IsWrittenInTheBaseOfTheStreamWhichATpidMakesHexadecimal)
                               entryHead("a", "0") + tpid + entryHead("b", "ff"));
 }
 
+TEST(GroupDump, AWidthOnEntryAppliesToTheTitleWithoutItsNewline)
+{
+    std::ostringstream out;
+    out.width(20);
+    out.fill('.');
+    out << FiltersGroup(7);
+    EXPECT_EQ(out.str().substr(0, 28), "......=FiltersGroup=\n  ID: 7");
+}
+
 TEST(GroupDump, LeavesTheStreamsFormattingAsItWasWithoutATpid)
 {
     FiltersGroup group(1);

@@ -56,7 +56,9 @@ inline policer::Policer policerAt(policer::Stage stage, std::uint32_t id = 1)
     policer::Mode::Rates rates;
     rates.cir = 1000;
     rates.cbs = 2000;
-    return {id, stage, policer::Mode(policer::Mode::FLOW, rates),
+    return {id,
+            stage,
+            policer::Mode(policer::Mode::FLOW, rates),
             {policer::Action(policer::Action::RED, policer::Action::DROP)}};
 }
 
