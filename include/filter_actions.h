@@ -80,7 +80,7 @@ private:
     std::list<limid_t> ports_;
 };
 
-// ---------------------------------------------------------------------- the kinds in code order
+// ------------------------------------------------------------------------ the kinds in code order
 
 /** Let the packet pass. */
 class ActionPermit : public Action {
@@ -404,7 +404,7 @@ FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_KNOWN)
 
 } // namespace FiltersCommon
 
-// ------------------------------------------------------------------------------------ text dumps
+// ------------------------------------------------------------------------------------- text dumps
 //
 // At global scope, one operator for each class. An Action prints by the code of the object, and
 // nothing for codes of 17 and above. ActionPorts prints the lines of its ports alone.

@@ -30,7 +30,7 @@ namespace FiltersCommon {
 extern "C" {
 #endif
 
-/* ------------------------------------------------------------------------------- constructors */
+/* -------------------------------------------------------------------------------- constructors */
 
 void* newActionPermit(void);
 void* newActionDeny(void);
@@ -60,7 +60,7 @@ void* newReplaceSrcMac(const struct ether_addr* mac);
 
 void* newActionL3Switch(unsigned int l3DestinationId);
 
-/* ---------------------------------------------------------------- any action; ABORTS ON NULL */
+/* ------------------------------------------------------------------ any action; ABORTS ON NULL */
 
 void deleteAction(void* a);
 filtersAction_t actionGetType(void* a);

@@ -187,7 +187,7 @@ private:
 template <class K, class V>
 void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique_ptr<V>>& from);
 
-// ------------------------------------------------------------------------------------- templates
+// -------------------------------------------------------------------------------------- templates
 
 template <class T>
 filtersErr_t FiltersEntry::setMatch(const T& match)

@@ -50,7 +50,7 @@ private:
     const filtersMatch_t type_;
 };
 
-// -------------------------------------------------------------------------------- value families
+// --------------------------------------------------------------------------------- value families
 //
 // Each typed operator== below compares the values alone: seen through a family, two objects of
 // different kinds of that family may be equal.

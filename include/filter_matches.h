@@ -50,7 +50,7 @@ FILTERS_COMMON_KNOWN(MatchDSCP)
 
 } // namespace FiltersCommon
 
-// ------------------------------------------------------------------------------------ text dumps
+// ------------------------------------------------------------------------------------- text dumps
 //
 // At global scope, one operator for each class. A base class prints by the code of the object: what
 // it prints for a MatchDSCP is the MatchToS form, and nothing for codes of 32 and above. A value

@@ -40,7 +40,7 @@ typedef struct MatchL2SrcEntryType MatchL2SrcEntryType;
 typedef struct MatchTPID MatchTPID;
 #endif
 
-/* ------------------------------------------------------------------------------- constructors */
+/* -------------------------------------------------------------------------------- constructors */
 
 void* newMatchAll(void);
 
@@ -95,12 +95,12 @@ void* newMatchVrfId(unsigned short vrfId);
 void* newMatchDrop(bool drop);
 void* newMatchCpuPort(void);
 
-/* ----------------------------------------------------------------- any match; ABORTS ON NULL */
+/* ------------------------------------------------------------------- any match; ABORTS ON NULL */
 
 filtersMatch_t matchGetType(void* m);
 void deleteMatch(void* m);
 
-/* -------------------------------------------------------------------- getters; ABORTS ON NULL */
+/* --------------------------------------------------------------------- getters; ABORTS ON NULL */
 
 /** Of a destination or source MAC match. */
 const struct ether_addr* matchMacGetMac(void* m);

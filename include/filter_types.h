@@ -23,7 +23,7 @@ namespace FiltersCommon {
 #define FILTERS_COMMON_INT32
 #endif
 
-/* ---------------------------------------------------------------- identifiers and priorities */
+/* ------------------------------------------------------------------ identifiers and priorities */
 
 typedef uint16_t filtersEntryId_t;
 
@@ -33,7 +33,7 @@ typedef uint32_t filtersEntryPriority_t;
 typedef uint16_t filtersGroupId_t;
 typedef uint16_t filtersGroupPriority_t;
 
-/* ---------------------------------------------------------------------------- kinds of match */
+/* ------------------------------------------------------------------------------ kinds of match */
 
 /** The kind of a match criterion; each match class carries exactly one of these codes. */
 typedef enum filtersMatch_t FILTERS_COMMON_INT32 {
@@ -71,7 +71,7 @@ typedef enum filtersMatch_t FILTERS_COMMON_INT32 {
     MATCH_DESTINATION_CPU = 31
 } filtersMatch_t;
 
-/* --------------------------------------------------------------------------- kinds of action */
+/* ----------------------------------------------------------------------------- kinds of action */
 
 /** The kind of an action; each action class carries exactly one of these codes. */
 typedef enum filtersAction_t FILTERS_COMMON_INT32 {
@@ -94,7 +94,7 @@ typedef enum filtersAction_t FILTERS_COMMON_INT32 {
     ACTION_BLACK_HOLE = 16
 } filtersAction_t;
 
-/* ------------------------------------------------------------------------------ result codes */
+/* -------------------------------------------------------------------------------- result codes */
 
 /**
  * The result of every operation that can refuse: zero for success, a negative code for a refusal.
@@ -120,7 +120,7 @@ typedef enum filtersErr_t FILTERS_COMMON_INT32 {
     FILTERS_ERR_POLICER_STAGE = -10
 } filtersErr_t;
 
-/* -------------------------------------------------------------------- group stages and types */
+/* ---------------------------------------------------------------------- group stages and types */
 
 /** Where in the packet path a group applies. */
 typedef enum filtersGroupStage_t FILTERS_COMMON_INT32 {
@@ -144,7 +144,7 @@ typedef enum filtersGroupType_t FILTERS_COMMON_INT32 {
     GROUP_TYPE_9 = 9
 } filtersGroupType_t;
 
-/* ----------------------------------------------------------------------------------- counters */
+/* ------------------------------------------------------------------------------------ counters */
 
 /** What a counter counts. */
 typedef enum counter_type_t FILTERS_COMMON_INT32 {

@@ -21,14 +21,18 @@ need_packages() {
         become=(sudo)
     fi
     echo "Installing ${missing[*]}"
+    local log
+    log=$(mktemp)
     {
         "${become[@]}" apt-get update -qq &&
             "${become[@]}" env DEBIAN_FRONTEND=noninteractive \
                 apt-get install -y -qq --no-install-recommends "${missing[@]}"
-    } >/dev/null || {
+    } >"$log" 2>&1 || {
+        cat "$log" >&2
         echo "${0##*/}: these packages could not be installed: ${missing[*]}" >&2
         exit 1
     }
+    rm -f "$log"
 }
 
 BUILD_PACKAGES=(cmake g++ ninja-build protobuf-compiler libprotobuf-dev)

@@ -62,7 +62,7 @@ void* newActionL3Switch(unsigned int l3DestinationId)
     return make<ActionL3Switch>(l3DestinationId);
 }
 
-// -------------------------------------------------------------------------------------- any action
+// ------------------------------------------------------------------------------------- any action
 
 void deleteAction(void* a)
 {
@@ -76,7 +76,7 @@ filtersAction_t actionGetType(void* a)
     return action<Action>(a).getType();
 }
 
-// ----------------------------------------------------------------------------------------- getters
+// ---------------------------------------------------------------------------------------- getters
 
 cp2cpuCancelParam_t actionCopyToCpuCancelGetTypeOfCancel(void* a)
 {

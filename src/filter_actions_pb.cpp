@@ -13,7 +13,7 @@ void Action::convertToActionPB(ActionPB* pb) const
 
 void Action::convertFromActionPB(const ActionPB* /*pb*/) {}
 
-// ------------------------------------------------------------------------- kinds with one number
+// -------------------------------------------------------------------------- kinds with one number
 
 /** Where a number stands in the message: in which field the member of the class goes. */
 #define FILTERS_COMMON_NUMBER(Class, member, field)                                                \

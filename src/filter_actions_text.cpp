@@ -73,7 +73,7 @@ FILTERS_COMMON_LINE(ActionL3Switch, "L3 Destination ID", action.getL3Destination
 
 #undef FILTERS_COMMON_LINE
 
-// ----------------------------------------------------------------------------- title and type line
+// ---------------------------------------------------------------------------- title and type line
 
 /** Dumps @p action as a T; without parameters where @p values, the action as a T, is null. */
 template <class T>

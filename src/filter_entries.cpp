@@ -73,7 +73,7 @@ bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
     return isL3Compatible(kind, matches_);
 }
 
-// ------------------------------------------------------------------------ construction, assignment
+// ----------------------------------------------------------------------- construction, assignment
 
 FiltersEntry::FiltersEntry(const filtersEntryId_t& id) : id_(id) {}
 
@@ -295,7 +295,7 @@ void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique
     moveNodes(to, copies);
 }
 
-// --------------------------------------------------------------------- what the library provides
+// ---------------------------------------------------------------------- what the library provides
 
 #define FILTERS_COMMON_PROVIDED(Class)                                                             \
     template filtersErr_t FiltersEntry::setMatch(const Class&);                                    \

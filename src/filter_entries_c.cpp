@@ -10,7 +10,7 @@
 
 namespace FiltersCommon {
 
-// -------------------------------------------------------------------------------------- life cycle
+// ------------------------------------------------------------------------------------- life cycle
 
 FiltersEntry* newFiltersEntry(filtersEntryId_t id) { return new FiltersEntry(id); }
 
@@ -27,7 +27,7 @@ void deleteFiltersEntry(FiltersEntry* e)
     delete e;
 }
 
-// --------------------------------------------------------------------------------------- accessors
+// -------------------------------------------------------------------------------------- accessors
 
 filtersEntryId_t filtersEntryGetId(FiltersEntry* e)
 {
@@ -50,7 +50,7 @@ filtersEntryPriority_t filtersEntryGetPriority(FiltersEntry* e)
     return e->getPriority();
 }
 
-// ----------------------------------------------------------------------------- matches and actions
+// ---------------------------------------------------------------------------- matches and actions
 
 namespace {
 

@@ -19,7 +19,7 @@ void deleteFiltersGroup(FiltersGroup* g)
     delete g;
 }
 
-// --------------------------------------------------------------------------------------- accessors
+// -------------------------------------------------------------------------------------- accessors
 
 filtersGroupId_t filtersGroupGetId(FiltersGroup* g)
 {
@@ -70,7 +70,7 @@ filtersGroupType_t filtersGroupGetType(FiltersGroup* g)
     return g->getType();
 }
 
-// ----------------------------------------------------------------------------------------- entries
+// ---------------------------------------------------------------------------------------- entries
 
 filtersErr_t filtersGroupInsertEntry(FiltersGroup* g, FiltersEntry* e)
 {

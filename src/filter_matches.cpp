@@ -28,7 +28,7 @@ bool Match::operator==(const Match& other) const
     });
 }
 
-// -------------------------------------------------------------------------------- value families
+// --------------------------------------------------------------------------------- value families
 
 MatchPorts& MatchPorts::operator=(const MatchPorts& other) { return *this = MatchPorts(other); }
 

@@ -101,7 +101,7 @@ void* newMatchVrfId(unsigned short vrfId) { return make<MatchVrfId>(vrfId); }
 void* newMatchDrop(bool drop) { return make<MatchDrop>(drop); }
 void* newMatchCpuPort() { return make<MatchCpuPort>(); }
 
-// --------------------------------------------------------------------------------------- any match
+// -------------------------------------------------------------------------------------- any match
 
 filtersMatch_t matchGetType(void* m)
 {
@@ -115,8 +115,7 @@ void deleteMatch(void* m)
     delete static_cast<Match*>(m);
 }
 
-// ------------------------------------------------------------------------ getters that ask for
-// null
+// ---------------------------------------------------------------------- getters that ask for null
 
 const ether_addr* matchMacGetMac(void* m)
 {
@@ -185,8 +184,7 @@ const in6_addr* matchIPv6GetIPv6Mask(void* m)
     return match<MatchIPv6>(m).getIPv6Mask();
 }
 
-// ------------------------------------------------------------------------------------ other
-// getters
+// ---------------------------------------------------------------------------------- other getters
 
 unsigned char matchPcpGet(void* m) { return match<MatchPcp>(m).getPcp(); }
 unsigned char matchInternalPcpGet(void* m) { return match<MatchInternalPcp>(m).getPcp(); }

@@ -13,7 +13,7 @@ void Match::convertToMatchPB(MatchPB* pb) const
 
 void Match::convertFromMatchPB(const MatchPB* /*pb*/) {}
 
-// ------------------------------------------------------------------------- kinds with one number
+// -------------------------------------------------------------------------- kinds with one number
 
 /** Where a number stands in the message: in which field the member of the class goes. */
 #define FILTERS_COMMON_NUMBER(Class, member, field)                                                \
@@ -44,7 +44,7 @@ FILTERS_COMMON_NUMBER(MatchForwardingType, forwardingType_, fwd_type_)
 
 #undef FILTERS_COMMON_NUMBER
 
-// -------------------------------------------------------------------------------- value families
+// --------------------------------------------------------------------------------- value families
 
 void MatchPorts::convertToMatchPB(MatchPB* pb) const
 {

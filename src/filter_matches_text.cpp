@@ -60,7 +60,7 @@ FILTERS_COMMON_LINE(MatchForwardingType, "Forwarding Type", match.getForwardingT
 
 #undef FILTERS_COMMON_LINE
 
-// ----------------------------------------------------------------------------- title and type line
+// ---------------------------------------------------------------------------- title and type line
 
 /** Dumps @p match as a T. The values are left out where @p values, the match as a T, is null. */
 template <class T>

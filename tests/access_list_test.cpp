@@ -19,7 +19,7 @@ using namespace FiltersCommon;
 using namespace std::string_literals;
 using test::ipv4;
 
-// ---------------------------------------------------------------------------------- access lists
+// ----------------------------------------------------------------------------------- access lists
 
 constexpr char GOOD_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 2047  0x06/0xFF\n";
 
@@ -127,7 +127,7 @@ TEST(AccessList, TakesAnyByteAnywhere)
     EXPECT_EQ(rulesOf(std::string(1 << 20, '\n') + GOOD_LINE).at(0).line, (1u << 20) + 1);
 }
 
-// ----------------------------------------------------------------------------------- port ranges
+// ------------------------------------------------------------------------------------ port ranges
 
 constexpr std::size_t SPACE = 256;
 
@@ -193,7 +193,7 @@ TEST(CoverPortRange, TheWholeSpaceAndAllButItsEnds)
     EXPECT_EQ(coverPortRange({65535, 65535}).at(0).mask, 0xFFFF);
 }
 
-// ---------------------------------------------------------------------------------------- groups
+// ----------------------------------------------------------------------------------------- groups
 
 FiltersGroup groupOf(std::string_view text, const ImportOptions& options = {})
 {

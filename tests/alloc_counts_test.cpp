@@ -100,7 +100,7 @@ TEST_F(AllocationCounts, AreTakenOfTheLibraryToo)
     EXPECT_GT(allocationsOf([&] { group.insertEntry(FiltersEntry(1)); }).count, 0u);
 }
 
-// -------------------------------------------------------------------------- operations without any
+// ------------------------------------------------------------------------- operations without any
 
 TEST_F(AllocationCounts, OfEqualityAreNone)
 {
@@ -175,8 +175,7 @@ TEST_F(AllocationCounts, OfTheDumpOf10000EntriesAreNone)
     EXPECT_GT(nowhere.length(), 10000u * 500);
 }
 
-// ------------------------------------------------------------------------------- one copy of an
-// entry
+// --------------------------------------------------------------------------- one copy of an entry
 
 TEST_F(AllocationCounts, OfAnInsertedEntryAreThoseOfOneCopyInOneNode)
 {
@@ -203,7 +202,7 @@ TEST_F(AllocationCounts, OfTheCopyOfAGroupAreThoseOfOneCopyOfEachEntry)
     EXPECT_EQ(allocationsOf([&] { FiltersGroup copy(group); }), ofTheEntries);
 }
 
-// ------------------------------------------------------------------------------------------- bytes
+// ------------------------------------------------------------------------------------------ bytes
 
 /** What the policer library allocates for the policer of a rule. */
 Allocations ofPolicerFromBytes()

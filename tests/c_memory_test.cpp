@@ -41,7 +41,7 @@ FiltersGroup groupOf(std::initializer_list<filtersEntryId_t> ids)
     return group;
 }
 
-// ------------------------------------------------------------------------------------ constructors
+// ----------------------------------------------------------------------------------- constructors
 
 template <class Base, class Create>
 void expectBadAlloc(std::size_t atLeast, Create create)
@@ -76,7 +76,7 @@ TEST(OutOfMemory, CopyingAnEntryRaisesBadAlloc)
     EXPECT_TRUE(entry == fullEntry(7));
 }
 
-// ------------------------------------------------------------------------------ entries and groups
+// ----------------------------------------------------------------------------- entries and groups
 
 TEST(OutOfMemory, SettingLeavesTheEntryAsItWas)
 {
@@ -126,7 +126,7 @@ TEST(OutOfMemory, InsertingLeavesTheGroupAsItWas)
     }
 }
 
-// ----------------------------------------------------------------------------------------- listing
+// ---------------------------------------------------------------------------------------- listing
 
 /** A record whose members would be noticed if they were written to or freed. */
 struct Sentinel {
@@ -169,7 +169,7 @@ TEST(OutOfMemory, ListingAnEmptyGroupLeavesTheRecordUntouched)
     expectListingSurvives(groupOf({}), 2);
 }
 
-// -------------------------------------------------------------------------- what is left allocated
+// ------------------------------------------------------------------------- what is left allocated
 
 TEST(LeftAllocated, NothingOfAListing)
 {

@@ -36,7 +36,7 @@ namespace FiltersCommon {
 #define IS(function, ...) static_assert(std::is_same_v<decltype(function), __VA_ARGS__>, #function)
 #define NOT_OFFERED(name) static_assert(std::is_same_v<decltype(name), const NotOffered>, #name)
 
-// ----------------------------------------------------------------------------------------- matches
+// ---------------------------------------------------------------------------------------- matches
 
 IS(newMatchAll, void*());
 IS(newMatchIngressPorts, void*(const limid_t*, std::uint32_t));
@@ -106,7 +106,7 @@ IS(matchVlanInfoGet, vlan_info_t(void*));
 IS(matchVrfIdGet, unsigned short(void*));
 IS(matchDropGet, bool(void*));
 
-// ----------------------------------------------------------------------------------------- actions
+// ---------------------------------------------------------------------------------------- actions
 
 IS(newActionPermit, void*());
 IS(newActionDeny, void*());
@@ -137,7 +137,7 @@ IS(actionSetDSCPGetDSCP, unsigned char(void*));
 IS(actionMapToCosQueueGetCosQueue, unsigned char(void*));
 IS(actionL3SwitchGetL3DestinationId, unsigned int(void*));
 
-// ----------------------------------------------------------------------------------------- entries
+// ---------------------------------------------------------------------------------------- entries
 
 IS(newFiltersEntry, FiltersEntry*(filtersEntryId_t));
 IS(copyFiltersEntry, FiltersEntry*(FiltersEntry*));
@@ -159,7 +159,7 @@ NOT_OFFERED(filtersEntrySetCounter);
 NOT_OFFERED(filtersEntryGetCounter);
 NOT_OFFERED(filtersEntrySerialize);
 
-// ------------------------------------------------------------------------------------------ groups
+// ----------------------------------------------------------------------------------------- groups
 
 IS(newFiltersGroup, FiltersGroup*(filtersGroupId_t));
 IS(deleteFiltersGroup, void(FiltersGroup*));
@@ -178,7 +178,7 @@ IS(deleteFiltersEntriesStruct, void(entriesStruct*));
 
 NOT_OFFERED(filtersGroupSetId);
 
-// ------------------------------------------------------------------------------------- the numbers
+// ------------------------------------------------------------------------------------ the numbers
 
 static_assert(std::is_same_v<filtersEntryId_t, std::uint16_t>);
 static_assert(std::is_same_v<filtersEntryPriority_t, std::uint32_t>);

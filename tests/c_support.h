@@ -29,7 +29,7 @@
 
 namespace FiltersCommon::test {
 
-// ----------------------------------------------------------------------------------------- handles
+// ---------------------------------------------------------------------------------------- handles
 
 /** Frees an object as a C caller does. */
 struct FreedInC {
@@ -79,7 +79,7 @@ inline bool same(const std::list<limid_t>& list, const limid_t* ports, std::size
                       [](limid_t a, limid_t b) { return same(a, b); });
 }
 
-// -------------------------------------------------------------------------------- broken contracts
+// ------------------------------------------------------------------------------- broken contracts
 
 constexpr unsigned ANY_LINE = 0;
 

@@ -22,7 +22,7 @@ constexpr limid_t PORTS[] = {limId(0, 3, 0, 7), limId(1, 0, 0, 2), limId(0, 3, 0
 
 const ether_addr MAC = mac("02:10:20:30:40:f5");
 
-// ------------------------------------------------------------------------------------ constructors
+// ----------------------------------------------------------------------------------- constructors
 
 class ActionConstructor : public testing::TestWithParam<test::Constructor> {};
 
@@ -136,7 +136,7 @@ TEST(ActionsC, NumbersAreNeitherCheckedNorCut)
         EXPECT_EQ(made<ActionL3Switch>(newActionL3Switch(id))->getL3DestinationId(), id);
 }
 
-// -------------------------------------------------------------------------------------- any action
+// ------------------------------------------------------------------------------------- any action
 
 TEST(ActionsC, TheTypeIsThatOfTheObjectWhateverItIs)
 {
@@ -161,7 +161,7 @@ TEST(ActionsC, DeletionRunsTheDestructorOfTheClass)
     EXPECT_EQ(destroyed, 1);
 }
 
-// ----------------------------------------------------------------------------------------- getters
+// ---------------------------------------------------------------------------------------- getters
 
 TEST(ActionsC, GettersGiveTheValue)
 {
@@ -179,7 +179,7 @@ TEST(ActionsC, GettersGiveTheValue)
     EXPECT_EQ(actionCopyToCpuCancelGetTypeOfCancel(&cancel), 0x12345678);
 }
 
-// -------------------------------------------------------------------------------------- edge cases
+// ------------------------------------------------------------------------------------- edge cases
 
 TEST(ActionsC, SwitchToCpuCancelIsACopyToCpuCancelThatCancelsTheSwitching)
 {
@@ -194,7 +194,7 @@ TEST(ActionsC, NoPortsMayComeFromANullArray)
     EXPECT_TRUE(action->getPorts().empty());
 }
 
-// ------------------------------------------------------------------------------------ null handles
+// ----------------------------------------------------------------------------------- null handles
 
 class ActionsCDeathTest : public test::ContractDeathTest {};
 

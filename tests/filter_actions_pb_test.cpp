@@ -202,8 +202,7 @@ TEST(ActionMessages, EncodeNoPortsFieldForAnEmptyList)
     EXPECT_EQ(bytesOf(written(redirectTo({}))), "\x08\x0b");
 }
 
-// ------------------------------------------------------------------------------------- base
-// classes
+// ----------------------------------------------------------------------------------- base classes
 
 TEST(ActionMessages, OfAnActionWithoutParametersAreItsTypeAlone)
 {

@@ -85,7 +85,7 @@ static_assert(
 static_assert(
     std::is_same_v<decltype(resultOf(&ActionL3Switch::getL3DestinationId)), unsigned int>);
 
-// ------------------------------------------------------------------------------------- every class
+// ------------------------------------------------------------------------------------ every class
 
 template <class Row>
 class EveryActionClass : public testing::Test {};
@@ -265,7 +265,7 @@ TEST(FilterActions, CallersOwnClassIsComparedByItsCodeAlone)
     });
 }
 
-// ------------------------------------------------------------------------------------------- ports
+// ------------------------------------------------------------------------------------------ ports
 
 TEST(ActionPorts, KeepsPortsInOrderWithDuplicates)
 {
@@ -363,7 +363,7 @@ TEST(ActionRedirect, ComparesTheWholeListReadFromTheWire)
     EXPECT_TRUE(equal(read({}), read({})));
 }
 
-// ------------------------------------------------------------------------------------------ values
+// ----------------------------------------------------------------------------------------- values
 
 template <class T, class Value>
 void expectKeepsEveryByte(Value (T::*get)() const)
@@ -407,7 +407,7 @@ TEST(FilterActions, MacKindsKeepTheSixBytes)
     EXPECT_EQ(std::memcmp(&source, &address, 6), 0);
 }
 
-// ------------------------------------------------------------------------------------- known cases
+// ------------------------------------------------------------------------------------ known cases
 
 TEST(FilterActions, SetPcpAndSetInnerPcpOfTheSameValueDiffer)
 {

@@ -118,8 +118,7 @@ TEST(ActionDumps, LeaveACancelTypeOutsideTheTableWithoutAName)
     }
 }
 
-// ------------------------------------------------------------------------- formatting of the
-// stream
+// ----------------------------------------------------------------------- formatting of the stream
 
 TEST(ActionDumps, WriteTheirNumbersInTheBaseOfTheStream)
 {
@@ -149,8 +148,7 @@ TEST(ActionDumps, ApplyAWidthToTheirTitleAlone)
                          "      <no parameters>\n");
 }
 
-// ------------------------------------------------------------------- objects that lie about their
-// kind
+// -------------------------------------------------------------- objects that lie about their kind
 
 TEST(BareActions, AreDumpedWithoutParametersAndNotAtAllBeyondTheKinds)
 {

@@ -24,7 +24,7 @@ Counter read(std::int32_t id, std::int32_t type)
     return Counter(pb);
 }
 
-// ------------------------------------------------------------------------------------------- model
+// ------------------------------------------------------------------------------------------ model
 
 static_assert(!std::is_polymorphic_v<Counter>);
 static_assert(std::is_trivially_copyable_v<Counter>);
@@ -68,7 +68,7 @@ TEST(FilterCounter, IdentifierStandsBeforeTheType)
     EXPECT_EQ(test::positionIn(counter, std::int32_t{0x11223344}), sizeof(Counter) - 4);
 }
 
-// -------------------------------------------------------------------------------------------- wire
+// ------------------------------------------------------------------------------------------- wire
 
 TEST(FilterCounter, SerializeSetsBothFields)
 {
@@ -111,7 +111,7 @@ TEST(FilterCounter, KeepsTheWholeTypeFromTheWire)
 
 TEST(FilterCounter, MissingFieldsReadAsZero) { EXPECT_TRUE(Counter(CounterPB()) == Counter()); }
 
-// -------------------------------------------------------------------------------------------- text
+// ------------------------------------------------------------------------------------------- text
 
 TEST(FilterCounter, PrintsTwoLinesWithoutAFinalLineEnd)
 {

@@ -83,7 +83,7 @@ private:
     }
 };
 
-// ------------------------------------------------------------------------------------ bare objects
+// ----------------------------------------------------------------------------------- bare objects
 
 /** A test for each kind. */
 template <class Row>
@@ -130,7 +130,7 @@ TEST(KindsWithoutValues, AreTheFourMatchesAndTheFiveActions)
     EXPECT_EQ(actions, (std::set<int>{0, 1, 2, 13, 16}));
 }
 
-// ---------------------------------------------------------------------------------- value families
+// --------------------------------------------------------------------------------- value families
 
 TEST_F(LyingObjects, AValueFamilyIsNotTheClassOfAKind)
 {
@@ -178,7 +178,7 @@ TEST_F(LyingObjects, AValueFamilyUnderACodeWithoutValuesCountsAsItsClass)
     EXPECT_EQ(permit.getPorts().size(), 1u);
 }
 
-// ------------------------------------------------------------------------- classes of the caller's
+// ------------------------------------------------------------------------ classes of the caller's
 
 /** A caller's class of any base, with something of its own. */
 template <class Base>

@@ -44,7 +44,7 @@ const T* onlyObject(const Map& map, int code)
     return typeid(object) == typeid(T) ? static_cast<const T*>(&object) : nullptr;
 }
 
-// ------------------------------------------------------------------------ life cycle and accessors
+// ----------------------------------------------------------------------- life cycle and accessors
 
 TEST(EntriesC, ANewEntryHasItsIdentifierAndNothingElse)
 {
@@ -110,7 +110,7 @@ TEST(EntriesC, ACopyNeverHoldsIPv4AndIPv6Addresses)
     EXPECT_NE(onlyObject<MatchSrcIPv4>(copy->getMatchesRef(), MATCH_SRC_IPV4), nullptr);
 }
 
-// ----------------------------------------------------------------------------- matches and actions
+// ---------------------------------------------------------------------------- matches and actions
 
 /** The half of the interface that is about matches. */
 struct Matches {
@@ -281,7 +281,7 @@ TYPED_TEST(EntriesCHalf, KindsBeyondTheTableAreInvalid)
     EXPECT_TRUE(entry == before);
 }
 
-// ---------------------------------------------------------------------- what is special to matches
+// --------------------------------------------------------------------- what is special to matches
 
 TEST(EntriesC, ADscpMatchAndATypeOfServiceMatchShareAPlace)
 {
@@ -356,7 +356,7 @@ TEST(EntriesC, IPv4AndIPv6AddressesExcludeEachOther)
     expectRefused(MatchDstIPv6(v6), MatchDstIPv4(v4));
 }
 
-// ------------------------------------------------------------------------------------ null handles
+// ----------------------------------------------------------------------------------- null handles
 
 TEST(EntriesC, SettingAndGettingAnswerANullHandleWithBadParam)
 {

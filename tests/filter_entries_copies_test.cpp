@@ -45,7 +45,7 @@ FiltersEntry heldEntry()
 const MatchSrcIPv4 SRC_IPV4(ipv4("198.51.100.7"));
 const MatchSrcIPv6 SRC_IPV6(ipv6("2001:db8::1"));
 
-// ------------------------------------------------------------------------------------- every class
+// ------------------------------------------------------------------------------------ every class
 
 template <class Row>
 class EveryCopiedMatch : public testing::Test {};
@@ -139,8 +139,7 @@ TYPED_TEST(EveryCopiedAction, IsNotCopiedFromABareActionUnlessItHasNoValues)
         EXPECT_EQ(actionsIn(held), std::set<int>{TypeParam::CODE});
 }
 
-// --------------------------------------------------------------------------------------
-// copyMatches
+// ------------------------------------------------------------------------------------ copyMatches
 
 TEST(CopyMatches, AddsToTheHeldMatchesAndReplacesThoseOfTheSameKind)
 {
@@ -275,7 +274,7 @@ TEST(CopyMatches, OfTheEntrysOwnMatchesChangesNothing)
     EXPECT_TRUE(entry == heldEntry());
 }
 
-// ------------------------------------------------------------------------------------- copyActions
+// ------------------------------------------------------------------------------------ copyActions
 
 TEST(CopyActions, AddsToTheHeldActionsAndReplacesThoseOfTheSameKind)
 {
@@ -330,8 +329,7 @@ TEST(CopyActions, RefusesAnActionPortsForItIsNoObjectOfTheKind)
     EXPECT_TRUE(entry.getActionsRef().empty());
 }
 
-// --------------------------------------------------------------------------- setMatches,
-// setActions
+// ------------------------------------------------------------------------- setMatches, setActions
 
 TEST(SetMatches, ReplacesAllMatchesAndLeavesTheRest)
 {

@@ -37,7 +37,7 @@ long blocksKeptBy(Function function)
     return inUse() - before;
 }
 
-// ----------------------------------------------------------------------------------------- entries
+// ---------------------------------------------------------------------------------------- entries
 
 /** Puts one of every kind, but for IPv6, into the entry. */
 void fill(FiltersEntry& entry)
@@ -126,7 +126,7 @@ TEST(EntryOwnership, RefusalsKeepNothing)
               0);
 }
 
-// ---------------------------------------------------------------------------------------- copy_map
+// --------------------------------------------------------------------------------------- copy_map
 
 static_assert(
     std::is_same_v<decltype(&copy_map<filtersMatch_t, Match>), void (*)(Matches&, const Matches&)>);

@@ -179,8 +179,7 @@ TEST(ReadingAnEntry, TakesGarbageInThePlaceOfAPolicerAsNoPolicer)
     }
 }
 
-// ------------------------------------------------------------------------------ matches and
-// actions
+// ---------------------------------------------------------------------------- matches and actions
 
 TEST(ReadingAnEntry, SkipsUnknownMatchKinds)
 {
@@ -260,7 +259,7 @@ TEST(ReadingAnEntry, KeepsAPcpOf9)
     EXPECT_EQ(match.getPcp(), 9);
 }
 
-// ------------------------------------------------------------------- into an entry that holds some
+// ------------------------------------------------------------------ into an entry that holds some
 
 TEST(ReadingIntoAnEntry, AddsToWhatItHolds)
 {
@@ -299,8 +298,7 @@ TEST(ReadingIntoAnEntry, DropsWhatTheHeldAddressesExclude)
     EXPECT_EQ(matchKinds(six), (Kinds{MATCH_SRC_IPV6, MATCH_DST_IPV6}));
 }
 
-// -------------------------------------------------------------------------------------- round
-// trips
+// ------------------------------------------------------------------------------------ round trips
 
 class EveryEntry : public testing::TestWithParam<Named<FiltersEntry>> {};
 
@@ -334,8 +332,7 @@ TEST(EntryBytes, GiveBackADscpAsAToS)
     EXPECT_TRUE(match == MatchToS(40));
 }
 
-// ------------------------------------------------------------------------------------- strange
-// bytes
+// ---------------------------------------------------------------------------------- strange bytes
 
 TEST(EntryBytes, ThatAreNoneGiveAnEmptyEntry)
 {

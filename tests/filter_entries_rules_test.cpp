@@ -26,7 +26,7 @@ static_assert(std::is_same_v<decltype(FiltersEntry::validActionTypes), const Cod
 static_assert(std::is_same_v<decltype(FiltersEntry::ipv4OnlyMatchTypes), const Codes>);
 static_assert(std::is_same_v<decltype(FiltersEntry::ipv6OnlyMatchTypes), const Codes>);
 
-// -------------------------------------------------------------------------------------- registries
+// ------------------------------------------------------------------------------------- registries
 
 template <class... Classes>
 std::list<std::uint32_t> hashes()
@@ -67,7 +67,7 @@ TEST(EntryRegistries, HoldTheCodesOfTheAddressKinds)
     EXPECT_EQ(FiltersEntry::ipv6OnlyMatchTypes, (Codes{14, 15}));
 }
 
-// ---------------------------------------------------------------------------- unregistered classes
+// --------------------------------------------------------------------------- unregistered classes
 
 class OwnMatch : public Match {
 public:

@@ -12,7 +12,7 @@
 namespace FiltersCommon {
 namespace {
 
-// -------------------------------------------------------------------------------- what it offers
+// --------------------------------------------------------------------------------- what it offers
 
 static_assert(std::is_default_constructible_v<FiltersEntry>);
 static_assert(std::is_constructible_v<FiltersEntry, const filtersEntryId_t&>);
@@ -49,7 +49,7 @@ EXPECT_MEMBER(copyActions, filtersErr_t (Entry::*)(const Actions&));
 EXPECT_MEMBER(setActions, filtersErr_t (Entry::*)(const Actions&));
 #undef EXPECT_MEMBER
 
-// --------------------------------------------------------------------------- matches and actions
+// ---------------------------------------------------------------------------- matches and actions
 
 /** What the tests of one match class and those of one action class do in the same way. */
 template <class Row, bool IS_MATCH>
@@ -262,7 +262,7 @@ TEST(FilterEntries, StoresTheStaticClassOfADerivedObject)
     EXPECT_TRUE(stored == MatchPcp(5));
 }
 
-// ------------------------------------------------------------------------------------ DSCP and ToS
+// ----------------------------------------------------------------------------------- DSCP and ToS
 
 TEST(FilterEntries, DscpAndToSShareASlot)
 {

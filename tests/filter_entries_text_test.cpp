@@ -39,8 +39,7 @@ std::string policerBlock(const std::string& id, const std::string& stage, const 
            nl("    Mode: " + mode) + eol("    Actions:" + actions);
 }
 
-// ----------------------------------------------------------------------------------- entry,
-// counter
+// --------------------------------------------------------------------------------- entry, counter
 
 TEST(EntryDump, OfAnEmptyEntryIsThreeLines)
 {
@@ -85,7 +84,7 @@ TEST(EntryDump, LeavesACounterOfInvalidTypeOutWhateverItsIdentifier)
     EXPECT_EQ(markedDump(entry), head("0", "0"));
 }
 
-// ----------------------------------------------------------------------------------------- policer
+// ---------------------------------------------------------------------------------------- policer
 
 TEST(PolicerDump, IsLeftOutWhereTheStageIsNone)
 {
@@ -211,8 +210,7 @@ TEST(PolicerDump, IndentsWithTheFillCharacterOfTheStream)
                          "****+ Red Drop\n");
 }
 
-// --------------------------------------------------------------------------------------- whole
-// entry
+// ------------------------------------------------------------------------------------ whole entry
 
 /** A match of one line more than its title and type, and an action likewise. */
 const std::string TTL_DUMP =
@@ -256,8 +254,7 @@ TEST(EntryDump, ShowsADscpAsAToS)
                                      eol("      Match Type ID: 20") + eol("      ToS: 40"));
 }
 
-// ------------------------------------------------------------------------- formatting of the
-// stream
+// ----------------------------------------------------------------------- formatting of the stream
 
 TEST(EntryDump, IsHexadecimalBehindATpidAndInTheNextEntry)
 {

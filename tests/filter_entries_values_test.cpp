@@ -135,7 +135,7 @@ TEST(FilterEntries, MembersStandInTheirOrder)
         EXPECT_LT(offsets[i - 1], offsets[i]) << i;
 }
 
-// -------------------------------------------------------------------------------------------- copy
+// ------------------------------------------------------------------------------------------- copy
 
 TEST(FilterEntries, CopyHoldsEverything)
 {
@@ -267,7 +267,7 @@ TEST(FilterEntries, MoveAssignmentToItselfLeavesTheEntryWithoutMatchesAndActions
     EXPECT_EQ(entry.getMatchesRef().size(), 1u);
 }
 
-// ---------------------------------------------------------------------------------------- equality
+// --------------------------------------------------------------------------------------- equality
 
 struct Change {
     const char* name;

@@ -21,7 +21,7 @@ namespace {
 using test::policerAt;
 using test::stateOf;
 
-// ----------------------------------------------------------------------------------- what is asked
+// ---------------------------------------------------------------------------------- what is asked
 
 static_assert(std::is_same_v<decltype(FiltersGroup::TypeDescription_),
                              const std::map<filtersGroupType_t, std::set<filtersMatch_t>>>);
@@ -51,7 +51,7 @@ constexpr std::uint32_t UNKNOWN_STAGES[] = {4,  5,  7,          8,          10,
                                             31, 32, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 constexpr std::uint32_t UNKNOWN_TYPES[] = {10, 11, 31, 32, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 
-// ------------------------------------------------------------------------------ what is admitted
+// ------------------------------------------------------------------------------- what is admitted
 //
 // The tables turned round: each row is what is asked about, and names the digits of those who admit
 // it.
@@ -126,7 +126,7 @@ bool names(std::string_view digits, std::uint32_t digit)
     return digits.find(static_cast<char>('0' + digit)) != std::string_view::npos;
 }
 
-// ------------------------------------------------------------------------------- the public tables
+// ------------------------------------------------------------------------------ the public tables
 
 /** The rows of a public table, everything as numbers. */
 template <class Table>
@@ -202,7 +202,7 @@ TEST(GroupTables, StagesAdmitTheirActionKinds)
     EXPECT_EQ(turned(STAGES_OF_ACTION, 4), expected);
 }
 
-// ---------------------------------------------------------------------------------- complete walks
+// --------------------------------------------------------------------------------- complete walks
 
 /** Groups that differ in their own stage and type, at which no check may look. */
 std::vector<FiltersGroup> askedGroups()
@@ -408,7 +408,7 @@ TEST(GroupPolicerValidation, LooksAtTheStageOfThePolicerAlone)
     EXPECT_EQ(FiltersGroup(1).groupPolicerValidation(bare, GROUP_STAGE_2), -10);
 }
 
-// ------------------------------------------------------------------------------------- known cases
+// ------------------------------------------------------------------------------------ known cases
 
 TEST(GroupRules, TypeZeroAcceptsAnEntryWithoutMatchesAndNotMatchAll)
 {

@@ -85,7 +85,7 @@ struct Listing : entriesStruct {
     ~Listing() { deleteFiltersEntriesStruct(this); }
 };
 
-// ------------------------------------------------------------------------ life cycle and accessors
+// ----------------------------------------------------------------------- life cycle and accessors
 
 TEST(GroupsC, ANewGroupHasItsIdentifierAndNothingElse)
 {
@@ -109,7 +109,7 @@ TEST(GroupsC, ThePriorityHas16Bits)
     }
 }
 
-// ---------------------------------------------------------------------------------- stage and type
+// --------------------------------------------------------------------------------- stage and type
 
 TEST(GroupsC, EveryAdmittedStageIsSet)
 {
@@ -170,7 +170,7 @@ TEST(GroupsC, ARefusedTypeIsAnsweredWithItsCodeAndChangesNothing)
     expectRefused(*groupOf({5}), 1, FILTERS_ERR_MATCH_NOT_ALLOWED);
 }
 
-// ----------------------------------------------------------------------------- inserting, removing
+// ---------------------------------------------------------------------------- inserting, removing
 
 TEST(GroupsC, InsertingStoresACopyAndLeavesTheEntryToTheCaller)
 {
@@ -230,7 +230,7 @@ TEST(GroupsC, RemovingFromANullGroupIsBadParamAndFromAnEmptyOneNotFound)
     EXPECT_EQ(filtersGroupRemoveEntry(group.get(), 1), -3);
 }
 
-// ----------------------------------------------------------------------------------------- listing
+// ---------------------------------------------------------------------------------------- listing
 
 TEST(GroupsC, EntriesInserted9And2And5AreListedAs2And5And9)
 {
@@ -306,7 +306,7 @@ TEST(GroupsC, ListingTwiceOverwritesTheRecordAndFreesNothing)
     deleteFiltersEntriesStruct(&record);
 }
 
-// ------------------------------------------------------------------------------- freeing a listing
+// ------------------------------------------------------------------------------ freeing a listing
 
 TEST(GroupsC, FreeingDoesNotResetTheRecord)
 {
@@ -353,7 +353,7 @@ TEST(GroupsC, NullMembersAreNotFreed)
     deleteFiltersEntriesStruct(&idsAlone);
 }
 
-// ------------------------------------------------------------------------------------ null handles
+// ----------------------------------------------------------------------------------- null handles
 
 class GroupsCDeathTest : public test::ContractDeathTest {};
 

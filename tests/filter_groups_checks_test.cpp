@@ -132,7 +132,7 @@ bool admits(filtersErr_t result) { return result == FILTERS_OK; }
 constexpr std::uint32_t STAGES[] = {0, 1, 2, 3, 4, 7, 10, 31, 32, 0x7FFFFFFF, 0xFFFFFFFF};
 constexpr std::uint32_t TYPES[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x7FFFFFFF, 0xFFFFFFFF};
 
-// -------------------------------------------------------------------------------- complete walks
+// --------------------------------------------------------------------------------- complete walks
 
 template <class Row>
 class EveryMatchInAGroup : public testing::Test {};
@@ -365,7 +365,7 @@ TEST(SetType, OfTheTypeThatItHasIsAskedForToo)
     expectSetType(groupAt(0, 8, {withMatch(1, MatchPcp(3))}), 8, FILTERS_ERR_MATCH_NOT_ALLOWED);
 }
 
-// ------------------------------------------------------------------------------------- known cases
+// ------------------------------------------------------------------------------------ known cases
 
 TEST(SetType, Type1AtStage1IsRefused)
 {

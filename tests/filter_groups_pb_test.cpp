@@ -261,8 +261,7 @@ TEST(ReadingIntoAGroup, LeavesHeldEntriesThatTheNewStageAndTypeDoNotAdmit)
     EXPECT_EQ(group.getStage(), GROUP_STAGE_3);
 }
 
-// -------------------------------------------------------------------------------------- round
-// trips
+// ------------------------------------------------------------------------------------ round trips
 
 class EveryGroup : public testing::TestWithParam<Named<FiltersGroup>> {};
 
@@ -301,8 +300,7 @@ TEST(GroupBytes, GiveBackAllIdentifiersThatThereAre)
     EXPECT_TRUE(copy == group);
 }
 
-// ------------------------------------------------------------------------------------- strange
-// bytes
+// ---------------------------------------------------------------------------------- strange bytes
 
 TEST(GroupBytes, ThatAreNoneGiveAnEmptyGroup)
 {

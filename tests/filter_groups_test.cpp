@@ -84,7 +84,7 @@ std::vector<int> idsIn(const FiltersGroup& group)
     return ids;
 }
 
-// ----------------------------------------------------------------------- construction, accessors
+// ------------------------------------------------------------------------ construction, accessors
 
 TEST(FilterGroups, NewGroupHasItsDefaults)
 {
@@ -124,7 +124,7 @@ TEST(FilterGroups, MembersStandInTheirOrder)
               reinterpret_cast<const char*>(&group) + 12);
 }
 
-// ----------------------------------------------------------------------------------------- entries
+// ---------------------------------------------------------------------------------------- entries
 
 TEST(FilterGroups, NewGroupAcceptsAnEntryWithoutMatches)
 {
@@ -244,7 +244,7 @@ TEST(FilterGroups, ShowsItsOwnEntries)
     EXPECT_EQ(&entries, &group.getEntriesRef());
 }
 
-// ---------------------------------------------------------------------------- copying and equality
+// --------------------------------------------------------------------------- copying and equality
 
 TEST(FilterGroups, CopyIsDeep)
 {

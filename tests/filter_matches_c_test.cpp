@@ -31,7 +31,7 @@ const in_addr IPV4_MASK = ipv4("255.255.240.0");
 const in6_addr IPV6 = ipv6("2001:db8:1:2:3:4:5:6");
 const in6_addr IPV6_MASK = ipv6("ffff:ffff:fff0::1");
 
-// ------------------------------------------------------------------------------------ constructors
+// ----------------------------------------------------------------------------------- constructors
 
 class MatchConstructor : public testing::TestWithParam<test::Constructor> {};
 
@@ -295,7 +295,7 @@ TEST(MatchesC, DscpKeepsItsSixLowBits)
     }
 }
 
-// --------------------------------------------------------------------------------------- any match
+// -------------------------------------------------------------------------------------- any match
 
 TEST(MatchesC, TheTypeIsThatOfTheObjectWhateverItIs)
 {
@@ -320,7 +320,7 @@ TEST(MatchesC, DeletionRunsTheDestructorOfTheClass)
     EXPECT_EQ(destroyed, 1);
 }
 
-// ----------------------------------------------------------------------------------------- getters
+// ---------------------------------------------------------------------------------------- getters
 
 TEST(MatchesC, AddressGettersPointIntoTheMatch)
 {
@@ -408,7 +408,7 @@ TEST(MatchesC, TheDscpOfATypeOfServiceMatchIsItsUpperSixBits)
     }
 }
 
-// -------------------------------------------------------------------------------------- edge cases
+// ------------------------------------------------------------------------------------- edge cases
 
 TEST(MatchesC, Dscp10HasType20AndReadsBackAs10)
 {
@@ -423,7 +423,7 @@ TEST(MatchesC, Pcp9ReadsBackAs1)
     EXPECT_EQ(matchPcpGet(match.get()), 1);
 }
 
-// ------------------------------------------------------------------------------------ null handles
+// ----------------------------------------------------------------------------------- null handles
 
 class MatchesCDeathTest : public test::ContractDeathTest {};
 

@@ -37,7 +37,7 @@ std::vector<std::uint32_t> knownAndUnknownCodes()
     return codes;
 }
 
-// ------------------------------------------------------------------------------------- every class
+// ------------------------------------------------------------------------------------ every class
 
 template <class Row>
 class EveryMatchClass : public testing::Test {};
@@ -173,7 +173,7 @@ TEST(MatchEquality, CallersOwnSubclassOfAKindIsComparedByTheValuesOfTheKind)
     EXPECT_FALSE(equal(MatchPcp(4), OwnPcp(3)));
 }
 
-// ---------------------------------------------------------------------------------- value families
+// --------------------------------------------------------------------------------- value families
 
 /** A family with two different values, the codes that it holds the values of, and its leaves. */
 template <class Family_, int FIRST, int SECOND, class First_, class Second_>
@@ -294,7 +294,7 @@ TEST(MatchEquality, ExcludedPortTypesTakePartInOrder)
     EXPECT_TRUE(of({}) == MatchIngressPorts(std::list<limid_t>()));
 }
 
-// ------------------------------------------------------------------------------------- known cases
+// ------------------------------------------------------------------------------------ known cases
 
 TEST(MatchEquality, SamePortsInAnotherOrderDiffer)
 {

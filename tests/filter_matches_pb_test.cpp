@@ -292,7 +292,7 @@ TEST(MatchMessages, GiveADscpAllEightBitsOfTheByte)
     EXPECT_EQ(match.getDSCP(), 63);
 }
 
-// ------------------------------------------------------------------------- appending and replacing
+// ------------------------------------------------------------------------ appending and replacing
 
 TEST(MatchMessages, AppendPortsToThoseOfTheMessage)
 {
@@ -350,8 +350,7 @@ TEST(MatchMessages, EncodeNoPortsFieldForAnEmptyList)
     EXPECT_EQ(bytesOf(pb), "\x08\x16");
 }
 
-// --------------------------------------------------------------------------------- interface
-// packing
+// ------------------------------------------------------------------------------ interface packing
 
 TEST(MatchMessages, PackAnInterfaceWithItsFirstByteMostSignificant)
 {
@@ -366,8 +365,7 @@ TEST(MatchMessages, PackAnInterfaceWithItsFirstByteMostSignificant)
     }
 }
 
-// ---------------------------------------------------------------------------------------- bare
-// match
+// ------------------------------------------------------------------------------------- bare match
 
 TEST(MatchMessages, OfABareMatchHoldItsTypeAlone)
 {

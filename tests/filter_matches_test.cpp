@@ -94,7 +94,7 @@ static_assert(std::is_same_v<decltype(resultOf(&MatchTTL::getTTL)), unsigned cha
 static_assert(std::is_same_v<decltype(resultOf(&MatchVrfId::getVrfId)), unsigned short>);
 static_assert(std::is_same_v<decltype(resultOf(&MatchDrop::getDropFlag)), bool>);
 
-// ------------------------------------------------------------------------------------- every class
+// ------------------------------------------------------------------------------------ every class
 
 template <class Row>
 class EveryMatchClass : public testing::Test {};
@@ -175,7 +175,7 @@ TEST(FilterMatches, FamiliesAreBuiltWithAnyCode)
     EXPECT_EQ(MatchIPv6(code, in6_addr(), in6_addr()).getType(), code);
 }
 
-// ------------------------------------------------------------------------------------------- ports
+// ------------------------------------------------------------------------------------------ ports
 
 TEST(MatchPorts, KeepsPortsInOrderWithDuplicates)
 {
@@ -250,8 +250,7 @@ TEST(MatchPorts, CopiesOwnTheirLists)
     EXPECT_EQ(bytesOf(copy.getPorts()), bytesOf(PORTS));
 }
 
-// ------------------------------------------------------------------------- the rest of the
-// families
+// ----------------------------------------------------------------------- the rest of the families
 
 TEST(MatchLimId, KeepsTheFourBytes)
 {
@@ -453,7 +452,7 @@ TEST(OneValueMatches, VlanInfoIsCopied)
     EXPECT_EQ(match.getVlanInfo().svcVlanType, 0xFFFFFFFE);
 }
 
-// -------------------------------------------------------------------------------------------- DSCP
+// ------------------------------------------------------------------------------------------- DSCP
 
 TEST(MatchDSCP, ShiftsItsSixLowBitsIntoTheUpperBitsOfTheToS)
 {
@@ -481,7 +480,7 @@ TEST(MatchDSCP, IsPrintedAsAToSThroughItsBase)
     EXPECT_NE(test::dump<MatchDSCP>(match), test::dump(MatchToS(40)));
 }
 
-// ------------------------------------------------------------------------------------------ layout
+// ----------------------------------------------------------------------------------------- layout
 
 TEST(MatchLayout, MembersStandInTheirOrder)
 {

@@ -197,8 +197,7 @@ TEST_P(EveryMatch, LeavesTheStreamsFormattingAsItWasButForTpid)
     EXPECT_EQ(out.width(), 0);
 }
 
-// ------------------------------------------------------------------------------------ value
-// families
+// --------------------------------------------------------------------------------- value families
 
 TEST(MatchFamilies, AreDumpedAsTheirValueLinesAlone)
 {
@@ -235,8 +234,7 @@ TEST(MatchFamilies, LeaveThePortsOfAListWithExcludedTypesOut)
     EXPECT_EQ(markedDump(match), expectedDump("MatchIngressPorts_excluded"));
 }
 
-// ------------------------------------------------------------------------- formatting of the
-// stream
+// ----------------------------------------------------------------------- formatting of the stream
 
 std::string hexDump(const Match& match)
 {
@@ -321,8 +319,7 @@ TEST(MatchDumps, ApplyAWidthToTheirTitleAlone)
                                    "      Match VRF ID: 5\n");
 }
 
-// ------------------------------------------------------------------- objects that lie about their
-// kind
+// -------------------------------------------------------------- objects that lie about their kind
 
 TEST(BareMatches, AreDumpedWithoutValuesAndNotAtAllBeyondTheKinds)
 {

@@ -97,8 +97,7 @@ TEST(FiltersSerializedDeathTest, NamesTheBareSourceFile)
     EXPECT_DEATH(buffer.setData("b"), "(^|: )filter_serialized\\.cpp:40: ");
 }
 
-// ------------------------------------------------------------------------------- copying and
-// moving
+// ----------------------------------------------------------------------------- copying and moving
 
 TEST(FiltersSerialized, IsCopiedWithBytesOfItsOwn)
 {
@@ -157,8 +156,7 @@ TEST(FiltersSerialized, IsEmptyWhenMovedFromAndMayBeFilledAgain)
     EXPECT_EQ(moved.data(), nullptr);
 }
 
-// ------------------------------------------------------------------------------- virtual
-// operations
+// ----------------------------------------------------------------------------- virtual operations
 
 static_assert(std::has_virtual_destructor_v<FiltersSerialized>);
 static_assert(std::is_same_v<decltype(FiltersSerialized().size()), std::uint32_t>);
@@ -260,7 +258,7 @@ TEST(FiltersSerialized, GivesAnEmptyEntryAndGroupWhereItIsEmpty)
     EXPECT_TRUE(FiltersGroup(buffer) == FiltersGroup(0));
 }
 
-// ------------------------------------------------------------------------------------ entry, group
+// ----------------------------------------------------------------------------------- entry, group
 
 TEST(FiltersSerialized, HoldsOneByteMoreThanTheBytesOfAnEntryOrGroup)
 {

@@ -10,7 +10,7 @@
 namespace FiltersCommon {
 namespace {
 
-// ------------------------------------------------------------------------------ widths, at compile
+// ----------------------------------------------------------------------------- widths, at compile
 
 template <class E>
 constexpr bool isOpenEnumeration()
@@ -176,7 +176,7 @@ TEST(FilterTypes, SmallEnumerationsHaveTheirCodes)
     EXPECT_EQ(static_cast<int>(SWITCH_TO_CPU_CANCEL), 1);
 }
 
-// ------------------------------------------------------------------------- codes beyond the tables
+// ------------------------------------------------------------------------ codes beyond the tables
 
 class UnknownCode : public testing::TestWithParam<std::uint32_t> {};
 
@@ -204,7 +204,7 @@ TEST_P(UnknownCode, IsAnsweredAsAnUnknownType)
     EXPECT_EQ(group.setType(type), FILTERS_ERR_TYPE_NOT_ALLOWED);
 }
 
-// ----------------------------------------------------------------------- widths, across the wire
+// ------------------------------------------------------------------------ widths, across the wire
 
 TEST(FilterTypes, GroupPriority65535SurvivesTheWire)
 {

@@ -24,8 +24,7 @@ namespace fs = std::filesystem;
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
 
-// --------------------------------------------------------------------------------------
-// hexadecimal
+// ------------------------------------------------------------------------------------ hexadecimal
 
 /** Lines of 16 bytes. */
 std::string toHex(const std::string& bytes)
@@ -60,7 +59,7 @@ TEST(Hexadecimal, IsWrittenInLinesOf16BytesAndReadBack)
               std::string("\x00\xff", 2) + std::string(20, 'a'));
 }
 
-// ------------------------------------------------------------------------------------------- files
+// ------------------------------------------------------------------------------------------ files
 
 /** Contents by file names. */
 using Files = std::map<std::string, std::string>;
@@ -161,7 +160,7 @@ TEST(GoldenFiles, OfActions) { expectGolden("actions", filesOfActions()); }
 TEST(GoldenFiles, OfEntries) { expectGolden("entries", filesOf(entrySamples())); }
 TEST(GoldenFiles, OfGroups) { expectGolden("groups", filesOf(groupSamples())); }
 
-// ------------------------------------------------------------------------------------ read back
+// -------------------------------------------------------------------------------------- read back
 
 /** Builds a T from the golden bytes of each sample: they must stay readable. */
 template <class T>

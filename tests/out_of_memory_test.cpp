@@ -80,8 +80,7 @@ std::string bytesOf(const Object& object)
     return bytes;
 }
 
-// ------------------------------------------------------------------------------ matches and
-// actions
+// ---------------------------------------------------------------------------- matches and actions
 
 TEST(OutOfMemory, AssigningAListLeavesTheOldOne)
 {
@@ -128,8 +127,7 @@ TEST(OutOfMemory, ReadingAListLeavesTheOldOne)
         [&](auto& object) { object.convertFromActionPB(&action); }, 2);
 }
 
-// ------------------------------------------------------------------------------------------
-// entries
+// ---------------------------------------------------------------------------------------- entries
 
 TEST(OutOfMemory, AnEntryIsNotHalfFilled)
 {
@@ -198,8 +196,7 @@ TEST(OutOfMemory, CopyMapLeavesTheOldMap)
     EXPECT_GE(allocations, 5u);
 }
 
-// -------------------------------------------------------------------------------------------
-// groups
+// ----------------------------------------------------------------------------------------- groups
 
 TEST(OutOfMemory, AGroupIsNotHalfFilled)
 {
@@ -234,8 +231,7 @@ TEST(OutOfMemory, ARefusedInsertionAllocatesNothing)
         0u);
 }
 
-// ------------------------------------------------------------------------ construction, reading,
-// bytes
+// ------------------------------------------------------------------- construction, reading, bytes
 
 TEST(OutOfMemory, AnObjectThatIsNotMadeLeavesNothing)
 {

@@ -174,7 +174,7 @@ TEST(Schema, OfAGroup)
                           });
 }
 
-// ------------------------------------------------------------------------------- required fields
+// -------------------------------------------------------------------------------- required fields
 
 class RequiredFields : public testing::Test {
     test::QuietParser quiet_;
@@ -258,7 +258,7 @@ TEST_F(RequiredFields, OfTheEntriesOfAGroupToo)
     EXPECT_FALSE(FiltersGroupPB().ParseFromString(group.SerializePartialAsString()));
 }
 
-// -------------------------------------------------------------------------------------- encoding
+// --------------------------------------------------------------------------------------- encoding
 
 TEST(Encoding, GivesEachElementOfARepeatedNumberATagOfItsOwn)
 {

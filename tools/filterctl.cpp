@@ -69,7 +69,7 @@ T accepted(std::variant<T, Refusal>&& result, const std::string& name)
     return std::get<T>(std::move(result));
 }
 
-// ---------------------------------------------------------------------------------- command line
+// ----------------------------------------------------------------------------------- command line
 
 enum OptionCode {
     OPERAND = 1,
@@ -176,7 +176,7 @@ CommandLine readCommandLine(int argc, char** argv, const char* shortOptions,
     return line;
 }
 
-// -------------------------------------------------------------------------------------- commands
+// --------------------------------------------------------------------------------------- commands
 
 void importRules(int argc, char** argv)
 {
