@@ -1,17 +1,19 @@
 /**
  * Actions for callers that cannot use the classes. C11 and C++17.
  *
- *  1. Handles. A handle is an untyped pointer to an action. A constructor (newAction..., and
- *     newReplace...Mac, named without the word) gives it to the caller, who frees it with
- *     deleteAction. Handing it to an entry (filter_entries_c.h) does not change that: the entry
- *     stores a copy.
- *  2. Null handles. deleteAction and actionGetType report a null handle as a failed assertion
+ *  1. Handles. A handle is an untyped pointer to an action. A constructor gives it to the caller,
+ *     who frees it with deleteAction. (Two constructors are named without the word:
+ * newReplaceDstMac and newReplaceSrcMac.) Handing it to an entry (filter_entries_c.h) does not
+ * change that: the entry stores a copy. Where a function names a class (Action*) it takes the same
+ * handle; C converts it by itself, C++ asks for a static_cast.
+ *  2. Null handles. deleteAction and actionGetType report one as a failed assertion
  *     ("a != nullptr") and end the process, in release builds too. The getters must not be given
- *     one.
+ *     one. No function here answers with a result code.
  *  3. Kinds. No getter looks at the kind of its handle. Ask actionGetType first: what a getter
  * reads from an action of another kind is meaningless.
  *  4. Values are taken as they are; nothing is checked.
- *  5. Memory. If it runs out, a constructor raises std::bad_alloc, which a C caller cannot catch.
+ *  5. Memory. A constructor never returns null. If memory runs out it raises std::bad_alloc, which
+ *     ends the process unless a C++ caller further up catches it.
  *  6. Threads. An action is used by one thread at a time; different actions by any.
  *
  * Deliberately not offered: constructors for ActionSetInnerPcp and ActionBlackHole; getters for the
@@ -65,8 +67,7 @@ void* newActionL3Switch(unsigned int l3DestinationId);
 void deleteAction(void* a);
 filtersAction_t actionGetType(void* a);
 
-/* ---------------------------------------------------------------- getters; must not be given null
- */
+/* -------------------------------------------------------------- getters; must not be given null */
 
 cp2cpuCancelParam_t actionCopyToCpuCancelGetTypeOfCancel(void* a);
 unsigned char actionSetPcpGetPcp(void* a);

@@ -3,17 +3,21 @@
  *
  *  1. Handles. newFiltersEntry and copyFiltersEntry give an entry to the caller, who frees it with
  *     deleteFiltersEntry. Matches and actions (filter_matches_c.h, filter_actions_c.h) stay the
- *     caller's: an entry stores copies.
- *  2. Null handles, in two styles. The four functions that set or get a match or an action answer
- *     FILTERS_ERR_BAD_PARAM, for a null entry and for a null match or action. All others report a
- *     null entry as a failed assertion ("e != nullptr") and end the process, in release builds too.
+ *     caller's: an entry stores copies. Match* and Action* take the handles made there; C converts
+ *     them by itself, C++ asks for a static_cast.
+ *  2. Null handles, in two styles. filtersEntrySetMatch, filtersEntryGetMatch,
+ * filtersEntrySetAction and filtersEntryGetAction answer FILTERS_ERR_BAD_PARAM (-5), for a null
+ * entry and for a null match or action. All others but newFiltersEntry report a null entry as a
+ * failed assertion
+ *     ("e != nullptr") and end the process, in release builds too.
  *  3. Results. A refusal is a negative code and changes nothing, neither the entry nor the match or
  *     action handle.
- *  4. Kinds. A match or action is set or read as the class of its kind code. Code 30
- *     (MATCH_FORWARDING_TYPE) is deliberately left out: FILTERS_ERR_INVALID. So are codes beyond
- *     the known kinds.
- *  5. Memory. If it runs out, std::bad_alloc is raised, which a C caller cannot catch; nothing is
- *     changed and nothing is lost.
+ *  4. Kinds. A match or action is set or read as the class of its kind code, so a DSCP match is
+ *     stored as a type-of-service match, which matchDSCPGet reads as well. Code 30
+ *     (MATCH_FORWARDING_TYPE) is deliberately left out: FILTERS_ERR_INVALID (-4). So are codes
+ *     beyond the known kinds.
+ *  5. Memory. No function returns null. If memory runs out std::bad_alloc is raised, which ends the
+ *     process unless a C++ caller further up catches it; then nothing is changed and nothing lost.
  *  6. Threads. An entry is used by one thread at a time; different entries by any.
  *
  * Deliberately not offered: the identifier's setter, the policer, the counter, serialization.
@@ -21,6 +25,8 @@
 #ifndef FILTER_COMMON_FILTER_ENTRIES_C_H
 #define FILTER_COMMON_FILTER_ENTRIES_C_H
 
+#include "filter_actions_c.h"
+#include "filter_matches_c.h"
 #include "filter_types.h"
 
 #ifdef __cplusplus
@@ -37,7 +43,7 @@ typedef struct Match Match;
 
 /** An entry with that identifier, priority 0, and nothing in it. */
 FiltersEntry* newFiltersEntry(filtersEntryId_t id);
-/** An independent copy; a DSCP match is copied as a type-of-service match. */
+/** An independent copy. A DSCP match that was set through the classes is copied as in (4). */
 FiltersEntry* copyFiltersEntry(FiltersEntry* e);
 void deleteFiltersEntry(FiltersEntry* e);
 

@@ -6,30 +6,29 @@
  *  2. Null handles. Every function but newFiltersGroup and filtersGroupRemoveEntry reports a null
  *     argument as a failed assertion ("g != nullptr", "g != nullptr && e != nullptr",
  *     "g != nullptr && entries != nullptr", "entries != nullptr") and ends the process, in release
- *     builds too. filtersGroupRemoveEntry answers a null group with FILTERS_ERR_BAD_PARAM.
+ *     builds too. filtersGroupRemoveEntry answers a null group with FILTERS_ERR_BAD_PARAM (-5).
  *  3. Results. A refusal is a negative code and changes nothing. filtersGroupSetStage deliberately
  *     has no result: read the stage back to learn whether the change was refused.
  *  4. Listing. filtersGroupGetEntries fills a record that belongs to the caller with arrays and
  *     entries that belong to the record; deleteFiltersEntriesStruct frees them all. An entry of a
- *     record is never freed with deleteFiltersEntry.
- *  5. Memory. If it runs out, std::bad_alloc is raised, which a C caller cannot catch; nothing is
- *     changed and nothing is lost.
+ *     record is freed with deleteFiltersEntry only by a caller who puts null in its place.
+ *  5. Memory. No function returns null. If memory runs out std::bad_alloc is raised, which ends the
+ *     process unless a C++ caller further up catches it; then nothing is changed and nothing lost.
  *  6. Threads. A group is used by one thread at a time; different groups by any.
  */
 #ifndef FILTER_COMMON_FILTER_GROUPS_C_H
 #define FILTER_COMMON_FILTER_GROUPS_C_H
 
+#include "filter_entries_c.h"
 #include "filter_types.h"
 
 #include <stdint.h>
 
 #ifdef __cplusplus
 namespace FiltersCommon {
-class FiltersEntry;
 class FiltersGroup;
 extern "C" {
 #else
-typedef struct FiltersEntry FiltersEntry;
 typedef struct FiltersGroup FiltersGroup;
 #endif
 
@@ -77,7 +76,10 @@ filtersErr_t filtersGroupRemoveEntry(FiltersGroup* g, filtersEntryId_t id);
  */
 void filtersGroupGetEntries(FiltersGroup* g, entriesStruct* entries);
 
-/** Frees what @p entries points to, where it is not null; neither frees nor resets the record. */
+/**
+ * Frees the entries up to the count and the two arrays, whatever is not null. The record is neither
+ * freed nor reset: it must not be given here twice, nor before it was filled.
+ */
 void deleteFiltersEntriesStruct(entriesStruct* entries);
 
 #ifdef __cplusplus

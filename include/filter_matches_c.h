@@ -3,17 +3,21 @@
  *
  *  1. Handles. A handle is an untyped pointer to a match. A constructor (newMatch...) gives it to
  *     the caller, who frees it with deleteMatch. Handing it to an entry (filter_entries_c.h) does
- *     not change that: the entry stores a copy.
- *  2. Null handles. Where a function is marked ABORTS ON NULL, a null handle is reported as a
- * failed assertion ("m != nullptr") and ends the process, in release builds too. The other
- * functions must not be given one.
+ *     not change that: the entry stores a copy. Where a function names a class (MatchTPID*, Match*)
+ *     it takes the same handle; C converts it by itself, C++ asks for a static_cast.
+ *  2. Null handles. matchGetType, deleteMatch and the getters for MAC addresses, interfaces, TPID,
+ *     L4 ports, source entry types, IPv4 and IPv6 addresses report one as a failed assertion
+ *     ("m != nullptr") and end the process, in release builds too. The getters at the end of this
+ *     file must not be given one. No function here answers with a result code.
  *  3. Kinds. No getter looks at the kind of its handle. Ask matchGetType first: what a getter reads
  *     from a match of another kind is meaningless.
- *  4. Pointers from the address getters point into the match, and are valid until it is freed.
- *  5. Values are taken as they are, but for the PCP constructors, which keep the three low bits.
- *     Numbers are in host byte order, addresses in the byte order of the network. A constructor
- *     without a mask sets all bits of the mask.
- *  6. Memory. If it runs out, a constructor raises std::bad_alloc, which a C caller cannot catch.
+ *  4. Pointers from the address getters point into the match. They are valid until it is freed, and
+ *     show new values once filtersEntryGetMatch has filled it.
+ *  5. Values are taken as they are, but for the PCP constructors, which keep the three low bits,
+ *     and newMatchDSCP, which keeps six. Numbers are in host byte order, addresses in the byte
+ *     order of the network. A constructor without a mask sets all bits of the mask.
+ *  6. Memory. A constructor never returns null. If memory runs out it raises std::bad_alloc, which
+ *     ends the process unless a C++ caller further up catches it.
  *  7. Threads. A match is used by one thread at a time; different matches by any.
  *
  * Deliberately not offered: constructors for MatchToS, MatchForwardingType, MatchDestinationCpu,
@@ -125,15 +129,14 @@ const struct in_addr* matchIPv4GetIPv4Mask(void* m);
 const struct in6_addr* matchIPv6GetIPv6(void* m);
 const struct in6_addr* matchIPv6GetIPv6Mask(void* m);
 
-/* ---------------------------------------------------------------- getters; must not be given null
- */
+/* -------------------------------------------------------------- getters; must not be given null */
 
 unsigned char matchPcpGet(void* m);
 unsigned char matchInternalPcpGet(void* m);
 unsigned char matchIpProtocolGetIpProt(void* m);
 en_Resolution matchPacketResGet(void* m);
 bool matchMplsTermGet(void* m);
-/** The upper six bits of the type-of-service byte. */
+/** The upper six bits of the type-of-service byte; of a type-of-service match as well. */
 unsigned char matchDSCPGet(void* m);
 unsigned char matchTTLGet(void* m);
 en_StpState matchIngressStpStateGet(void* m);

@@ -6,7 +6,8 @@
  *
  * Every number below is stored on the wire, printed in text dumps and passed through the C
  * interface: none may ever be renumbered. A variable of an enumeration may hold any 32-bit value,
- * for codes that come from the wire are taken as they stand.
+ * for codes that come from the wire are taken as they stand. Such a code may be negative in C++ and
+ * positive in C: compare codes as unsigned numbers.
  */
 #ifndef FILTER_COMMON_FILTER_TYPES_H
 #define FILTER_COMMON_FILTER_TYPES_H
@@ -153,8 +154,7 @@ typedef enum counter_type_t FILTERS_COMMON_INT32 {
     COUNTER_TYPE_OCTETS = 2
 } counter_type_t;
 
-/* ------------------------------------------------- small types of single match or action classes
- */
+/* ------------------------------------------------ small types of single match or action classes */
 
 /** VLAN tag protocol identifier, host byte order. */
 typedef uint16_t tpid_t;

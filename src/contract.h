@@ -8,9 +8,9 @@
 namespace FiltersCommon {
 
 /**
- * What a report says beside the expression. Given by hand, so that neither the compiler nor the
- * place where a file is built changes it: the file is the bare name of the source file, and callers
- * rely on some of the lines.
+ * What a report says beside the expression. File and function are given by hand, so that neither
+ * the compiler nor the place where a file is built changes them; the file is the bare name of the
+ * source file. Callers rely on some of the lines, which are given by hand too.
  */
 struct ContractPlace {
     const char* file;
