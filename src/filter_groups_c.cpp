@@ -109,7 +109,8 @@ void deleteFiltersEntriesStruct(entriesStruct* entries)
 {
     REQUIRE(entries != nullptr,
             "void FiltersCommon::deleteFiltersEntriesStruct(FiltersCommon::entriesStruct*)");
-    for (int32_t i = 0; i < entries->count; ++i)
+    const int32_t count = entries->entries == nullptr ? 0 : entries->count;
+    for (int32_t i = 0; i < count; ++i)
         delete entries->entries[i];
     delete[] entries->ids;
     delete[] entries->entries;

@@ -227,6 +227,14 @@ TEST(LeftAllocated, NothingOfARecordWithNullMembers)
     EXPECT_EQ(live(), start);
 }
 
+TEST(LeftAllocated, TheIdentifiersOfARecordWithoutEntriesAreFreedWhateverItsCount)
+{
+    const std::size_t start = live();
+    entriesStruct record = {3, new filtersEntryId_t[3], nullptr};
+    deleteFiltersEntriesStruct(&record);
+    EXPECT_EQ(live(), start);
+}
+
 TEST(LeftAllocated, NothingOfARule)
 {
     const std::size_t start = live();
