@@ -1,8 +1,8 @@
 /**
  * The one step from a kind code to its class.
  *
- * Copying by kind, equality, decoding and text dumps all go through MatchKinds and ActionKinds;
- * there is no other place that turns a code into a class.
+ * Copying by kind, equality, decoding, text dumps and the C interface of entries all go through
+ * MatchKinds and ActionKinds; there is no other place that turns a code into a class.
  */
 #ifndef FILTER_COMMON_SRC_KINDS_H
 #define FILTER_COMMON_SRC_KINDS_H

@@ -42,6 +42,17 @@ struct FreedInC {
 template <class T>
 using Handle = std::unique_ptr<T, FreedInC>;
 
+/** An object of a kind with one number that counts its destruction. */
+template <class T>
+class Witness : public T {
+public:
+    explicit Witness(int& destroyed) : T(0), destroyed_(destroyed) {}
+    ~Witness() override { ++destroyed_; }
+
+private:
+    int& destroyed_;
+};
+
 /** The object behind an untyped handle, if it is exactly a T; it is freed with the result. */
 template <class T>
 Handle<T> made(void* handle)

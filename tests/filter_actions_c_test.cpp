@@ -148,16 +148,8 @@ TEST(ActionsC, TheTypeIsThatOfTheObjectWhateverItIs)
 
 TEST(ActionsC, DeletionRunsTheDestructorOfTheClass)
 {
-    class Witness : public ActionSetPcp {
-    public:
-        explicit Witness(int& destroyed) : ActionSetPcp(0), destroyed_(destroyed) {}
-        ~Witness() override { ++destroyed_; }
-
-    private:
-        int& destroyed_;
-    };
     int destroyed = 0;
-    deleteAction(static_cast<Action*>(new Witness(destroyed)));
+    deleteAction(static_cast<Action*>(new test::Witness<ActionSetPcp>(destroyed)));
     EXPECT_EQ(destroyed, 1);
 }
 

@@ -307,16 +307,8 @@ TEST(MatchesC, TheTypeIsThatOfTheObjectWhateverItIs)
 
 TEST(MatchesC, DeletionRunsTheDestructorOfTheClass)
 {
-    class Witness : public MatchPcp {
-    public:
-        explicit Witness(int& destroyed) : MatchPcp(0), destroyed_(destroyed) {}
-        ~Witness() override { ++destroyed_; }
-
-    private:
-        int& destroyed_;
-    };
     int destroyed = 0;
-    deleteMatch(static_cast<Match*>(new Witness(destroyed)));
+    deleteMatch(static_cast<Match*>(new test::Witness<MatchPcp>(destroyed)));
     EXPECT_EQ(destroyed, 1);
 }
 
