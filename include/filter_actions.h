@@ -20,6 +20,7 @@
 namespace FiltersCommon {
 
 class ActionPB;
+struct ActionFields; // says where the members stand in an ActionPB
 
 /** An action. A bare Action can be built with any code and holds nothing else. */
 class Action {
@@ -73,10 +74,8 @@ public:
     /** The same ports in the same order, whatever the kinds of the two objects. */
     bool operator==(const ActionPorts& other) const;
 
-protected:
-    void appendPorts(std::list<limid_t>& ports) { ports_.splice(ports_.end(), ports); }
-
 private:
+    friend struct ActionFields;
     std::list<limid_t> ports_;
 };
 
@@ -150,6 +149,7 @@ public:
     }
 
 private:
+    friend struct ActionFields;
     cp2cpuCancelParam_t cancelType_;
 };
 
@@ -168,6 +168,7 @@ public:
     bool operator==(const ActionSetPcp& other) const { return pcp_ == other.pcp_; }
 
 private:
+    friend struct ActionFields;
     unsigned char pcp_;
 };
 
@@ -191,6 +192,7 @@ public:
     }
 
 private:
+    friend struct ActionFields;
     unsigned char pcpAndQueue_;
 };
 
@@ -209,6 +211,7 @@ public:
     bool operator==(const ActionSetInnerPcp& other) const { return innerPcp_ == other.innerPcp_; }
 
 private:
+    friend struct ActionFields;
     unsigned char innerPcp_;
 };
 
@@ -227,6 +230,7 @@ public:
     bool operator==(const ActionSetDSCP& other) const { return dscp_ == other.dscp_; }
 
 private:
+    friend struct ActionFields;
     unsigned char dscp_;
 };
 
@@ -248,6 +252,7 @@ public:
     }
 
 private:
+    friend struct ActionFields;
     unsigned char cosQueue_;
 };
 
@@ -271,6 +276,7 @@ public:
     }
 
 private:
+    friend struct ActionFields;
     unsigned char cpuCosQueue_;
 };
 
@@ -297,6 +303,7 @@ public:
     virtual bool operator==(const ActionRedirect& other) const;
 
 private:
+    friend struct ActionFields;
     std::list<limid_t> ports_;
 };
 
@@ -315,6 +322,7 @@ public:
     virtual bool operator==(const ActionReplaceDstMac& other) const;
 
 private:
+    friend struct ActionFields;
     ether_addr mac_;
 };
 
@@ -343,6 +351,7 @@ public:
     virtual bool operator==(const ActionReplaceSrcMac& other) const;
 
 private:
+    friend struct ActionFields;
     ether_addr mac_;
 };
 
@@ -366,6 +375,7 @@ public:
     }
 
 private:
+    friend struct ActionFields;
     unsigned int l3DestinationId_;
 };
 

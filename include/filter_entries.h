@@ -165,6 +165,8 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
+    friend struct EntryWire; // writes and reads the members
+
     bool isL3CompatibleKind(filtersMatch_t kind) const;
     const Match* findMatch(filtersMatch_t kind) const;
     const Action* findAction(filtersAction_t kind) const;

@@ -125,10 +125,11 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
+    friend struct GroupWire; // writes and reads the members
+
     filtersErr_t stageAdmits(const FiltersEntry& entry, filtersGroupStage_t stage) const;
     filtersErr_t admits(const FiltersEntry& entry, filtersGroupStage_t stage,
                         filtersGroupType_t type) const;
-    void fillMessage(FiltersGroupPB* pb) const;
 
     filtersGroupId_t id_;
     filtersGroupPriority_t priority_ = 0;

@@ -17,6 +17,7 @@
 namespace FiltersCommon {
 
 class MatchPB;
+struct MatchFields; // says where the members stand in a MatchPB
 
 /** A match criterion. A bare Match can be built with any code and holds nothing else. */
 class Match {
@@ -90,11 +91,9 @@ public:
     /** The same ports and port types in the same order. */
     bool operator==(const MatchPorts& other) const;
 
-protected:
-    /** Appends the ports of @p pb alone. */
-    void appendPorts(const MatchPB& pb);
-
 private:
+    friend struct MatchFields;
+
     std::list<limid_t> ports_;
     std::list<port_type_t> excludedPortTypes_;
 };
@@ -116,6 +115,8 @@ protected:
     void setLimId(limid_t limId) { limId_ = limId; }
 
 private:
+    friend struct MatchFields;
+
     limid_t limId_;
 };
 
@@ -141,6 +142,8 @@ public:
     }
 
 private:
+    friend struct MatchFields;
+
     l4port_t port_;
     l4port_t mask_;
 };
@@ -170,6 +173,8 @@ public:
     bool operator==(const MatchVlanId& other) const { return vlanIds_ == other.vlanIds_; }
 
 private:
+    friend struct MatchFields;
+
     std::set<unsigned short> vlanIds_;
 };
 
@@ -193,6 +198,8 @@ public:
     bool operator==(const MatchMac& other) const;
 
 private:
+    friend struct MatchFields;
+
     ether_addr mac_;
     ether_addr mask_;
 };
@@ -217,6 +224,8 @@ public:
     bool operator==(const MatchIPv4& other) const;
 
 private:
+    friend struct MatchFields;
+
     in_addr address_;
     in_addr mask_;
 };
@@ -241,6 +250,8 @@ public:
     bool operator==(const MatchIPv6& other) const;
 
 private:
+    friend struct MatchFields;
+
     in6_addr address_;
     in6_addr mask_;
 };

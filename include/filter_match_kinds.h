@@ -55,13 +55,13 @@ public:
     explicit MatchTPID(unsigned short tpid) : Match(KIND), tpid_(tpid) {}
 
     tpid_t getTPID() const { return tpid_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchTPID& other) const { return tpid_ == other.tpid_; }
 
 private:
+    friend struct MatchFields;
     tpid_t tpid_;
 };
 
@@ -117,13 +117,13 @@ public:
     explicit MatchL2SrcEntryType(l2SrcEntryType_t type) : Match(KIND), srcType_(type) {}
 
     l2SrcEntryType_t getL2SrcEntryType() const { return srcType_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchL2SrcEntryType& other) const { return srcType_ == other.srcType_; }
 
 private:
+    friend struct MatchFields;
     l2SrcEntryType_t srcType_;
 };
 
@@ -172,13 +172,13 @@ public:
     explicit MatchPcp(unsigned char pcp) : Match(KIND), pcp_(pcp & 7) {}
 
     unsigned char getPcp() const { return pcp_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchPcp& other) const { return pcp_ == other.pcp_; }
 
 private:
+    friend struct MatchFields;
     unsigned char pcp_;
 };
 
@@ -190,13 +190,13 @@ public:
     explicit MatchInternalPcp(unsigned char pcp) : Match(KIND), pcp_(pcp & 7) {}
 
     unsigned char getPcp() const { return pcp_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchInternalPcp& other) const { return pcp_ == other.pcp_; }
 
 private:
+    friend struct MatchFields;
     unsigned char pcp_;
 };
 
@@ -239,13 +239,13 @@ public:
     explicit MatchIpProtocol(unsigned char protocol) : Match(KIND), protocol_(protocol) {}
 
     unsigned char getIpProtocol() const { return protocol_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchIpProtocol& other) const { return protocol_ == other.protocol_; }
 
 private:
+    friend struct MatchFields;
     unsigned char protocol_;
 };
 
@@ -257,13 +257,13 @@ public:
     explicit MatchPacketRes(en_Resolution resolution) : Match(KIND), resolution_(resolution) {}
 
     en_Resolution getPktRes() const { return resolution_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchPacketRes& other) const { return resolution_ == other.resolution_; }
 
 private:
+    friend struct MatchFields;
     en_Resolution resolution_;
 };
 
@@ -275,13 +275,13 @@ public:
     explicit MatchMplsTerm(bool terminated) : Match(KIND), terminated_(terminated) {}
 
     bool getMplsTerm() const { return terminated_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchMplsTerm& other) const { return terminated_ == other.terminated_; }
 
 private:
+    friend struct MatchFields;
     bool terminated_;
 };
 
@@ -293,13 +293,13 @@ public:
     explicit MatchToS(unsigned char tos) : Match(KIND), tos_(tos) {}
 
     unsigned char getToS() const { return tos_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchToS& other) const { return tos_ == other.tos_; }
 
 private:
+    friend struct MatchFields;
     unsigned char tos_;
 };
 
@@ -352,7 +352,6 @@ public:
     explicit MatchIngressStpState(en_StpState state) : Match(KIND), state_(state) {}
 
     en_StpState getIngressStpState() const { return state_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
@@ -362,6 +361,7 @@ public:
     }
 
 private:
+    friend struct MatchFields;
     en_StpState state_;
 };
 
@@ -373,7 +373,6 @@ public:
     explicit MatchVlanInfo(vlan_info_t vlanInfo) : Match(KIND), vlanInfo_(vlanInfo) {}
 
     vlan_info_t getVlanInfo() const { return vlanInfo_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
@@ -383,6 +382,7 @@ public:
     }
 
 private:
+    friend struct MatchFields;
     vlan_info_t vlanInfo_;
 };
 
@@ -406,13 +406,13 @@ public:
     explicit MatchTTL(unsigned char ttl) : Match(KIND), ttl_(ttl) {}
 
     unsigned char getTTL() const { return ttl_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     bool operator==(const MatchTTL& other) const { return ttl_ == other.ttl_; }
 
 private:
+    friend struct MatchFields;
     unsigned char ttl_;
 };
 
@@ -425,13 +425,13 @@ public:
 
     unsigned short getVrfId() const { return vrfId_; }
     void setVrfId(unsigned short vrfId) { vrfId_ = vrfId; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     virtual bool operator==(const MatchVrfId& other) const { return vrfId_ == other.vrfId_; }
 
 private:
+    friend struct MatchFields;
     unsigned short vrfId_;
 };
 
@@ -443,13 +443,13 @@ public:
     explicit MatchDrop(bool drop) : Match(KIND), drop_(drop) {}
 
     bool getDropFlag() const { return drop_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
     virtual bool operator==(const MatchDrop& other) const { return drop_ == other.drop_; }
 
 private:
+    friend struct MatchFields;
     bool drop_;
 };
 
@@ -471,7 +471,6 @@ public:
     explicit MatchForwardingType(en_ForwardingType type) : Match(KIND), forwardingType_(type) {}
 
     en_ForwardingType getForwardingType() const { return forwardingType_; }
-
     void convertToMatchPB(MatchPB* pb) const override;
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;
@@ -481,6 +480,7 @@ public:
     }
 
 private:
+    friend struct MatchFields;
     en_ForwardingType forwardingType_;
 };
 

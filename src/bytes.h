@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <list>
-#include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace FiltersCommon {
@@ -40,7 +40,7 @@ T allOnes()
 
 /** The value from a byte field: a short field is filled up with zeros, a long one is cut. */
 template <class T>
-T fromBytes(const std::string& bytes)
+T fromBytes(std::string_view bytes)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     T value{};
@@ -59,24 +59,6 @@ constexpr limid_t unpackLimId(std::uint32_t number)
 {
     return {{static_cast<std::uint8_t>(number >> 24), static_cast<std::uint8_t>(number >> 16),
              static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)}};
-}
-
-/** Appends the packed form of each interface to a repeated field of a message. */
-template <class RepeatedField>
-void appendPacked(RepeatedField* field, const std::list<limid_t>& limIds)
-{
-    for (const limid_t& limId : limIds)
-        field->Add(packLimId(limId));
-}
-
-/** The interfaces in a repeated field of a message. */
-template <class RepeatedField>
-std::list<limid_t> unpackAll(const RepeatedField& field)
-{
-    std::list<limid_t> limIds;
-    for (const std::uint32_t number : field)
-        limIds.push_back(unpackLimId(number));
-    return limIds;
 }
 
 } // namespace FiltersCommon

@@ -1,19 +1,22 @@
 #include "filter_counter.h"
 
-#include "filter_counter.pb.h"
+#include "filter_counter_fields.h"
+#include "message_io.h"
 
 #include <ostream>
 
 namespace FiltersCommon {
 
 Counter::Counter(const CounterPB& pb)
-    : Counter(static_cast<unsigned short>(pb.id()), static_cast<counter_type_t>(pb.type()))
-{}
+{
+    MessageReader<CounterPB> reader(pb);
+    *this = readCounter(reader);
+}
 
 void Counter::Serialize(CounterPB* pb) const
 {
-    pb->set_id(id_);
-    pb->set_type(type_);
+    MessageWriter<CounterPB> writer(pb);
+    writeCounter(writer, *this);
 }
 
 namespace {

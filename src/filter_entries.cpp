@@ -3,6 +3,7 @@
 #include "entry_additions.h"
 #include "kinds.h"
 #include "ordered_maps.h"
+#include "policers.h"
 
 #include <algorithm>
 #include <iterator>
@@ -242,12 +243,6 @@ filtersErr_t FiltersEntry::setActions(const ActionMap& from)
 // --------------------------------------------------------------------------------------- equality
 
 namespace {
-
-bool samePolicer(const policer::Policer& a, const policer::Policer& b)
-{
-    return a.GetId() == b.GetId() && a.GetStage() == b.GetStage() && a.GetMode() == b.GetMode() &&
-           a.GetActions() == b.GetActions();
-}
 
 /** The same kinds, and under each kind equal objects. Both maps are in the order of the kinds. */
 template <class Map>

@@ -1,33 +1,32 @@
 /**
- * Messages as scratch space on the way to bytes and back.
+ * Whole messages as bytes, written and read in the shortest way that gives the runtime's result.
  */
 #ifndef FILTER_COMMON_SRC_MESSAGES_H
 #define FILTER_COMMON_SRC_MESSAGES_H
 
+#include "byte_io.h"
 #include "filter_serialized.h"
+#include "message_io.h"
 
 #include <scratch_message.h>
 
-#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace FiltersCommon {
 
-/** Makes room in a repeated field for so many elements more. */
-template <class RepeatedField>
-void reserveMore(RepeatedField* field, std::size_t count)
+/**
+ * Replaces the contents of @p out by what @p write writes; by nothing if that is more than one
+ * message may have, as the runtime does.
+ */
+template <class Write>
+void serializeMessage(std::string* out, Write write)
 {
-    field->Reserve(field->size() + static_cast<int>(count));
-}
-
-/** Replaces the contents of @p out by the bytes of the message that @p fill fills. */
-template <class Message, class Fill>
-void serializeMessage(std::string* out, Fill fill)
-{
-    messages::ScratchMessage<Message> message;
-    fill(message.get());
     std::string bytes;
-    message.get()->SerializeToString(&bytes);
+    ByteWriter writer(&bytes);
+    write(writer);
+    if (!writer.finish())
+        bytes.clear();
     out->swap(bytes);
 }
 
@@ -41,17 +40,25 @@ void serializeInto(FiltersSerialized* out, const Object& object)
 }
 
 /**
- * Gives @p use the message that the parser made of @p bytes. Whether they parsed to their end, and
- * whether all required fields were there, is deliberately not asked: what was read counts. The
- * parser is not let ask either, for it would write to the log, which can crash it when memory is
- * short.
+ * Has @p read read the bytes. Where it does not understand them, because they are not as the
+ * library writes them, it reads the message that the runtime's parser makes of them. Whether they
+ * parsed to their end, and whether all required fields were there, is deliberately not asked: what
+ * was read counts. The parser is not let ask either, for it would write to the log, which can crash
+ * it when memory is short. More bytes than one message may have read as no bytes.
  */
-template <class Message, class Use>
-void parseMessage(const std::string& bytes, Use use)
+template <class Message, class Read>
+void readMessage(std::string_view bytes, Read read)
 {
+    if (bytes.size() > MAX_MESSAGE)
+        bytes = bytes.substr(0, 0);
+    ByteReader direct(bytes);
+    if (read(direct))
+        return;
     messages::ScratchMessage<Message> message;
-    static_cast<void>(message.get()->ParsePartialFromString(bytes));
-    use(message.get());
+    static_cast<void>(
+        message.get()->ParsePartialFromArray(bytes.data(), static_cast<int>(bytes.size())));
+    MessageReader<Message> reader(*message.get());
+    read(reader);
 }
 
 } // namespace FiltersCommon

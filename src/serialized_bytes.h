@@ -1,7 +1,7 @@
 #ifndef FILTER_COMMON_SRC_SERIALIZED_BYTES_H
 #define FILTER_COMMON_SRC_SERIALIZED_BYTES_H
 
-#include <string>
+#include <string_view>
 
 namespace FiltersCommon {
 
@@ -9,9 +9,9 @@ class FiltersSerialized;
 
 /**
  * As many bytes as size() says, the terminating zero included: it reads as a field tag of 0, at
- * which the parser stops with all that came before it.
+ * which the parser stops with all that came before it. Valid as long as the envelope's data.
  */
-std::string bytesOf(const FiltersSerialized& s);
+std::string_view bytesOf(const FiltersSerialized& s);
 
 } // namespace FiltersCommon
 

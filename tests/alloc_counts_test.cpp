@@ -204,11 +204,14 @@ TEST_F(AllocationCounts, OfTheCopyOfAGroupAreThoseOfOneCopyOfEachEntry)
 
 // ------------------------------------------------------------------------------------------ bytes
 
+/** A redirection is always made with a port, also where that is replaced by what is read. */
+constexpr std::size_t OF_A_BLANK_REDIRECT = 1;
+
 /** What the policer library allocates for the policer of a rule. */
 Allocations ofPolicerFromBytes()
 {
     const std::string bytes = ruleOf(1).getPolicer().Serialize();
-    return allocationsOf([&] { policer::Policer policer(bytes); });
+    return allocationsOf([&] { policer::Policer policer{std::string(bytes)}; });
 }
 
 Allocations ofPolicerToBytes()
@@ -217,39 +220,52 @@ Allocations ofPolicerToBytes()
     return allocationsOf([&] { rule.getPolicer().Serialize(); });
 }
 
-TEST_F(AllocationCounts, OfWritingAGroupAreHardlyMoreThanThoseOfThePolicers)
+TEST_F(AllocationCounts, OfWritingAGroupAreThoseOfThePolicers)
 {
     const double writing = perEntry([](const FiltersGroup& group) {
         std::string bytes;
         group.serialize(&bytes);
     });
-    EXPECT_LT(writing, static_cast<double>(ofPolicerToBytes().count) + 1);
+    // The string grows by doubling.
+    EXPECT_NEAR(writing, static_cast<double>(ofPolicerToBytes().count), 0.01);
 }
 
-TEST_F(AllocationCounts, OfReadingAGroupAreNoMoreThanThoseOfBuildingIt)
+TEST_F(AllocationCounts, OfReadingAGroupAreThoseOfItsCopyAndThePolicers)
 {
-    const FiltersGroup few = groupOf(1000);
+    const double copying = perEntry([](const FiltersGroup& group) { FiltersGroup copy(group); });
     std::string bytes;
-    few.serialize(&bytes);
-    const Allocations building = allocationsOf([] { groupOf(1000); });
-    const Allocations reading = allocationsOf([&] { FiltersGroup group(bytes); });
-    EXPECT_LE(reading.count, building.count);
-}
-
-TEST_F(AllocationCounts, OfReadingAGroupHoldOneCopyOfEachEntry)
-{
-    const double copying = perEntry(
-        [](const FiltersGroup& group) { FiltersGroup::EntryMap copy(group.getEntries()); });
-    std::string bytes;
+    const double writing = perEntry([&](const FiltersGroup& group) { group.serialize(&bytes); });
     const double readingAndWriting = perEntry([&](const FiltersGroup& group) {
         group.serialize(&bytes);
         FiltersGroup read(bytes);
     });
-    const double writing = perEntry([&](const FiltersGroup& group) { group.serialize(&bytes); });
 
-    // Beside the entry: the policer, the bytes of it in the message, and a share of the message.
-    const double reading = readingAndWriting - writing;
-    EXPECT_LT(reading, copying + static_cast<double>(ofPolicerFromBytes().count) + 2);
+    // A copy copies the three actions of the policer, a policer from bytes makes them.
+    const double expected = copying - 3 + static_cast<double>(ofPolicerFromBytes().count);
+    EXPECT_NEAR(readingAndWriting - writing, expected + OF_A_BLANK_REDIRECT, 0.01);
+}
+
+/** No message is made on the way: that would show. */
+TEST_F(AllocationCounts, OfReadingAnEntryOfAnyKindAreThoseOfItsCopy)
+{
+    for (const Named<FiltersEntry>& sample : entriesOfEachKind()) {
+        std::string bytes;
+        sample.object->serialize(&bytes);
+        const Allocations copying = allocationsOf([&] { FiltersEntry copy(*sample.object); });
+        const Allocations reading = allocationsOf([&] { FiltersEntry read(bytes); });
+        const bool redirects = sample.object->getActionsRef().count(ACTION_REDIRECT) != 0;
+        EXPECT_EQ(reading.count, copying.count + (redirects ? OF_A_BLANK_REDIRECT : 0))
+            << sample.name;
+    }
+}
+
+TEST_F(AllocationCounts, OfReadingAnEnvelopeAreThoseOfReadingItsBytes)
+{
+    std::string bytes;
+    groupOf(100).serialize(&bytes);
+    FiltersSerialized envelope(bytes);
+    EXPECT_EQ(allocationsOf([&] { FiltersGroup read(envelope); }),
+              allocationsOf([&] { FiltersGroup read(bytes); }));
 }
 
 } // namespace

@@ -169,6 +169,25 @@ inline std::vector<Named<FiltersEntry>> entrySamples()
     };
 }
 
+/** An entry for each form of each match class and of each action class. */
+inline std::vector<Named<FiltersEntry>> entriesOfEachKind()
+{
+    std::vector<Named<FiltersEntry>> entries;
+    for (const Sample<Match>& sample : matchSamples())
+        entries.push_back(namedEntry(sample.name.c_str(), 1, [&](FiltersEntry& entry) {
+            FiltersEntry::MatchMap one;
+            one[sample.object->getType()] = sample.copy();
+            entry.copyMatches(one);
+        }));
+    for (const Sample<Action>& sample : actionSamples())
+        entries.push_back(namedEntry(sample.name.c_str(), 1, [&](FiltersEntry& entry) {
+            FiltersEntry::ActionMap one;
+            one[sample.object->getType()] = sample.copy();
+            entry.copyActions(one);
+        }));
+    return entries;
+}
+
 // ----------------------------------------------------------------------------------------- groups
 
 template <class Fill>

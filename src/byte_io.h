@@ -1,0 +1,316 @@
+/**
+ * Writing the bytes of a message without a message, and reading them back.
+ *
+ * The writer writes exactly the bytes that the runtime would write: each field that is set, in
+ * ascending order of the field numbers, lengths and numbers in the shortest form. The reader
+ * understands these bytes and nothing else; whatever differs is left to the runtime's own parser.
+ */
+#ifndef FILTER_COMMON_SRC_BYTE_IO_H
+#define FILTER_COMMON_SRC_BYTE_IO_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace FiltersCommon {
+
+/** How the value of a field is written. */
+enum WireType : std::uint32_t { VARINT = 0, LENGTH_DELIMITED = 2 };
+
+/** What a field begins with: its number and its wire type. */
+template <class Field, WireType type>
+struct Tag {
+    static constexpr std::uint32_t VALUE = Field::NUMBER << 3 | type;
+    static_assert(VALUE < 1 << 14, "one byte or two");
+
+    static constexpr std::size_t SIZE = VALUE < 0x80 ? 1 : 2;
+    static constexpr std::array<char, 2> BYTES = {
+        static_cast<char>(SIZE == 1 ? VALUE : (VALUE & 0x7F) | 0x80),
+        static_cast<char>(VALUE >> 7)};
+};
+
+template <class Field>
+using NumberTag = Tag<Field, VARINT>;
+template <class Field>
+using LengthTag = Tag<Field, LENGTH_DELIMITED>;
+
+/** A number takes at most so many bytes. */
+constexpr std::size_t MAX_VARINT = 10;
+
+/** The most bytes that the runtime reads or writes as one message. */
+constexpr std::size_t MAX_MESSAGE = std::numeric_limits<int>::max();
+
+/** The number as the 64 bits that are written: a negative number keeps its sign. */
+template <class Field>
+constexpr std::uint64_t widened(std::uint32_t number)
+{
+    if constexpr (std::is_same_v<typename Field::Type, std::int32_t>)
+        return static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(number)});
+    else
+        return number;
+}
+
+// ---------------------------------------------------------------------------------------- writing
+
+class ByteWriter {
+public:
+    /** Appends to @p out, in which nothing counts before finish(). */
+    explicit ByteWriter(std::string* out) : out_(out) {}
+    ByteWriter(const ByteWriter&) = delete;
+    ByteWriter& operator=(const ByteWriter&) = delete;
+
+    template <class Field>
+    void number(Field, std::uint32_t number)
+    {
+        reserve(NumberTag<Field>::SIZE + MAX_VARINT);
+        putTag<NumberTag<Field>>();
+        putVarint(widened<Field>(number));
+    }
+
+    template <class Field>
+    void bytes(Field, std::string_view bytes)
+    {
+        reserve(LengthTag<Field>::SIZE + MAX_VARINT + bytes.size());
+        putTag<LengthTag<Field>>();
+        putVarint(bytes.size());
+        std::memcpy(end_, bytes.data(), bytes.size());
+        end_ += bytes.size();
+    }
+
+    template <class Field>
+    void addNumber(Field field, std::uint32_t value)
+    {
+        number(field, value);
+    }
+
+    /** What is written here is fresh. */
+    template <class Field>
+    void clear(Field)
+    {}
+
+    template <class Field, class Fill>
+    void message(Field, Fill fill)
+    {
+        reserve(LengthTag<Field>::SIZE + MAX_VARINT);
+        putTag<LengthTag<Field>>();
+        ++end_; // of the length, which is one byte but for long parts
+        const std::size_t start = size();
+        ++depth_;
+        fill(*this);
+        --depth_;
+        putLength(start);
+        if (depth_ == 0)
+            flush();
+    }
+
+    template <class Field, class Container, class Fill>
+    void elements(Field field, const Container& objects, Fill fill)
+    {
+        for (const auto& object : objects)
+            message(field, [&](ByteWriter& element) { fill(element, object); });
+    }
+
+    /** @return false if the bytes are more than one message may have */
+    bool finish()
+    {
+        flush();
+        return out_->size() <= MAX_MESSAGE;
+    }
+
+private:
+    std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
+
+    void reserve(std::size_t more)
+    {
+        if (static_cast<std::size_t>(limit_ - end_) < more)
+            grow(more);
+    }
+
+    void grow(std::size_t more)
+    {
+        const std::size_t used = size();
+        const std::size_t capacity = 2 * used + more;
+        std::unique_ptr<char[]> larger(new char[capacity]);
+        std::memcpy(larger.get(), begin_, used);
+        begin_ = larger.get();
+        end_ = begin_ + used;
+        limit_ = begin_ + capacity;
+        heap_ = std::move(larger);
+    }
+
+    template <class Tag>
+    void putTag()
+    {
+        for (std::size_t i = 0; i < Tag::SIZE; ++i)
+            *end_++ = Tag::BYTES[i];
+    }
+
+    void putVarint(std::uint64_t number)
+    {
+        for (; number >= 0x80; number >>= 7)
+            *end_++ = static_cast<char>((number & 0x7F) | 0x80);
+        *end_++ = static_cast<char>(number);
+    }
+
+    /** Writes the length of the part that starts at @p start into the byte before it. */
+    void putLength(std::size_t start)
+    {
+        const std::size_t length = size() - start;
+        if (length >= 0x80) {
+            reserve(MAX_VARINT);
+            std::size_t extra = 0;
+            for (std::size_t rest = length >> 7; rest != 0; rest >>= 7)
+                ++extra;
+            std::memmove(begin_ + start + extra, begin_ + start, length);
+        }
+        end_ = begin_ + start - 1;
+        putVarint(length);
+        end_ += length;
+    }
+
+    /** Hands over what is complete. */
+    void flush()
+    {
+        out_->append(begin_, size());
+        end_ = begin_;
+    }
+
+    std::string* out_;
+    int depth_ = 0;
+    std::array<char, 512> first_;
+    std::unique_ptr<char[]> heap_;
+    char* begin_ = first_.data();
+    char* end_ = begin_;
+    char* limit_ = begin_ + first_.size();
+};
+
+// ---------------------------------------------------------------------------------------- reading
+
+/**
+ * Reads the fields in the order in which they are asked for. Once something else stands there, the
+ * reader has not understood the bytes, and what it returns means nothing.
+ */
+class ByteReader {
+public:
+    explicit ByteReader(std::string_view bytes)
+        : next_(bytes.data()), end_(bytes.data() + bytes.size())
+    {}
+
+    template <class Field>
+    std::uint32_t number(Field)
+    {
+        take<NumberTag<Field>>();
+        const std::uint64_t wide = varint();
+        const auto number = static_cast<std::uint32_t>(wide);
+        if (wide != widened<Field>(number))
+            giveUp();
+        return number;
+    }
+
+    /** Valid as long as the bytes. */
+    template <class Field>
+    std::string_view bytes(Field)
+    {
+        take<LengthTag<Field>>();
+        return part();
+    }
+
+    template <class Field, class Use>
+    void numbers(Field field, Use use)
+    {
+        while (stands<NumberTag<Field>>())
+            use(number(field));
+    }
+
+    template <class Field, class Use>
+    void message(Field field, Use use)
+    {
+        ByteReader part(bytes(field));
+        if (!understood_)
+            return;
+        use(part);
+        understood_ = part.understood_ && part.next_ == part.end_;
+    }
+
+    template <class Field, class Use>
+    void elements(Field field, Use use)
+    {
+        while (understood_ && stands<LengthTag<Field>>())
+            message(field, use);
+    }
+
+    /**
+     * Whether the bytes were understood to their end. The zero that ends the bytes of an envelope
+     * may follow, at which the runtime's parser stops too.
+     */
+    bool understood() const
+    {
+        return understood_ && (next_ == end_ || (end_ - next_ == 1 && *next_ == 0));
+    }
+
+private:
+    std::size_t left() const { return static_cast<std::size_t>(end_ - next_); }
+
+    template <class Tag>
+    bool stands() const
+    {
+        return left() >= Tag::SIZE && std::memcmp(next_, Tag::BYTES.data(), Tag::SIZE) == 0;
+    }
+
+    template <class Tag>
+    void take()
+    {
+        if (stands<Tag>())
+            next_ += Tag::SIZE;
+        else
+            giveUp();
+    }
+
+    std::uint64_t varint()
+    {
+        std::uint64_t number = 0;
+        for (unsigned shift = 0; shift < 7 * MAX_VARINT && next_ != end_; shift += 7) {
+            const auto byte = static_cast<unsigned char>(*next_++);
+            number |= std::uint64_t{byte & 0x7FU} << shift;
+            if (byte == 0 && shift != 0)
+                break; // not the shortest form
+            if (byte < 0x80)
+                return number;
+        }
+        giveUp();
+        return 0;
+    }
+
+    /** The bytes of a length-delimited value. */
+    std::string_view part()
+    {
+        const std::uint64_t length = varint();
+        if (length > left()) {
+            giveUp();
+            return {};
+        }
+        const std::string_view bytes(next_, static_cast<std::size_t>(length));
+        next_ += length;
+        return bytes;
+    }
+
+    void giveUp()
+    {
+        understood_ = false;
+        next_ = end_;
+    }
+
+    const char* next_;
+    const char* end_;
+    bool understood_ = true;
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_BYTE_IO_H
