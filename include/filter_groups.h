@@ -35,7 +35,7 @@ public:
 
     /** Priority 0, stage 0, type 0, no entries. */
     explicit FiltersGroup(const filtersGroupId_t& id) : id_(id) {}
-    FiltersGroup(const FiltersGroup& other) = default;
+    FiltersGroup(const FiltersGroup& other);
     FiltersGroup(FiltersGroup&& other) noexcept = default;
     FiltersGroup& operator=(const FiltersGroup& other);
     FiltersGroup& operator=(FiltersGroup&& other) noexcept = default;
@@ -73,7 +73,7 @@ public:
     filtersErr_t removeEntry(const filtersEntryId_t& id);
 
     /** Copies of all entries. */
-    EntryMap getEntries() const { return entries_; }
+    EntryMap getEntries() const;
     /** The entries themselves, valid while the group lives and is not changed. */
     const EntryMap& getEntriesRef() const { return entries_; }
 

@@ -7,6 +7,11 @@
 
 namespace FiltersCommon {
 
+FiltersGroup::FiltersGroup(const FiltersGroup& other)
+    : id_(other.id_), priority_(other.priority_), stage_(other.stage_), type_(other.type_),
+      entries_(other.getEntries())
+{}
+
 FiltersGroup& FiltersGroup::operator=(const FiltersGroup& other)
 {
     return *this = FiltersGroup(other);
@@ -59,6 +64,15 @@ filtersErr_t FiltersGroup::insertEntry(const FiltersEntry& entry)
 filtersErr_t FiltersGroup::removeEntry(const filtersEntryId_t& id)
 {
     return entries_.erase(id) == 0 ? FILTERS_ERR_NOT_FOUND : FILTERS_OK;
+}
+
+FiltersGroup::EntryMap FiltersGroup::getEntries() const
+{
+    // Made in ascending order, unlike the copy of a map: who walks the copy walks the memory.
+    EntryMap copies;
+    for (const auto& [id, entry] : entries_)
+        copies.emplace_hint(copies.end(), id, entry);
+    return copies;
 }
 
 bool FiltersGroup::operator==(const FiltersGroup& other) const
