@@ -1,0 +1,115 @@
+/**
+ * Times every operation with Google Benchmark, and counts what it allocates.
+ *
+ *     filter_bench [--rules=FILE] [--sizes=N,N,...] [options of Google Benchmark]
+ *
+ * The time is that of the processor, so that others on the machine disturb little. Progress goes to
+ * standard error: with repetitions in random order, results come all at the end.
+ */
+#include "allocations.h"
+#include "operations.h"
+#include "options.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <ctime>
+#include <exception>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using namespace bench;
+
+double processorSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+/** Says how far the measurements are, not more than once a second. */
+class Progress {
+public:
+    explicit Progress(std::size_t benchmarks) : benchmarks_(benchmarks) {}
+
+    void begin(const std::string& title)
+    {
+        ++measurements_;
+        const std::time_t now = std::time(nullptr);
+        if (now == last_)
+            return;
+        last_ = now;
+        std::fprintf(stderr, "bench: %zu benchmarks, %zu measurements begun in %lld s: %s\n",
+                     benchmarks_, measurements_, static_cast<long long>(now - first_),
+                     title.c_str());
+    }
+
+private:
+    const std::size_t benchmarks_;
+    const std::time_t first_ = std::time(nullptr);
+    std::time_t last_ = 0;
+    std::size_t measurements_ = 0;
+};
+
+/** One run beside those that are timed. */
+Allocations allocationsOf(const Operation& operation)
+{
+    operation.prepare();
+    startCounting();
+    operation.run();
+    const Allocations allocations = stopCounting();
+    operation.clear();
+    return allocations;
+}
+
+void measure(benchmark::State& state, const Operation& operation)
+{
+    for (auto _ : state) {
+        operation.prepare();
+        const double begin = processorSeconds();
+        operation.run();
+        state.SetIterationTime(processorSeconds() - begin);
+        operation.clear();
+    }
+    const auto rules = static_cast<double>(operation.rules);
+    const Allocations allocations = allocationsOf(operation);
+    state.counters["rules"] = rules;
+    state.counters["allocations"] = static_cast<double>(allocations.count) / rules;
+    state.counters["live_bytes"] = static_cast<double>(allocations.live) / rules;
+}
+
+void registerAll(const std::vector<Workload>& workloads, Progress& progress)
+{
+    for (const Workload& workload : workloads)
+        for (const Description& description : allOperations()) {
+            const std::string title = description.title() + "/" + std::to_string(workload.size);
+            benchmark::RegisterBenchmark(title.c_str(), [=, &workload, &progress](auto& state) {
+                progress.begin(title);
+                measure(state, description.make(workload.rules));
+            })->UseManualTime();
+        }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const std::vector<Workload> workloads = takeWorkloads(argc, argv);
+        benchmark::Initialize(&argc, argv);
+        if (workloads.empty() || benchmark::ReportUnrecognizedArguments(argc, argv))
+            return 2;
+        for (const Workload& workload : workloads)
+            checkThatSubjectsAgree(workload.rules);
+        Progress progress(workloads.size() * allOperations().size());
+        registerAll(workloads, progress);
+        benchmark::RunSpecifiedBenchmarks();
+        benchmark::Shutdown();
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "filter_bench: " << error.what() << "\n";
+        return 1;
+    }
+}

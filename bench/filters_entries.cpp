@@ -1,0 +1,124 @@
+#include "filters.h"
+#include "operations.h"
+
+#include <algorithm>
+
+namespace bench {
+
+using namespace FiltersCommon;
+
+namespace {
+
+using Entries = std::vector<FiltersEntry>;
+
+Entries entriesOf(const Rules& rules)
+{
+    Entries entries;
+    entries.reserve(rules.size());
+    for (std::size_t id = 0; id < rules.size(); ++id)
+        entries.push_back(entryOf(id, rules[id]));
+    return entries;
+}
+
+/** The operation that does @p act with each entry, and has to get true of each. */
+template <class Act>
+Operation withEach(const std::shared_ptr<Entries>& entries, Act act)
+{
+    return asking(entries->size(), [entries, act] {
+        bool done = true;
+        for (FiltersEntry& entry : *entries)
+            done = act(entry) && done;
+        return done;
+    });
+}
+
+// Every entry of any rule set takes a match of the time to live, which no rule asks for.
+
+bool addMatch(FiltersEntry& entry) { return entry.setMatch(MatchTTL(64)) == FILTERS_OK; }
+
+bool dropMatch(FiltersEntry& entry) { return entry.deleteMatch(MATCH_TTL) == FILTERS_OK; }
+
+void all(Entries& entries, bool (*act)(FiltersEntry&))
+{
+    std::for_each(entries.begin(), entries.end(), act);
+}
+
+Operation matchSet(const Rules& rules)
+{
+    auto entries = std::make_shared<Entries>(entriesOf(rules));
+    Operation operation = withEach(entries, addMatch);
+    operation.prepare = [entries] { all(*entries, dropMatch); };
+    return operation;
+}
+
+Operation matchGet(const Rules& rules)
+{
+    auto entries = std::make_shared<Entries>(entriesOf(rules));
+    all(*entries, addMatch);
+    return withEach(entries, [](FiltersEntry& entry) {
+        MatchTTL match(0);
+        return entry.getMatch(match) == FILTERS_OK && match.getTTL() == 64;
+    });
+}
+
+Operation matchDelete(const Rules& rules)
+{
+    auto entries = std::make_shared<Entries>(entriesOf(rules));
+    Operation operation = withEach(entries, dropMatch);
+    operation.prepare = [entries] { all(*entries, addMatch); };
+    return operation;
+}
+
+Operation entryCopy(const Rules& rules)
+{
+    return making(rules.size(), [entries = std::make_shared<Entries>(entriesOf(rules))] {
+        // As one block, which is there before an entry is copied.
+        Entries copies;
+        copies.reserve(entries->size());
+        for (const FiltersEntry& entry : *entries)
+            copies.push_back(entry);
+        return copies;
+    });
+}
+
+std::vector<std::string> bytesOfEach(const Entries& entries)
+{
+    std::vector<std::string> bytes(entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        entries[i].serialize(&bytes[i]);
+    return bytes;
+}
+
+Operation entryToBytes(const Rules& rules)
+{
+    return making(rules.size(), [entries = std::make_shared<Entries>(entriesOf(rules))] {
+        return bytesOfEach(*entries);
+    });
+}
+
+Operation entryFromBytes(const Rules& rules)
+{
+    return making(rules.size(), [bytes = bytesOfEach(entriesOf(rules))] {
+        Entries entries;
+        entries.reserve(bytes.size());
+        for (const std::string& each : bytes)
+            entries.emplace_back(each);
+        return entries;
+    });
+}
+
+} // namespace
+
+Descriptions filtersEntryOperations()
+{
+    return {
+        {"filters", "match_set", matchSet},
+        {"filters", "match_get", matchGet},
+        {"filters", "match_delete", matchDelete},
+        {"filters", "entry_copy", entryCopy},
+        {"filters", "entry_to_bytes", entryToBytes},
+        {"filters", "entry_from_bytes", entryFromBytes},
+    };
+}
+
+} // namespace bench
