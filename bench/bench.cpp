@@ -53,17 +53,6 @@ private:
     std::size_t measurements_ = 0;
 };
 
-/** One run beside those that are timed. */
-Allocations allocationsOf(const Operation& operation)
-{
-    operation.prepare();
-    startCounting();
-    operation.run();
-    const Allocations allocations = stopCounting();
-    operation.clear();
-    return allocations;
-}
-
 void measure(benchmark::State& state, const Operation& operation)
 {
     for (auto _ : state) {
@@ -74,6 +63,7 @@ void measure(benchmark::State& state, const Operation& operation)
         operation.clear();
     }
     const auto rules = static_cast<double>(operation.rules);
+    // One run beside those that are timed.
     const Allocations allocations = allocationsOf(operation);
     state.counters["rules"] = rules;
     state.counters["allocations"] = static_cast<double>(allocations.count) / rules;

@@ -171,6 +171,18 @@ struct Sixteenth {
     std::vector<FiltersEntry> entries;
 };
 
+/** The least that an insertion has to make. */
+Operation nodeCopy(const Rules& rules)
+{
+    const auto some = std::make_shared<Sixteenth>(rules);
+    return making(some->entries.size(), [some] {
+        FiltersGroup::EntryMap copies;
+        for (const FiltersEntry& entry : some->entries)
+            copies.emplace_hint(copies.end(), entry.getId(), entry);
+        return copies;
+    });
+}
+
 Operation insertion(const Rules& rules)
 {
     auto some = std::make_shared<Sixteenth>(rules);
@@ -197,23 +209,13 @@ Operation removal(const Rules& rules)
 
 Operation listing(const Rules& rules)
 {
-    auto listed = std::make_shared<entriesStruct>();
-    Operation operation;
-    operation.rules = rules.size();
-    operation.run = [group = sharedGroupOf(rules), listed] {
-        filtersGroupGetEntries(group.get(), listed.get());
-    };
-    operation.clear = [listed] { deleteFiltersEntriesStruct(listed.get()); };
-    return operation;
-}
-
-Operation listingFreed(const Rules& rules)
-{
-    Operation operation = listing(rules);
-    std::swap(operation.prepare, operation.run);
-    std::swap(operation.run, operation.clear);
-    operation.clear = [] {};
-    return operation;
+    return asking(rules.size(), [group = sharedGroupOf(rules)] {
+        entriesStruct listed{};
+        filtersGroupGetEntries(group.get(), &listed);
+        const bool complete = listed.count == static_cast<int>(group->getEntriesRef().size());
+        deleteFiltersEntriesStruct(&listed);
+        return complete;
+    });
 }
 
 } // namespace
@@ -231,11 +233,11 @@ Descriptions filtersOperations()
         {"filters", "destroy", destroy},
         {"filters", "stage_change", stageChange},
         {"filters", "type_change", typeChange},
+        {"filters", "node_copy", nodeCopy},
         {"filters", "insertion", insertion},
         {"filters", "replacement", replacement},
         {"filters", "removal", removal},
         {"filters", "listing", listing},
-        {"filters", "listing_freed", listingFreed},
     };
 }
 

@@ -71,14 +71,16 @@ Operation matchDelete(const Rules& rules)
 
 Operation entryCopy(const Rules& rules)
 {
-    return making(rules.size(), [entries = std::make_shared<Entries>(entriesOf(rules))] {
-        // As one block, which is there before an entry is copied.
-        Entries copies;
-        copies.reserve(entries->size());
-        for (const FiltersEntry& entry : *entries)
-            copies.push_back(entry);
-        return copies;
-    });
+    auto copies = std::make_shared<Entries>();
+    copies->reserve(rules.size());
+    Operation operation;
+    operation.rules = rules.size();
+    operation.run = [copies, entries = entriesOf(rules)] {
+        for (const FiltersEntry& entry : entries)
+            copies->push_back(entry);
+    };
+    operation.clear = [copies] { copies->clear(); };
+    return operation;
 }
 
 std::vector<std::string> bytesOfEach(const Entries& entries)

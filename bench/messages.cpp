@@ -27,7 +27,7 @@ namespace {
 MatchPB* addMatch(FiltersEntryPB* entry, filtersMatch_t kind)
 {
     MatchPB* match = entry->add_matches_();
-    match->set_type_(kind);
+    match->set_type_(static_cast<std::uint32_t>(kind));
     return match;
 }
 
@@ -62,7 +62,8 @@ void fillEntry(FiltersEntryPB* entry, std::size_t id, const Rule& rule, const st
         addMatch(entry, MATCH_IP_PROTOCOL)->set_ipprotocol_(*rule.protocol);
     if (entry->matches__size() == 0)
         addMatch(entry, MATCH_ALL);
-    entry->add_actions_()->set_type_(rule.deny ? ACTION_DENY : ACTION_PERMIT);
+    const filtersAction_t action = rule.deny ? ACTION_DENY : ACTION_PERMIT;
+    entry->add_actions_()->set_type_(static_cast<std::uint32_t>(action));
     CounterPB* counter = entry->mutable_counter_();
     counter->set_id(Counter().GetId());
     counter->set_type(Counter().GetType());

@@ -115,7 +115,8 @@ Chain chainOf(const Rules& rules)
 std::string bytesOf(nftnl_chain* chain)
 {
     constexpr std::size_t LARGEST = 4096;
-    alignas(nlmsghdr) static char message[LARGEST];
+    // Filled, for libmnl leaves what pads an attribute as it was.
+    alignas(nlmsghdr) char message[LARGEST] = {};
     std::string bytes;
     nftnl_rule_iter* rules = nftnl_rule_iter_create(chain);
     std::uint32_t sequence = 0;

@@ -27,6 +27,16 @@ Descriptions allOperations()
     return all;
 }
 
+Allocations allocationsOf(const Operation& operation)
+{
+    operation.prepare();
+    startCounting();
+    operation.run();
+    const Allocations allocations = stopCounting();
+    operation.clear();
+    return allocations;
+}
+
 namespace {
 
 void require(bool condition, const char* what)

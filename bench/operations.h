@@ -7,6 +7,7 @@
 #ifndef FILTER_COMMON_BENCH_OPERATIONS_H
 #define FILTER_COMMON_BENCH_OPERATIONS_H
 
+#include "allocations.h"
 #include "rules.h"
 
 #include <cstddef>
@@ -48,6 +49,9 @@ Descriptions allOperations();
 
 /** Raises std::logic_error unless the subjects write the same bytes and texts of the rules. */
 void checkThatSubjectsAgree(const Rules& rules);
+
+/** What one run of the operation allocates. */
+Allocations allocationsOf(const Operation& operation);
 
 /** The operation that makes something. What was made is freed when it is cleared. */
 template <class Make>

@@ -1,0 +1,132 @@
+/**
+ * Counts, once for each operation, what does not depend on the machine's mood.
+ *
+ *     filter_counts [--rules=FILE] [--sizes=N,N,...] [--subject=NAME] allocations | instructions
+ *
+ * For each operation a line with its title, the number of its rules, and for "allocations" how many
+ * allocations it made and how many bytes more live after it. "instructions" runs under callgrind
+ * without instrumentation at its start, and has it dump the instructions of each operation under
+ * its title; bench/report/counts.py runs it and reads the dumps.
+ */
+#include "allocations.h"
+#include "operations.h"
+#include "options.h"
+
+#ifdef HAVE_CALLGRIND
+#include <valgrind/callgrind.h>
+#endif
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <string>
+
+namespace {
+
+using namespace bench;
+
+void countAllocations(const std::string& title, const Description& description,
+                      const Workload& workload)
+{
+    const Operation operation = description.make(workload.rules);
+    const Allocations allocations = allocationsOf(operation);
+    std::printf("%s %zu %zu %lld\n", title.c_str(), operation.rules, allocations.count,
+                static_cast<long long>(allocations.live));
+}
+
+#ifdef HAVE_CALLGRIND
+
+/** Has what is done once in a process behind it, in the runtimes and the dynamic linker. */
+void warmUp(const Description& description, const Rules& rules)
+{
+    const Rules few(rules.begin(), rules.begin() + std::min<std::ptrdiff_t>(16, rules.size()));
+    const Operation operation = description.make(few);
+    operation.prepare();
+    operation.run();
+    operation.clear();
+}
+
+void countInstructions(const std::string& title, const Description& description,
+                       const Workload& workload)
+{
+    warmUp(description, workload.rules);
+    const Operation operation = description.make(workload.rules);
+    operation.prepare();
+    CALLGRIND_START_INSTRUMENTATION;
+    CALLGRIND_ZERO_STATS;
+    operation.run();
+    CALLGRIND_STOP_INSTRUMENTATION;
+    CALLGRIND_DUMP_STATS_AT(title.c_str());
+    operation.clear();
+    std::printf("%s %zu\n", title.c_str(), operation.rules);
+}
+
+#endif
+
+using Count = void (*)(const std::string&, const Description&, const Workload&);
+
+Count countOf(const std::string& what)
+{
+    if (what == "allocations")
+        return countAllocations;
+#ifdef HAVE_CALLGRIND
+    if (what == "instructions") {
+        if (RUNNING_ON_VALGRIND == 0)
+            throw std::runtime_error("instructions are counted under callgrind only");
+        return countInstructions;
+    }
+#endif
+    throw std::runtime_error("cannot count " + what);
+}
+
+/** Each in a process of its own, so that none finds the heap as another left it. */
+void countInAChild(Count count, const std::string& title, const Description& description,
+                   const Workload& workload)
+{
+    std::fflush(stdout);
+    std::fprintf(stderr, "counts: %s\n", title.c_str());
+    const pid_t child = fork();
+    if (child == 0) {
+        int result = 0;
+        try {
+            count(title, description, workload);
+        } catch (const std::exception& error) {
+            std::cerr << "filter_counts: " << title << ": " << error.what() << "\n";
+            result = 1;
+        }
+        std::fflush(stdout);
+        _exit(result);
+    }
+    int status = 0;
+    if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
+        throw std::runtime_error(title + " was not counted");
+}
+
+void countAll(const std::vector<Workload>& workloads, const std::string& subject, Count count)
+{
+    for (const Workload& workload : workloads)
+        for (const Description& description : allOperations())
+            if (subject.empty() || subject == description.subject)
+                countInAChild(count, description.title() + "/" + std::to_string(workload.size),
+                              description, workload);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        const std::vector<Workload> workloads = takeWorkloads(argc, argv);
+        const std::string subject = takeOption(argc, argv, "subject").value_or("");
+        if (argc != 2)
+            throw std::runtime_error("say what to count: allocations or instructions");
+        countAll(workloads, subject, countOf(argv[1]));
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "filter_counts: " << error.what() << "\n";
+        return 1;
+    }
+}

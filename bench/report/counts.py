@@ -1,0 +1,76 @@
+"""What repeats exactly: allocations, and instructions as callgrind counts them."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+from pathlib import Path
+
+
+class Missing(Exception):
+    """What counting needs and this machine has not."""
+
+
+def callgrind(arguments, out, options=(), environment=()):
+    """Runs a program under callgrind, which dumps into files that begin with `out`."""
+    if shutil.which("valgrind") is None:
+        raise Missing("valgrind is not installed")
+    command = ["valgrind", "-q", "--tool=callgrind", f"--callgrind-out-file={out}", *options]
+    return subprocess.run(
+        [*command, *arguments],
+        env={**os.environ, **dict(environment)},
+        check=True,
+        stdout=subprocess.PIPE,
+        text=True,
+    ).stdout
+
+
+def read_dump(path):
+    """What triggered a dump, and its total of instructions."""
+    trigger, total = "", 0
+    with open(path, encoding="utf-8") as lines:
+        for line in lines:
+            if line.startswith("desc: Trigger:"):
+                trigger = line.split(":", 3)[-1].strip()
+            elif line.startswith("totals:"):
+                total = int(line.split()[1])
+    return trigger, total
+
+
+def instructions(program, arguments):
+    """{title: instructions of one run} of the operations of filter_counts."""
+    with tempfile.TemporaryDirectory() as folder:
+        lines = callgrind(
+            [program, *arguments, "instructions"],
+            f"{folder}/%p",
+            ["--instr-atstart=no"],
+            # Resolved when the program is loaded, symbols cost the operations nothing.
+            {"LD_BIND_NOW": "1"},
+        ).splitlines()
+        totals = dict(read_dump(path) for path in Path(folder).iterdir())
+    return {title: totals[title] for title in (line.split()[0] for line in lines)}
+
+
+def allocations(program, arguments):
+    """{title: (rules, allocations, bytes that live on) of one run}; needs no valgrind."""
+    lines = subprocess.run(
+        [program, *arguments, "allocations"], check=True, stdout=subprocess.PIPE, text=True
+    ).stdout.splitlines()
+    return {title: [int(n) for n in numbers] for title, *numbers in map(str.split, lines)}
+
+
+# The names that compilers give to what a source file has run when it is loaded.
+INITIALISERS = "_GLOBAL__sub_I*"
+OWN_INITIALISERS = "_GLOBAL__sub_I*.cpp"
+
+
+def loading(program):
+    """The instructions of a whole program, those of the dynamic initialisers that have names, and
+    those of them that are not of generated code."""
+    counted = []
+    initialisers, own = (f"--toggle-collect={p}" for p in (INITIALISERS, OWN_INITIALISERS))
+    for options in [], [initialisers], [own]:
+        with tempfile.TemporaryDirectory() as folder:
+            callgrind([program], f"{folder}/dump", options)
+            counted.append(read_dump(f"{folder}/dump")[1])
+    return counted
