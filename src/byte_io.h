@@ -105,7 +105,7 @@ public:
         fill(*this);
         --depth_;
         putLength(start);
-        if (depth_ == 0)
+        if (depth_ == 0 && size() > first_.size() / 2)
             flush();
     }
 
@@ -174,7 +174,7 @@ private:
         end_ += length;
     }
 
-    /** Hands over what is complete. */
+    /** Hands over what is complete: all of it, as no part is open. */
     void flush()
     {
         out_->append(begin_, size());
@@ -183,7 +183,7 @@ private:
 
     std::string* out_;
     int depth_ = 0;
-    std::array<char, 512> first_;
+    std::array<char, 4096> first_;
     std::unique_ptr<char[]> heap_;
     char* begin_ = first_.data();
     char* end_ = begin_;

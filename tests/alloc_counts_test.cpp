@@ -230,6 +230,17 @@ TEST_F(AllocationCounts, OfWritingAGroupAreThoseOfThePolicers)
     EXPECT_NEAR(writing, static_cast<double>(ofPolicerToBytes().count), 0.01);
 }
 
+TEST_F(AllocationCounts, OfWritingAnEntryAreThoseOfItsBytes)
+{
+    FiltersEntry entry(1);
+    entry.setMatch(MatchSrcIPv4(ipv4("192.0.2.0"), ipv4("255.255.255.0")));
+    entry.setMatch(MatchDstIPv4(ipv4("192.0.2.0"), ipv4("255.255.255.0")));
+    entry.setMatch(MatchDstL4Port(443));
+    entry.setAction(ActionDeny());
+    std::string bytes;
+    EXPECT_EQ(allocationsOf([&] { entry.serialize(&bytes); }).count, 1u);
+}
+
 TEST_F(AllocationCounts, OfReadingAGroupAreThoseOfItsCopyAndThePolicers)
 {
     const double copying = perEntry([](const FiltersGroup& group) { FiltersGroup copy(group); });
