@@ -64,7 +64,8 @@ add_test(NAME c_symbols.called_from_c
 function(filter_common_example_test name)
   if(TARGET ${name})
     add_test(NAME example.${name}
-      COMMAND ${CMAKE_COMMAND} -D PROGRAM=$<TARGET_FILE:${name}>
+      COMMAND ${CMAKE_COMMAND}
+        -D "COMMAND=${CMAKE_CROSSCOMPILING_EMULATOR};$<TARGET_FILE:${name}>"
         -D GOLDEN=${CMAKE_CURRENT_SOURCE_DIR}/golden/${name}.txt
         -P ${CMAKE_CURRENT_SOURCE_DIR}/CompareOutput.cmake)
   endif()

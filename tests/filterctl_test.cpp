@@ -95,7 +95,7 @@ protected:
     Outcome run(const std::string& arguments, const std::string& before = "") const
     {
         const std::string command = "cd '" + file("").string() + "' && (" + before +
-                                    "'" FILTERCTL_PROGRAM "' " + arguments + ") >../out 2>../err";
+                                    FILTERCTL_COMMAND " " + arguments + ") >../out 2>../err";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("../out"), read("../err")};
     }

@@ -1,0 +1,3 @@
+# 32 bits, and a char without a sign.
+include(${CMAKE_CURRENT_LIST_DIR}/debian.cmake)
+filter_common_debian_toolchain(armhf armv7l arm-linux-gnueabihf qemu-arm)
