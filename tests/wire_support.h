@@ -9,9 +9,6 @@
 
 #include "filter_groups.pb.h"
 
-#include <google/protobuf/text_format.h>
-#include <google/protobuf/util/message_differencer.h>
-
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -54,13 +51,7 @@ inline FiltersEntryPB written(const FiltersEntry& entry)
 
 inline FiltersGroupPB written(const FiltersGroup& group) { return group.convertToFiltersGroupPB(); }
 
-inline void parseText(const std::string& text, google::protobuf::Message* pb)
-{
-    google::protobuf::TextFormat::Parser parser;
-    parser.AllowPartialMessage(true);
-    if (!parser.ParseFromString(text, pb))
-        throw std::invalid_argument(text);
-}
+void parseText(const std::string& text, google::protobuf::Message* pb);
 
 /** The message with these fields; required ones may be missing. */
 template <class Message>
@@ -72,24 +63,10 @@ Message message(const std::string& text)
 }
 
 /** Whether exactly the same fields are present, with the same values in the same order. */
-inline testing::AssertionResult isMessage(const google::protobuf::Message& actual,
-                                          const google::protobuf::Message& expected)
-{
-    std::string difference;
-    google::protobuf::util::MessageDifferencer differencer;
-    differencer.ReportDifferencesToString(&difference);
-    if (differencer.Compare(expected, actual))
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "from expected to actual:\n" << difference;
-}
-
-inline testing::AssertionResult isMessage(const google::protobuf::Message& actual,
-                                          const std::string& expectedText)
-{
-    const std::unique_ptr<google::protobuf::Message> expected(actual.New());
-    parseText(expectedText, expected.get());
-    return isMessage(actual, *expected);
-}
+testing::AssertionResult isMessage(const google::protobuf::Message& actual,
+                                   const google::protobuf::Message& expected);
+testing::AssertionResult isMessage(const google::protobuf::Message& actual,
+                                   const std::string& expectedText);
 
 /** What a copy of a sample is to read, and the message that it then writes. */
 struct Reading {
