@@ -186,34 +186,51 @@ bool meets(int a, int b)
     return (isIPv4(a) && isIPv6(b)) || (isIPv6(a) && isIPv4(b));
 }
 
+/** Sets a match of a second class beside the only one of an entry: compiled once for each class. */
+struct JoinsAnEntry {
+    filtersMatch_t firstKind;
+    FiltersEntry (*entryWithFirst)();
+
+    template <class Second>
+    void operator()(Second second) const
+    {
+        constexpr auto SECOND_KIND = static_cast<filtersMatch_t>(Second::CODE);
+        const auto match = second.sample();
+        const bool refused = meets(firstKind, SECOND_KIND);
+
+        FiltersEntry entry = entryWithFirst();
+        const std::string before = stateOf(entry);
+        EXPECT_EQ(entry.isL3CompatibleMatch(match), !refused) << SECOND_KIND;
+        EXPECT_EQ(stateOf(entry), before);
+        EXPECT_EQ(entry.setMatch(match), refused ? FILTERS_ERR_INVALID : FILTERS_OK) << SECOND_KIND;
+        EXPECT_EQ(entry.getMatchesRef().count(SECOND_KIND), refused ? 0u : 1u);
+        EXPECT_EQ(entry.getMatchesRef().count(firstKind), 1u);
+        if (refused) {
+            EXPECT_EQ(stateOf(entry), before);
+            EXPECT_EQ(entry.deleteMatch(firstKind), FILTERS_OK);
+            EXPECT_TRUE(entry.isL3CompatibleMatch(match));
+            EXPECT_EQ(entry.setMatch(match), FILTERS_OK) << SECOND_KIND;
+        }
+    }
+};
+
 template <class Row>
-class EveryFirstMatch : public testing::Test {};
+class EveryFirstMatch : public testing::Test {
+protected:
+    static FiltersEntry entryWithFirst()
+    {
+        FiltersEntry entry;
+        EXPECT_EQ(entry.setMatch(Row::sample()), FILTERS_OK);
+        return entry;
+    }
+};
 
 TYPED_TEST_SUITE(EveryFirstMatch, test::MatchClasses::Tests, );
 
 TYPED_TEST(EveryFirstMatch, IsJoinedByAnyOtherKindButAnAddressOfTheOtherVersion)
 {
-    test::MatchClasses::forEach([](auto second) {
-        constexpr auto FIRST_KIND = static_cast<filtersMatch_t>(TypeParam::CODE);
-        constexpr auto SECOND_KIND = static_cast<filtersMatch_t>(second.CODE);
-        const bool refused = meets(FIRST_KIND, SECOND_KIND);
-
-        FiltersEntry entry;
-        ASSERT_EQ(entry.setMatch(TypeParam::sample()), FILTERS_OK);
-        const std::string before = stateOf(entry);
-        EXPECT_EQ(entry.isL3CompatibleMatch(second.sample()), !refused) << second.CODE;
-        EXPECT_EQ(stateOf(entry), before);
-        EXPECT_EQ(entry.setMatch(second.sample()), refused ? FILTERS_ERR_INVALID : FILTERS_OK)
-            << second.CODE;
-        EXPECT_EQ(entry.getMatchesRef().count(SECOND_KIND), refused ? 0u : 1u);
-        EXPECT_EQ(entry.getMatchesRef().count(FIRST_KIND), 1u);
-        if (refused) {
-            EXPECT_EQ(stateOf(entry), before);
-            EXPECT_EQ(entry.deleteMatch(FIRST_KIND), FILTERS_OK);
-            EXPECT_TRUE(entry.isL3CompatibleMatch(second.sample()));
-            EXPECT_EQ(entry.setMatch(second.sample()), FILTERS_OK) << second.CODE;
-        }
-    });
+    const auto kind = static_cast<filtersMatch_t>(TypeParam::CODE);
+    test::MatchClasses::forEach(JoinsAnEntry{kind, &TestFixture::entryWithFirst});
 }
 
 TYPED_TEST(EveryFirstMatch, JoinsAnEmptyEntry)
