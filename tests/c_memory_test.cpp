@@ -1,5 +1,5 @@
 /**
- * The C interface when memory runs out, and what it leaves allocated.
+ * What the C interface leaves allocated.
  */
 #include "c_support.h"
 #include "test_allocator.h"
@@ -13,7 +13,6 @@
 namespace FiltersCommon {
 namespace {
 
-using test::failEachAllocation;
 using test::Handle;
 using test::limId;
 
@@ -40,136 +39,6 @@ FiltersGroup groupOf(std::initializer_list<filtersEntryId_t> ids)
         EXPECT_EQ(group.insertEntry(fullEntry(id)), FILTERS_OK);
     return group;
 }
-
-// ----------------------------------------------------------------------------------- constructors
-
-template <class Base, class Create>
-void expectBadAlloc(std::size_t atLeast, Create create)
-{
-    Handle<Base> made;
-    const std::size_t allocations = failEachAllocation(
-        [&] { made.reset(static_cast<Base*>(create())); }, [&] { EXPECT_EQ(made, nullptr); });
-    EXPECT_GE(allocations, atLeast);
-    EXPECT_NE(made, nullptr);
-}
-
-TEST(OutOfMemory, ConstructorsRaiseBadAlloc)
-{
-    expectBadAlloc<Match>(1, [] { return newMatchAll(); });
-    expectBadAlloc<Match>(1, [] { return newMatchDSCP(10); });
-    expectBadAlloc<Match>(2, [] { return newMatchExternalVlanId(5); });
-    expectBadAlloc<Match>(2, [] { return newMatchInternalVlanId(5); });
-    expectBadAlloc<Match>(1, [] { return newMatchIngressPorts(nullptr, 0); });
-    expectBadAlloc<Match>(4, [] { return newMatchIngressPorts(PORTS, 3); });
-    expectBadAlloc<Match>(4, [] { return newMatchEgressPorts(PORTS, 3); });
-    expectBadAlloc<Action>(1, [] { return newActionPermit(); });
-    expectBadAlloc<Action>(2, [] { return newActionRedirect(PORTS); });
-    expectBadAlloc<Action>(4, [] { return newActionBlockEgressPorts(PORTS, 3); });
-    expectBadAlloc<FiltersEntry>(1, [] { return newFiltersEntry(7); });
-    expectBadAlloc<FiltersGroup>(1, [] { return newFiltersGroup(1); });
-}
-
-TEST(OutOfMemory, CopyingAnEntryRaisesBadAlloc)
-{
-    FiltersEntry entry(fullEntry(7));
-    expectBadAlloc<FiltersEntry>(5, [&] { return copyFiltersEntry(&entry); });
-    EXPECT_TRUE(entry == fullEntry(7));
-}
-
-// ----------------------------------------------------------------------------- entries and groups
-
-TEST(OutOfMemory, SettingLeavesTheEntryAsItWas)
-{
-    MatchIngressPorts ports({PORTS[2]});
-    ActionBlockEgressPorts blocked({PORTS[2]});
-    for (const FiltersEntry& before : {FiltersEntry(7), fullEntry(7)}) {
-        FiltersEntry withMatch(before);
-        EXPECT_GE(failEachAllocation([&] { filtersEntrySetMatch(&withMatch, &ports); },
-                                     [&] { EXPECT_TRUE(withMatch == before); }),
-                  2u);
-        EXPECT_TRUE(*withMatch.getMatchesRef().at(MATCH_INGRESS_PORTS) == ports);
-        FiltersEntry withAction(before);
-        EXPECT_GE(failEachAllocation([&] { filtersEntrySetAction(&withAction, &blocked); },
-                                     [&] { EXPECT_TRUE(withAction == before); }),
-                  2u);
-        EXPECT_TRUE(*withAction.getActionsRef().at(ACTION_BLOCK_EGRESS_PORTS) == blocked);
-    }
-}
-
-TEST(OutOfMemory, GettingLeavesTheHandleAsItWas)
-{
-    FiltersEntry entry(fullEntry(7));
-    const MatchIngressPorts before({PORTS[2], PORTS[1], PORTS[0]});
-    MatchIngressPorts ports(before);
-    EXPECT_GE(failEachAllocation([&] { filtersEntryGetMatch(&entry, &ports); },
-                                 [&] { EXPECT_TRUE(ports == before); }),
-              1u);
-    const ActionBlockEgressPorts blockedBefore({PORTS[2], PORTS[1], PORTS[0]});
-    ActionBlockEgressPorts blocked(blockedBefore);
-    EXPECT_GE(failEachAllocation([&] { filtersEntryGetAction(&entry, &blocked); },
-                                 [&] { EXPECT_TRUE(blocked == blockedBefore); }),
-              1u);
-}
-
-TEST(OutOfMemory, InsertingLeavesTheGroupAsItWas)
-{
-    FiltersEntry replacement(5);
-    replacement.setMatch(MatchIngressPorts({PORTS[2]}));
-    FiltersEntry another(fullEntry(6));
-    const FiltersGroup before(groupOf({2, 5, 9}));
-    for (FiltersEntry* entry : {&replacement, &another}) {
-        FiltersGroup group(before);
-        EXPECT_GE(failEachAllocation([&] { filtersGroupInsertEntry(&group, entry); },
-                                     [&] { EXPECT_TRUE(group == before); }),
-                  4u);
-        EXPECT_TRUE(group.getEntriesRef().at(entry->getId()) == *entry);
-    }
-}
-
-// ---------------------------------------------------------------------------------------- listing
-
-/** A record whose members would be noticed if they were written to or freed. */
-struct Sentinel {
-    filtersEntryId_t id = 4711;
-    FiltersEntry* entry = nullptr;
-    entriesStruct record = {-7, &id, &entry};
-
-    void expectUntouched() const
-    {
-        EXPECT_EQ(record.count, -7);
-        EXPECT_EQ(record.ids, &id);
-        EXPECT_EQ(record.entries, &entry);
-        EXPECT_EQ(id, 4711);
-        EXPECT_EQ(entry, nullptr);
-    }
-};
-
-void expectListingSurvives(FiltersGroup group, std::size_t allocationsAtLeast)
-{
-    const FiltersGroup before(group);
-    Sentinel sentinel;
-    const std::size_t start = live();
-    EXPECT_GE(failEachAllocation([&] { filtersGroupGetEntries(&group, &sentinel.record); },
-                                 [&] { sentinel.expectUntouched(); }),
-              allocationsAtLeast);
-    EXPECT_TRUE(group == before);
-    EXPECT_EQ(static_cast<std::size_t>(sentinel.record.count), group.getEntriesRef().size());
-    deleteFiltersEntriesStruct(&sentinel.record);
-    EXPECT_EQ(live(), start);
-}
-
-TEST(OutOfMemory, ListingLeavesTheRecordUntouched)
-{
-    // Two arrays, and for each entry a copy of at least its two matches and two actions.
-    expectListingSurvives(groupOf({9, 2, 5}), 2 + 3 * 5);
-}
-
-TEST(OutOfMemory, ListingAnEmptyGroupLeavesTheRecordUntouched)
-{
-    expectListingSurvives(groupOf({}), 2);
-}
-
-// ------------------------------------------------------------------------- what is left allocated
 
 TEST(LeftAllocated, NothingOfAListing)
 {

@@ -1,3 +1,4 @@
+#include "c_constructors.h"
 #include "c_support.h"
 
 #include "filter_actions.h"
@@ -37,43 +38,7 @@ TEST_P(ActionConstructor, MakesANewObjectOfItsClassAndKind)
     EXPECT_TRUE(*action == *another);
 }
 
-// clang-format off
-const test::Constructor CONSTRUCTORS[] = {
-    {"newActionPermit",            0, typeid(ActionPermit),
-     [] { return newActionPermit(); }},
-    {"newActionDeny",              1, typeid(ActionDeny),
-     [] { return newActionDeny(); }},
-    {"newActionCopyToCpu",         2, typeid(ActionCopyToCpu),
-     [] { return newActionCopyToCpu(); }},
-    {"newActionBlockEgressPorts",  3, typeid(ActionBlockEgressPorts),
-     [] { return newActionBlockEgressPorts(PORTS, 2); }},
-    {"newActionCopyToCpuCancel",   4, typeid(ActionCopyToCpuCancel),
-     [] { return newActionCopyToCpuCancel(); }},
-    {"newActionSwitchToCpuCancel", 4, typeid(ActionCopyToCpuCancel),
-     [] { return newActionSwitchToCpuCancel(); }},
-    {"newActionSetPcp",            5, typeid(ActionSetPcp),
-     [] { return newActionSetPcp(1); }},
-    {"newActionSetPcpAndQueue",    6, typeid(ActionSetPcpAndQueue),
-     [] { return newActionSetPcpAndQueue(1); }},
-    {"newActionSetDSCP",           8, typeid(ActionSetDSCP),
-     [] { return newActionSetDSCP(1); }},
-    {"newActionMapToCosQueue",     9, typeid(ActionMapToCosQueue),
-     [] { return newActionMapToCosQueue(1); }},
-    {"newActionMapToCpuCosQueue", 10, typeid(ActionMapToCpuCosQueue),
-     [] { return newActionMapToCpuCosQueue(1); }},
-    {"newReplaceDstMac",          12, typeid(ActionReplaceDstMac),
-     [] { return newReplaceDstMac(&MAC); }},
-    {"newActionRedirect",         11, typeid(ActionRedirect),
-     [] { return newActionRedirect(PORTS); }},
-    {"newActionRedirectCancel",   13, typeid(ActionRedirectCancel),
-     [] { return newActionRedirectCancel(); }},
-    {"newReplaceSrcMac",          14, typeid(ActionReplaceSrcMac),
-     [] { return newReplaceSrcMac(&MAC); }},
-    {"newActionL3Switch",         15, typeid(ActionL3Switch),
-     [] { return newActionL3Switch(1); }},
-};
-// clang-format on
-INSTANTIATE_TEST_SUITE_P(All, ActionConstructor, testing::ValuesIn(CONSTRUCTORS),
+INSTANTIATE_TEST_SUITE_P(All, ActionConstructor, testing::ValuesIn(test::ACTION_CONSTRUCTORS),
                          test::nameOf<test::Constructor>);
 
 TEST(ActionsC, PortsAreTakenInTheOrderOfTheArrayAsFarAsTheCount)

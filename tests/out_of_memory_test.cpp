@@ -1,39 +1,25 @@
 /**
- * The class interface when memory runs out: every allocation of every operation fails once, and
- * once together with all later ones. What comes out is std::bad_alloc, nothing is left allocated,
- * and every object is what it was.
+ * Entries and groups when memory runs out: every allocation of every operation fails once, and once
+ * together with all later ones. What comes out is std::bad_alloc, nothing is left allocated, and
+ * every object is what it was.
+ *
+ * Those of every match and action class, of bytes, of text and of the C interface have programs of
+ * their own.
  */
-#include "support.h"
-#include "test_allocator.h"
+#include "entry_maps.h"
+#include "out_of_memory.h"
 
 #include "filter_groups.pb.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <initializer_list>
+#include <utility>
 
 namespace FiltersCommon {
 namespace {
 
 using namespace test;
-
-/**
- * Fails each allocation of @p operation, which is given a fresh copy of @p before each time, and
- * expects the copy to equal @p before after each failure.
- */
-template <class Object, class Operation>
-void expectUnchanged(const Object& before, Operation operation, std::size_t allocationsAtLeast = 1)
-{
-    for (const Failing failing : {Failing::ONE, Failing::ONE_AND_ALL_LATER}) {
-        Object object(before);
-        operation(object); // what the runtimes build once, and the memory they keep
-        Object target(before);
-        EXPECT_GE(failEachAllocation(
-                      failing, [&] { operation(target); }, [&] { EXPECT_TRUE(target == before); }),
-                  allocationsAtLeast);
-    }
-}
 
 const std::list<limid_t> PORTS = {limId(0, 0, 0, 1), limId(0, 0, 0, 2), limId(1, 0, 0, 3)};
 const std::list<limid_t> OTHER_PORTS = {limId(9, 0, 0, 1), limId(9, 0, 0, 2)};
@@ -59,6 +45,7 @@ FiltersEntry otherEntry(filtersEntryId_t id)
     entry.setMatch(MatchIngressPorts(OTHER_PORTS));
     entry.setMatch(MatchTPID(0x8100));
     entry.setMatch(MatchDstIPv4(ipv4("192.0.2.2")));
+    entry.setAction(ActionBlockEgressPorts(OTHER_PORTS));
     entry.setAction(ActionRedirect(limId(0, 0, 0, 9)));
     return entry;
 }
@@ -70,61 +57,6 @@ FiltersGroup fullGroup()
     for (const filtersEntryId_t id : std::initializer_list<filtersEntryId_t>{2, 5, 9})
         EXPECT_EQ(group.insertEntry(fullEntry(id)), FILTERS_OK);
     return group;
-}
-
-template <class Object>
-std::string bytesOf(const Object& object)
-{
-    std::string bytes;
-    object.serialize(&bytes);
-    return bytes;
-}
-
-// ---------------------------------------------------------------------------- matches and actions
-
-TEST(OutOfMemory, AssigningAListLeavesTheOldOne)
-{
-    expectUnchanged(MatchIngressPorts(PORTS),
-                    [](auto& match) { match = MatchIngressPorts(OTHER_PORTS); });
-    const MatchIngressPorts ports(OTHER_PORTS);
-    expectUnchanged(MatchIngressPorts(PORTS), [&](auto& match) { match = ports; });
-    const MatchExternalVlanId ids({1, 2, 3});
-    expectUnchanged(MatchExternalVlanId(7), [&](auto& match) { match = ids; });
-    const ActionBlockEgressPorts blocked(OTHER_PORTS);
-    expectUnchanged(ActionBlockEgressPorts(PORTS), [&](auto& action) { action = blocked; });
-    const ActionRedirect redirect(limId(9, 9, 9, 9));
-    expectUnchanged(ActionRedirect(limId(1, 1, 1, 1)), [&](auto& action) { action = redirect; });
-}
-
-TEST(OutOfMemory, SettingPortsLeavesTheOldOnes)
-{
-    expectUnchanged(MatchEgressPorts(PORTS), [](auto& match) { match.setPorts(OTHER_PORTS); });
-}
-
-TEST(OutOfMemory, ReadingAListLeavesTheOldOne)
-{
-    MatchPB match;
-    match.set_type_(0);
-    for (const std::uint32_t number : {5u, 6u, 7u}) {
-        match.add_ports_(number);
-        match.add_excluded_port_types_(number);
-        match.add_vlan_id_(number);
-    }
-    const auto read = [&](auto& object) { object.convertFromMatchPB(&match); };
-    expectUnchanged(MatchIngressPorts(PORTS), read, 6);
-    expectUnchanged(MatchEgressPorts(PORTS), read, 3);
-    expectUnchanged(MatchExternalVlanId({1, 2}), read, 3);
-
-    ActionPB action;
-    action.set_type_(0);
-    action.add_ports_(5);
-    action.add_ports_(6);
-    expectUnchanged(
-        ActionBlockEgressPorts(PORTS), [&](auto& object) { object.convertFromActionPB(&action); },
-        2);
-    expectUnchanged(
-        ActionRedirect(limId(1, 1, 1, 1)),
-        [&](auto& object) { object.convertFromActionPB(&action); }, 2);
 }
 
 // ---------------------------------------------------------------------------------------- entries
@@ -157,43 +89,88 @@ TEST(OutOfMemory, AnEntryIsNotHalfFilled)
     }
 }
 
-TEST(OutOfMemory, AMoveLeavesBothEntries)
-{
-    const FiltersEntry before = fullEntry(7);
-    FiltersEntry source = otherEntry(8);
-    FiltersEntry target(before);
-    EXPECT_GE(failEachAllocation([&] { target = std::move(source); },
-                                 [&] {
-                                     EXPECT_TRUE(target == before);
-                                     EXPECT_TRUE(source == otherEntry(8));
-                                 }),
-              1u);
-}
-
-TEST(OutOfMemory, GettingLeavesWhatItWasToFill)
+TEST(OutOfMemory, AnEntryIsCopiedOrNotMade)
 {
     const FiltersEntry entry = fullEntry(7);
-    expectUnchanged(
-        MatchIngressPorts(OTHER_PORTS), [&](auto& match) { entry.getMatch(match); }, 3);
-    expectUnchanged(
-        ActionBlockEgressPorts(OTHER_PORTS), [&](auto& action) { entry.getAction(action); }, 3);
+    expectBadAlloc([&] { FiltersEntry copy(entry); }, 8);
+    FiltersEntry source = fullEntry(7);
+    expectBadAlloc([&] { FiltersEntry copy(std::move(source)); }, 8); // deliberately a copy
+    expectSame(source, entry);
+    expectSame(entry, fullEntry(7));
 }
 
-TEST(OutOfMemory, CopyMapLeavesTheOldMap)
+TEST(OutOfMemory, AMoveLeavesBothEntries)
+{
+    for (const Failing failing : FAILINGS) {
+        FiltersEntry source = otherEntry(8);
+        FiltersEntry target = fullEntry(7);
+        EXPECT_GE(failEachAllocation(
+                      failing, [&] { target = std::move(source); },
+                      [&] {
+                          expectSame(target, fullEntry(7));
+                          expectSame(source, otherEntry(8));
+                      }),
+                  1u);
+        expectSame(target, otherEntry(8));
+        EXPECT_TRUE(source.getMatchesRef().empty());
+    }
+}
+
+TEST(OutOfMemory, ARefusedAdditionLeavesTheEntry)
+{
+    const FiltersEntry before = fullEntry(7); // holds an IPv4 address
+    const MatchDstIPv6 refused(ipv6("2001:db8::1"));
+    const Matches matches = matchesOf(MatchTPID(5), MatchInternalVlanId(6), refused);
+    expectUnchanged(
+        before, [&](auto& entry) { EXPECT_EQ(entry.setMatch(refused), FILTERS_ERR_INVALID); }, 0);
+    expectUnchanged(
+        before, [&](auto& entry) { EXPECT_EQ(entry.copyMatches(matches), FILTERS_ERR_INVALID); },
+        4);
+    const Matches mixed = matchesOf(MatchSrcIPv4(ipv4("192.0.2.1")), refused);
+    expectUnchanged(
+        before, [&](auto& entry) { EXPECT_EQ(entry.setMatches(mixed), FILTERS_ERR_INVALID); }, 2);
+}
+
+TEST(OutOfMemory, AMapIsCopiedAsAWholeOrStaysAsItWas)
 {
     const FiltersEntry from = otherEntry(1);
-    const FiltersEntry held = fullEntry(1);
-    FiltersEntry::MatchMap to;
-    copy_map(to, held.getMatchesRef());
-    const std::size_t allocations = failEachAllocation(
-        [&] { copy_map(to, from.getMatchesRef()); },
-        [&] {
-            FiltersEntry entry(1);
-            EXPECT_EQ(entry.copyMatches(to), FILTERS_OK);
-            EXPECT_EQ(entry.getMatchesRef().size(), 3u);
-            EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_INGRESS_PORTS) == MatchIngressPorts(PORTS));
-        });
-    EXPECT_GE(allocations, 5u);
+    for (const Failing failing : FAILINGS) {
+        Matches to;
+        copy_map(to, fullEntry(1).getMatchesRef());
+        const auto unchanged = [&] {
+            FiltersEntry entry(fullEntry(1));
+            EXPECT_EQ(entry.setMatches(to), FILTERS_OK);
+            expectSame(entry, fullEntry(1));
+        };
+        EXPECT_GE(failEachAllocation(
+                      failing, [&] { copy_map(to, from.getMatchesRef()); }, unchanged),
+                  5u);
+        EXPECT_EQ(to.size(), 5u);
+    }
+}
+
+TEST(OutOfMemory, DeletingAndComparingNeedNone)
+{
+    FiltersEntry entry = fullEntry(7);
+    const FiltersEntry same = fullEntry(7);
+    expectNoAllocation([&] {
+        EXPECT_TRUE(entry == same);
+        entry.setId(8);
+        entry.setPriority(9);
+        EXPECT_EQ(entry.setCounter(Counter(1, COUNTER_TYPE_PACKETS)), FILTERS_OK);
+        EXPECT_EQ(entry.setCounter(Counter()), FILTERS_ERR_INVALID);
+        EXPECT_EQ(entry.deleteCounter(), FILTERS_OK);
+        EXPECT_EQ(entry.deleteMatch(MATCH_INGRESS_PORTS), FILTERS_OK);
+        EXPECT_EQ(entry.deleteAction(ACTION_BLOCK_EGRESS_PORTS), FILTERS_OK);
+        EXPECT_EQ(entry.deleteAction(ACTION_DENY), FILTERS_ERR_NOT_FOUND);
+        EXPECT_EQ(entry.setPolicer(policer::Policer()), FILTERS_OK);
+        EXPECT_EQ(entry.copyMatches({}), FILTERS_OK);
+        EXPECT_EQ(entry.setMatches({}), FILTERS_OK);
+        EXPECT_EQ(entry.setActions({}), FILTERS_OK);
+        FiltersEntry copy(entry);
+        entry = std::move(copy);
+    });
+    expectInvariants(entry);
 }
 
 // ----------------------------------------------------------------------------------------- groups
@@ -220,71 +197,39 @@ TEST(OutOfMemory, AGroupIsNotHalfFilled)
         before, [&](auto& group) { group.convertFromFiltersGroupPB(&message); }, 16);
 }
 
-TEST(OutOfMemory, ARefusedInsertionAllocatesNothing)
+TEST(OutOfMemory, AGroupIsCopiedOrNotMade)
+{
+    const FiltersGroup group = fullGroup();
+    expectBadAlloc([&] { FiltersGroup copy(group); }, 24);
+    expectBadAlloc([&] { group.getEntries(); }, 24);
+    expectSame(group, fullGroup());
+}
+
+TEST(OutOfMemory, WhatChangesNoEntryNeedsNone)
 {
     FiltersGroup group = fullGroup();
+    const FiltersGroup same = fullGroup();
     FiltersEntry refused = fullEntry(3);
     refused.setMatch(MatchVlanUntagged());
-    EXPECT_EQ(
-        failEachAllocation(
-            [&] { EXPECT_EQ(group.insertEntry(refused), FILTERS_ERR_MATCH_NOT_ALLOWED); }, [] {}),
-        0u);
-}
-
-// ------------------------------------------------------------------- construction, reading, bytes
-
-TEST(OutOfMemory, AnObjectThatIsNotMadeLeavesNothing)
-{
-    const FiltersEntry entry = fullEntry(7);
-    const FiltersGroup group = fullGroup();
-    const std::string entryBytes = bytesOf(entry);
-    const std::string groupBytes = bytesOf(group);
-    const FiltersSerialized entryEnvelope(entryBytes);
-    FiltersSerialized groupEnvelope(groupBytes);
-    const std::function<void()> operations[] = {
-        [&] { FiltersEntry copy(entry); },
-        [&] { FiltersGroup copy(group); },
-        [&] { const auto entries = group.getEntries(); },
-        [&] { FiltersEntry rebuilt(entryBytes); },
-        [&] { FiltersEntry rebuilt(entryEnvelope); },
-        [&] { FiltersGroup rebuilt(groupBytes); },
-        [&] { FiltersGroup rebuilt(groupEnvelope); },
-        [&] { FiltersEntry empty((std::string())); },
-        [&] { FiltersGroup cut(groupBytes.substr(0, groupBytes.size() / 2)); },
-        [&] { FiltersSerialized copy(groupEnvelope); },
-    };
-    for (const auto& operation : operations) {
-        operation();
-        for (const Failing failing : {Failing::ONE, Failing::ONE_AND_ALL_LATER})
-            EXPECT_GE(failEachAllocation(failing, operation, [] {}), 1u);
-    }
-    EXPECT_TRUE(entry == fullEntry(7));
-    EXPECT_TRUE(group == fullGroup());
-}
-
-TEST(OutOfMemory, WritingLeavesWhatWasToHoldTheBytes)
-{
-    const FiltersEntry entry = fullEntry(7);
-    const FiltersGroup group = fullGroup();
-    const std::string before = "what was there before, longer than a string holds in itself";
-    expectUnchanged(
-        before, [&](std::string& out) { entry.serialize(&out); }, 2);
-    expectUnchanged(
-        before, [&](std::string& out) { group.serialize(&out); }, 2);
-
-    FiltersSerialized envelope;
-    EXPECT_GE(failEachAllocation([&] { group.serialize(&envelope); },
-                                 [&] {
-                                     EXPECT_EQ(envelope.size(), 0u);
-                                     EXPECT_EQ(envelope.data(), nullptr);
-                                 }),
-              2u);
-    EXPECT_GT(envelope.size(), 0u);
-    const std::string held(envelope.data(), envelope.size());
-    EXPECT_GE(
-        failEachAllocation([&] { envelope.copyData(before); },
-                           [&] { EXPECT_EQ(std::string(envelope.data(), envelope.size()), held); }),
-        1u);
+    FiltersEntry limited(4);
+    limited.setPolicer(policerAt(policer::STAGE_INGRESS));
+    expectNoAllocation([&] {
+        EXPECT_TRUE(group == same);
+        EXPECT_FALSE(group != same);
+        EXPECT_EQ(group.insertEntry(refused), FILTERS_ERR_MATCH_NOT_ALLOWED);
+        EXPECT_EQ(group.insertEntry(limited), FILTERS_ERR_POLICER_STAGE);
+        EXPECT_EQ(group.setStage(GROUP_STAGE_3), FILTERS_ERR_TYPE_NOT_ALLOWED);
+        EXPECT_EQ(group.setStage(GROUP_STAGE_2), FILTERS_OK);
+        EXPECT_EQ(group.setType(GROUP_TYPE_8), FILTERS_ERR_MATCH_NOT_ALLOWED);
+        EXPECT_EQ(group.setType(GROUP_TYPE_2), FILTERS_OK);
+        group.setPriority(9);
+        EXPECT_EQ(group.removeEntry(5), FILTERS_OK);
+        EXPECT_EQ(group.removeEntry(5), FILTERS_ERR_NOT_FOUND);
+        FiltersGroup moved(std::move(group));
+        group = std::move(moved);
+    });
+    EXPECT_EQ(group.getEntriesRef().size(), 2u);
+    expectInvariants(group);
 }
 
 } // namespace

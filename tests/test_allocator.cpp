@@ -1,6 +1,8 @@
 #include "test_allocator.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -14,6 +16,26 @@ AllocationTotals totals{};
 std::size_t countdown = 0;
 Failing mode = Failing::NONE;
 bool failed = false;
+
+/** The noted blocks; not a container, which would allocate. */
+void* noted[500];
+std::size_t notedCount = 0;
+bool noting = false;
+
+void note(void* block)
+{
+    if (notedCount == std::size(noted))
+        std::abort();
+    noted[notedCount++] = block;
+}
+
+void forget(void* block)
+{
+    void** const end = noted + notedCount;
+    void** const place = std::find(noted, end, block);
+    if (place != end)
+        *place = noted[--notedCount];
+}
 
 bool mustFail()
 {
@@ -34,6 +56,8 @@ void* allocate(std::size_t size) noexcept
         ++totals.count;
         ++totals.live;
         totals.bytes += size;
+        if (noting)
+            note(block);
     }
     return block;
 }
@@ -50,6 +74,8 @@ void release(void* block) noexcept
 {
     if (block != nullptr)
         --totals.live;
+    if (noting)
+        forget(block);
     std::free(block);
 }
 
@@ -69,6 +95,15 @@ bool stopFailing()
     countdown = 0;
     mode = Failing::NONE;
     return std::exchange(failed, false);
+}
+
+void noteBlocks() { noting = true; }
+
+void freeNotedBlocks()
+{
+    noting = false;
+    while (notedCount != 0)
+        release(noted[--notedCount]);
 }
 
 } // namespace FiltersCommon::test

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 
@@ -30,32 +31,58 @@ void failAllocation(std::size_t n, Failing failing);
 /** Has no allocation fail any more, and tells whether one did. */
 bool stopFailing();
 
+/** Notes which blocks are allocated from now on and still live; a few hundred at most. */
+void noteBlocks();
+
+/** Frees the noted blocks, which nobody else will, and notes none any more. */
+void freeNotedBlocks();
+
+/** What it took to have an operation succeed after each of its allocations had failed. */
+struct FailedAllocations {
+    std::size_t count;         /**< how many allocations there are */
+    std::size_t leftAllocated; /**< the most blocks that one failure left allocated */
+};
+
 /**
  * Runs @p operation with its first allocation failing, then with its second, and so on until it
- * succeeds. Each failure has to be std::bad_alloc and to leave nothing allocated; after each,
- * @p unchanged checks what the operation must not have changed.
+ * succeeds. Each failure has to be std::bad_alloc and nothing else; after each, @p unchanged checks
+ * what the operation must not have changed.
+ */
+template <class Operation, class Check>
+FailedAllocations failInTurn(Failing failing, Operation operation, Check unchanged)
+{
+    FailedAllocations result = {0, 0};
+    for (std::size_t n = 1;; ++n) {
+        const std::size_t before = allocationTotals().live;
+        const char* outcome = "success";
+        failAllocation(n, failing);
+        try {
+            operation();
+        } catch (const std::bad_alloc&) {
+            outcome = "std::bad_alloc";
+        } catch (...) {
+            outcome = "another exception";
+        }
+        const bool failed = stopFailing();
+        const std::size_t after = allocationTotals().live;
+        EXPECT_STREQ(outcome, failed ? "std::bad_alloc" : "success") << "allocation " << n;
+        if (!failed)
+            return result;
+        result = {n, std::max(result.leftAllocated, after - before)};
+        unchanged();
+    }
+}
+
+/**
+ * As failInTurn, and each failure has to leave nothing allocated.
  * @return how many allocations there are
  */
 template <class Operation, class Check>
 std::size_t failEachAllocation(Failing failing, Operation operation, Check unchanged)
 {
-    for (std::size_t n = 1;; ++n) {
-        const std::size_t before = allocationTotals().live;
-        bool thrown = false;
-        failAllocation(n, failing);
-        try {
-            operation();
-        } catch (const std::bad_alloc&) {
-            thrown = true;
-        }
-        const bool failed = stopFailing();
-        const std::size_t after = allocationTotals().live;
-        EXPECT_EQ(thrown, failed) << "allocation " << n;
-        if (!failed)
-            return n - 1;
-        EXPECT_EQ(after, before) << "allocation " << n;
-        unchanged();
-    }
+    const FailedAllocations result = failInTurn(failing, operation, unchanged);
+    EXPECT_EQ(result.leftAllocated, 0u);
+    return result.count;
 }
 
 template <class Operation, class Check>
