@@ -56,7 +56,8 @@ public:
     FiltersEntry(const FiltersEntry& other);
     /**
      * Rebuilds an entry from the bytes that serialize() wrote. Any bytes are taken: those that do
-     * not parse give what the parser read before it gave up. @see convertFromFiltersEntryPB
+     * not parse give what the parser read before it gave up, and of more than 2 GiB - 1 nothing is
+     * read. @see convertFromFiltersEntryPB
      */
     explicit FiltersEntry(const std::string& bytes);
     /** Raises std::logic_error if @p s has a size but no data. */
@@ -159,7 +160,7 @@ public:
      */
     void convertFromFiltersEntryPB(const FiltersEntryPB* pb);
 
-    /** Replaces the contents of @p out by the bytes of the entry. */
+    /** Replaces the contents of @p out by the bytes of the entry: none if they pass 2 GiB - 1. */
     void serialize(std::string* out) const;
     /** Hands the bytes of the entry to FiltersSerialized::setData. */
     void serialize(FiltersSerialized* out) const;

@@ -42,7 +42,8 @@ public:
     ~FiltersGroup() = default;
     /**
      * Rebuilds a group from the bytes that serialize() wrote. Any bytes are taken: those that do
-     * not parse give what the parser read before it gave up. @see convertFromFiltersGroupPB
+     * not parse give what the parser read before it gave up, and of more than 2 GiB - 1 nothing is
+     * read. @see convertFromFiltersGroupPB
      */
     explicit FiltersGroup(const std::string& bytes);
     /** Raises std::logic_error if @p s has a size but no data. */
@@ -119,7 +120,7 @@ public:
      */
     void convertFromFiltersGroupPB(const FiltersGroupPB* pb);
 
-    /** Replaces the contents of @p out by the bytes of the group. */
+    /** Replaces the contents of @p out by the bytes of the group: none if they pass 2 GiB - 1. */
     void serialize(std::string* out) const;
     /** Hands the bytes of the group to FiltersSerialized::setData. */
     void serialize(FiltersSerialized* out) const;

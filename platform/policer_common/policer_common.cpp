@@ -3,6 +3,7 @@
 #include "policer.pb.h"
 #include "scratch_message.h"
 
+#include <limits>
 #include <tuple>
 
 namespace policer {
@@ -53,6 +54,8 @@ Policer::Policer(std::uint32_t id, Stage stage, const Mode& mode, const std::set
 
 Policer::Policer(const std::string& bytes) : Policer()
 {
+    if (bytes.size() > std::numeric_limits<int>::max()) // more than the runtime can count
+        return;
     messages::ScratchMessage<PolicerPB> scratch;
     PolicerPB& message = *scratch.get();
     // Not ParseFromString, which writes to the log what is no error here.
