@@ -1,5 +1,7 @@
 #include "test_allocator.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
@@ -11,6 +13,7 @@ namespace FiltersCommon::test {
 namespace {
 
 AllocationTotals totals{};
+std::size_t peak = 0;
 
 /** How many allocations from now the one to fail is; 0 when it is past or there is none. */
 std::size_t countdown = 0;
@@ -56,6 +59,8 @@ void* allocate(std::size_t size) noexcept
         ++totals.count;
         ++totals.live;
         totals.bytes += size;
+        totals.liveBytes += malloc_usable_size(block);
+        peak = std::max(peak, totals.liveBytes);
         if (noting)
             note(block);
     }
@@ -72,8 +77,10 @@ void* allocateOrThrow(std::size_t size)
 
 void release(void* block) noexcept
 {
-    if (block != nullptr)
+    if (block != nullptr) {
         --totals.live;
+        totals.liveBytes -= malloc_usable_size(block);
+    }
     if (noting)
         forget(block);
     std::free(block);
@@ -82,6 +89,9 @@ void release(void* block) noexcept
 } // namespace
 
 AllocationTotals allocationTotals() { return totals; }
+
+std::size_t peakLiveBytes() { return peak; }
+void forgetPeak() { peak = totals.liveBytes; }
 
 void failAllocation(std::size_t n, Failing failing)
 {

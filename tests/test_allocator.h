@@ -18,9 +18,14 @@ struct AllocationTotals {
     std::size_t count;
     std::size_t bytes;
     std::size_t live;
+    std::size_t liveBytes; /**< with the room that the C library adds to each */
 };
 
 AllocationTotals allocationTotals();
+
+/** The most bytes that lived at once since the peak was forgotten last. */
+std::size_t peakLiveBytes();
+void forgetPeak();
 
 /** Which allocations fail. */
 enum class Failing { NONE, ONE, ONE_AND_ALL_LATER };

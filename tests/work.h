@@ -1,0 +1,82 @@
+/**
+ * How much work an operation is, counted in what it allocates, and that it grows no faster than
+ * what the operation works on.
+ */
+#ifndef FILTER_COMMON_TESTS_WORK_H
+#define FILTER_COMMON_TESTS_WORK_H
+
+#include "test_allocator.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <iomanip>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace FiltersCommon::test {
+
+struct Work {
+    std::size_t allocations;
+    std::size_t bytes; /**< all that were allocated, also those that were freed in between */
+    std::size_t peak;  /**< the most bytes that lived at once */
+};
+
+/** What @p operation allocates; what it makes is to die with it. */
+template <class Operation>
+Work workOf(Operation operation)
+{
+    const AllocationTotals before = allocationTotals();
+    forgetPeak();
+    operation();
+    const AllocationTotals after = allocationTotals();
+    return {after.count - before.count, after.bytes - before.bytes,
+            peakLiveBytes() - before.liveBytes};
+}
+
+/** Work that is small whatever the size: blocks of an arena, a buffer, what is built once. */
+constexpr Work FIXED_WORK = {64, 64 << 10, 64 << 10};
+
+/** Expects twice the work at most for twice the size, with a tenth and a fixed part more. */
+inline void expectAtMostTwice(const Work& work, const Work& atHalfTheSize)
+{
+    const auto twice = [](std::size_t number) { return number * 22 / 10; };
+    EXPECT_LE(work.allocations, twice(atHalfTheSize.allocations) + FIXED_WORK.allocations);
+    EXPECT_LE(work.bytes, twice(atHalfTheSize.bytes) + FIXED_WORK.bytes);
+    EXPECT_LE(work.peak, twice(atHalfTheSize.peak) + FIXED_WORK.peak);
+}
+
+/**
+ * Has @p prepare make an operation for @p size, for twice and for four times as much, and expects
+ * the work to grow in proportion.
+ * @return the work at four times the size
+ */
+template <class Prepare>
+Work expectProportional(std::size_t size, Prepare prepare)
+{
+    std::vector<Work> works;
+    for (const std::size_t factor : {1, 2, 4}) {
+        const auto operation = prepare(size * factor);
+        works.push_back(workOf(operation));
+    }
+    expectAtMostTwice(works[1], works[0]);
+    expectAtMostTwice(works[2], works[1]);
+    return works[2];
+}
+
+/** Prints what an operation takes for each unit of what it works on. */
+inline void printWork(const std::string& what, const Work& work, std::size_t units)
+{
+    const auto perUnit = [units](std::size_t number) {
+        return static_cast<double>(number) / static_cast<double>(units);
+    };
+    std::cout << std::left << std::setw(48) << what << std::right << std::fixed
+              << std::setprecision(2) << std::setw(9) << perUnit(work.allocations)
+              << " allocations " << std::setw(9) << perUnit(work.bytes) << " bytes " << std::setw(9)
+              << perUnit(work.peak) << " at the peak\n";
+}
+
+} // namespace FiltersCommon::test
+
+#endif // FILTER_COMMON_TESTS_WORK_H
