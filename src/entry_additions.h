@@ -5,6 +5,7 @@
 #ifndef FILTER_COMMON_SRC_ENTRY_ADDITIONS_H
 #define FILTER_COMMON_SRC_ENTRY_ADDITIONS_H
 
+#include "filter_code_set.h"
 #include "filter_entries.h"
 
 #include <memory>
@@ -12,8 +13,49 @@
 
 namespace FiltersCommon {
 
-/** Whether a match of @p kind may stand beside those of @p held: IPv4 excludes IPv6. */
-bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held);
+// ------------------------------------------------------------------------------ IPv4 against IPv6
+
+inline constexpr CodeSet<filtersMatch_t> IPV4_ONLY = {MATCH_SRC_IPV4, MATCH_DST_IPV4};
+inline constexpr CodeSet<filtersMatch_t> IPV6_ONLY = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
+
+/** The kinds beside which a match of @p kind may not stand. */
+constexpr CodeSet<filtersMatch_t> excludedBy(filtersMatch_t kind)
+{
+    if (IPV4_ONLY.contains(kind))
+        return IPV6_ONLY;
+    return IPV6_ONLY.contains(kind) ? IPV4_ONLY : CodeSet<filtersMatch_t>();
+}
+
+/** Whether a match of @p kind may stand beside those of @p held. */
+inline bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held)
+{
+    for (const filtersMatch_t other : excludedBy(kind))
+        if (held.count(other) != 0)
+            return false;
+    return true;
+}
+
+// ---------------------------------------------------------------------------------------- objects
+
+/**
+ * Walks the objects of a map that are to join an entry, in the order of the keys. Null pointers and
+ * kinds beyond the list are skipped; @p join is given the Kind and the object of each other one,
+ * and ends the walk with any result but FILTERS_OK.
+ */
+template <class Kinds, class Map, class Join>
+filtersErr_t joinEach(const Map& from, Join join)
+{
+    for (const auto& element : from) {
+        if (element.second == nullptr)
+            continue;
+        const auto& object = *element.second;
+        const filtersErr_t result = Kinds::dispatch(object.getType(), FILTERS_OK,
+                                                    [&](auto kind) { return join(kind, object); });
+        if (result != FILTERS_OK)
+            return result;
+    }
+    return FILTERS_OK;
+}
 
 /** Puts the object under its own kind, in the place of one that stands there. */
 template <class Map, class T>

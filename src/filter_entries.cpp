@@ -6,7 +6,6 @@
 #include "policers.h"
 
 #include <algorithm>
-#include <iterator>
 #include <typeinfo>
 #include <utility>
 
@@ -29,9 +28,6 @@ std::set<std::uint32_t> hashesOf(std::set<std::uint32_t> hashes = {})
     return hashes;
 }
 
-constexpr filtersMatch_t IPV4_ONLY[] = {MATCH_SRC_IPV4, MATCH_DST_IPV4};
-constexpr filtersMatch_t IPV6_ONLY[] = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
-
 } // namespace
 
 // What callers see. Here the lists are asked directly.
@@ -39,40 +35,8 @@ constexpr filtersMatch_t IPV6_ONLY[] = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
 const std::set<std::uint32_t> FiltersEntry::validMatchTypes =
     hashesOf<MatchKinds>({hashOf<MatchDSCP>()});
 const std::set<std::uint32_t> FiltersEntry::validActionTypes = hashesOf<ActionKinds>();
-const std::set<std::uint32_t> FiltersEntry::ipv4OnlyMatchTypes(std::begin(IPV4_ONLY),
-                                                               std::end(IPV4_ONLY));
-const std::set<std::uint32_t> FiltersEntry::ipv6OnlyMatchTypes(std::begin(IPV6_ONLY),
-                                                               std::end(IPV6_ONLY));
-
-// ------------------------------------------------------------------------------ IPv4 against IPv6
-
-namespace {
-
-using Kinds = filtersMatch_t[2];
-
-bool contains(const Kinds& kinds, filtersMatch_t kind)
-{
-    return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
-}
-
-bool holdsAny(const FiltersEntry::MatchMap& held, const Kinds& kinds)
-{
-    return std::any_of(std::begin(kinds), std::end(kinds),
-                       [&](filtersMatch_t kind) { return held.count(kind) != 0; });
-}
-
-} // namespace
-
-bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held)
-{
-    return !(contains(IPV4_ONLY, kind) && holdsAny(held, IPV6_ONLY)) &&
-           !(contains(IPV6_ONLY, kind) && holdsAny(held, IPV4_ONLY));
-}
-
-bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
-{
-    return isL3Compatible(kind, matches_);
-}
+const std::set<std::uint32_t> FiltersEntry::ipv4OnlyMatchTypes(IPV4_ONLY.begin(), IPV4_ONLY.end());
+const std::set<std::uint32_t> FiltersEntry::ipv6OnlyMatchTypes(IPV6_ONLY.begin(), IPV6_ONLY.end());
 
 // ----------------------------------------------------------------------- construction, assignment
 
@@ -145,22 +109,13 @@ filtersErr_t deleteByKind(Map& map, typename Map::key_type kind)
 template <class Kinds, class Map, class Admits>
 filtersErr_t addCopies(Map& copies, const Map& from, Admits admits)
 {
-    for (const auto& element : from) {
-        const auto& object = element.second;
-        if (object == nullptr)
-            continue;
-        const auto result = Kinds::dispatch(object->getType(), FILTERS_OK, [&](auto kind) {
-            auto copy =
-                admits(object->getType()) ? copyAs<ClassOf<decltype(kind)>>(*object) : nullptr;
-            if (copy == nullptr)
-                return FILTERS_ERR_INVALID;
-            storeByKind(copies, std::move(copy));
-            return FILTERS_OK;
-        });
-        if (result != FILTERS_OK)
-            return result;
-    }
-    return FILTERS_OK;
+    return joinEach<Kinds>(from, [&](auto kind, const auto& object) {
+        auto copy = admits(object.getType()) ? copyAs<ClassOf<decltype(kind)>>(object) : nullptr;
+        if (copy == nullptr)
+            return FILTERS_ERR_INVALID;
+        storeByKind(copies, std::move(copy));
+        return FILTERS_OK;
+    });
 }
 
 /** Copies of matches that are to stand beside those of @p held. */
@@ -178,6 +133,11 @@ filtersErr_t addActionCopies(FiltersEntry::ActionMap& copies, const FiltersEntry
 }
 
 } // namespace
+
+bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
+{
+    return isL3Compatible(kind, matches_);
+}
 
 const Match* FiltersEntry::findMatch(filtersMatch_t kind) const
 {

@@ -1,0 +1,100 @@
+/**
+ * Sets of codes: CodeSet. A caller includes filter_refusals.h.
+ */
+#ifndef FILTER_COMMON_FILTER_CODE_SET_H
+#define FILTER_COMMON_FILTER_CODE_SET_H
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+
+namespace FiltersCommon {
+
+/**
+ * A set of match kinds, action kinds, group stages, group types or policer stages, walked in
+ * ascending order. It is a plain number: copying it allocates nothing.
+ */
+template <class Code>
+class CodeSet {
+public:
+    /** Codes count as unsigned numbers; those of LIMIT and above are never in a set. */
+    static constexpr std::uint32_t LIMIT = 32;
+
+    class Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Code;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Code*;
+        using reference = Code;
+
+        explicit constexpr Iterator(std::uint32_t bits) : bits_(bits) {}
+
+        constexpr Code operator*() const { return static_cast<Code>(__builtin_ctz(bits_)); }
+        constexpr Iterator& operator++()
+        {
+            bits_ &= bits_ - 1;
+            return *this;
+        }
+        constexpr Iterator operator++(int)
+        {
+            const Iterator before(*this);
+            ++*this;
+            return before;
+        }
+        constexpr bool operator==(Iterator other) const { return bits_ == other.bits_; }
+        constexpr bool operator!=(Iterator other) const { return bits_ != other.bits_; }
+
+    private:
+        std::uint32_t bits_;
+    };
+
+    constexpr CodeSet() = default;
+    constexpr CodeSet(std::initializer_list<Code> codes)
+    {
+        for (const Code code : codes)
+            insert(code);
+    }
+
+    constexpr void insert(Code code) { bits_ |= bitOf(code); }
+
+    constexpr bool contains(Code code) const { return (bits_ & bitOf(code)) != 0; }
+    constexpr bool empty() const { return bits_ == 0; }
+    constexpr std::size_t size() const
+    {
+        std::size_t size = 0;
+        for (Iterator code = begin(); code != end(); ++code)
+            ++size;
+        return size;
+    }
+
+    constexpr Iterator begin() const { return Iterator(bits_); }
+    constexpr Iterator end() const { return Iterator(0); }
+
+    /** What stands in both. */
+    constexpr CodeSet operator&(CodeSet other) const { return CodeSet(bits_ & other.bits_); }
+    /** What stands in this set alone. */
+    constexpr CodeSet operator-(CodeSet other) const { return CodeSet(bits_ & ~other.bits_); }
+
+    /** Bit n, of the value 1 << n, stands for code n. */
+    constexpr std::uint32_t bits() const { return bits_; }
+
+    constexpr bool operator==(CodeSet other) const { return bits_ == other.bits_; }
+    constexpr bool operator!=(CodeSet other) const { return bits_ != other.bits_; }
+
+private:
+    explicit constexpr CodeSet(std::uint32_t bits) : bits_(bits) {}
+
+    static constexpr std::uint32_t bitOf(Code code)
+    {
+        const auto number = static_cast<std::uint32_t>(code);
+        return number < LIMIT ? std::uint32_t{1} << number : 0;
+    }
+
+    std::uint32_t bits_ = 0;
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_FILTER_CODE_SET_H
