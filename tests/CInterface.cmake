@@ -22,7 +22,7 @@ function(filter_common_compile_headers name)
   endforeach()
 endfunction()
 
-set(c_headers filter_types.h
+set(c_headers filter_types.h filter_names.h
   filter_matches_c.h filter_actions_c.h filter_entries_c.h filter_groups_c.h)
 foreach(header IN LISTS c_headers)
   cmake_path(GET header STEM name)

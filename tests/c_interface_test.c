@@ -5,6 +5,7 @@
 #include "filter_entries_c.h"
 #include "filter_groups_c.h"
 #include "filter_matches_c.h"
+#include "filter_names.h"
 
 #include <arpa/inet.h>
 #include <stddef.h>
@@ -399,6 +400,20 @@ static void entriesOfAnEmptyGroup(void)
     deleteFiltersGroup(group);
 }
 
+/* --------------------------------------------------------------------------------------- names */
+
+static void namesOfCodes(void)
+{
+    CHECK(strcmp(filtersErrName(FILTERS_ERR_MATCH_NOT_ALLOWED), "FILTERS_ERR_MATCH_NOT_ALLOWED") ==
+          0);
+    CHECK(strcmp(filtersMatchName(MATCH_SRC_IPV4), "MATCH_SRC_IPV4") == 0);
+    CHECK(strcmp(filtersMatchName((filtersMatch_t)0xFFFFFFFF), "unknown") == 0);
+    CHECK(strcmp(filtersActionName(ACTION_BLACK_HOLE), "ACTION_BLACK_HOLE") == 0);
+    CHECK(strcmp(filtersGroupStageName(GROUP_STAGE_3), "GROUP_STAGE_3") == 0);
+    CHECK(strcmp(filtersGroupTypeName(GROUP_TYPE_9), "GROUP_TYPE_9") == 0);
+    CHECK(strcmp(filtersPolicerStageName(2), "STAGE_NONE") == 0);
+}
+
 int main(void)
 {
     matchesWithoutGetters();
@@ -417,5 +432,6 @@ int main(void)
     propertiesOfAGroup();
     entriesOfAGroup();
     entriesOfAnEmptyGroup();
+    namesOfCodes();
     return failures == 0 ? 0 : 1;
 }

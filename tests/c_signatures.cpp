@@ -6,6 +6,7 @@
 #include "filter_entries_c.h"
 #include "filter_groups_c.h"
 #include "filter_matches_c.h"
+#include "filter_names.h"
 
 #include <cstdint>
 #include <type_traits>
@@ -177,6 +178,15 @@ IS(filtersGroupGetEntries, void(FiltersGroup*, entriesStruct*));
 IS(deleteFiltersEntriesStruct, void(entriesStruct*));
 
 NOT_OFFERED(filtersGroupSetId);
+
+// ------------------------------------------------------------------------------------------ names
+
+IS(filtersErrName, const char*(filtersErr_t));
+IS(filtersMatchName, const char*(filtersMatch_t));
+IS(filtersActionName, const char*(filtersAction_t));
+IS(filtersGroupStageName, const char*(filtersGroupStage_t));
+IS(filtersGroupTypeName, const char*(filtersGroupType_t));
+IS(filtersPolicerStageName, const char*(std::uint32_t));
 
 // ------------------------------------------------------------------------------------ the numbers
 

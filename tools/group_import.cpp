@@ -1,5 +1,7 @@
 #include "group_import.h"
 
+#include <filter_names.h>
+
 #include <arpa/inet.h>
 
 #include <cstdint>
@@ -17,26 +19,6 @@ using namespace FiltersCommon;
 
 constexpr std::uint32_t MOST_ENTRIES =
     std::uint32_t{std::numeric_limits<filtersEntryId_t>::max()} + 1;
-
-std::string nameOf(filtersErr_t error)
-{
-    switch (error) {
-#define NAMED(code)                                                                                \
-    case code:                                                                                     \
-        return #code;
-        NAMED(FILTERS_OK)
-        NAMED(FILTERS_ERR_NOT_FOUND)
-        NAMED(FILTERS_ERR_INVALID)
-        NAMED(FILTERS_ERR_BAD_PARAM)
-        NAMED(FILTERS_ERR_MATCH_NOT_ALLOWED)
-        NAMED(FILTERS_ERR_TYPE_NOT_ALLOWED)
-        NAMED(FILTERS_ERR_UNKNOWN_STAGE)
-        NAMED(FILTERS_ERR_ACTION_NOT_ALLOWED)
-        NAMED(FILTERS_ERR_POLICER_STAGE)
-#undef NAMED
-    }
-    return std::to_string(static_cast<int>(error));
-}
 
 template <class MatchPrefix>
 void addPrefix(FiltersEntry& entry, const Prefix& prefix)
@@ -80,10 +62,10 @@ public:
         const std::string stageText = "stage " + std::to_string(static_cast<int>(stage));
         // A new group has type 0, which every stage admits.
         if (const filtersErr_t error = group_.setStage(stage); error != FILTERS_OK)
-            return stageText + " is refused: " + nameOf(error);
+            return stageText + " is refused: " + filtersErrName(error);
         if (const filtersErr_t error = group_.setType(type); error != FILTERS_OK)
             return "type " + std::to_string(static_cast<int>(type)) + " at " + stageText +
-                   " is refused: " + nameOf(error);
+                   " is refused: " + filtersErrName(error);
         return std::nullopt;
     }
 
@@ -114,7 +96,7 @@ private:
             return "a group holds at most " + std::to_string(MOST_ENTRIES) + " entries";
         entry.setId(static_cast<filtersEntryId_t>(nextId_));
         if (const filtersErr_t error = group_.insertEntry(entry); error != FILTERS_OK)
-            return "entry " + std::to_string(nextId_) + " is refused: " + nameOf(error);
+            return "entry " + std::to_string(nextId_) + " is refused: " + filtersErrName(error);
         ++nextId_;
         return std::nullopt;
     }

@@ -1,0 +1,179 @@
+#include "filter_names.h"
+
+#include "group_rules.h"
+#include "kinds.h"
+#include "names.h"
+
+#include <cstddef>
+#include <iterator>
+
+namespace FiltersCommon {
+
+// ----------------------------------------------------------------------------------------- tables
+
+namespace {
+
+template <class Code>
+struct NamedCode {
+    Code code;
+    const char* name;
+};
+
+/** A name is made of its enumerator, so that the two cannot differ. */
+#define NAMED(enumerator)                                                                          \
+    {                                                                                              \
+        enumerator, #enumerator                                                                    \
+    }
+
+// clang-format off
+constexpr NamedCode<filtersErr_t> RESULT_NAMES[] = {
+    NAMED(FILTERS_OK),
+    NAMED(FILTERS_ERR_NOT_FOUND),
+    NAMED(FILTERS_ERR_INVALID),
+    NAMED(FILTERS_ERR_BAD_PARAM),
+    NAMED(FILTERS_ERR_MATCH_NOT_ALLOWED),
+    NAMED(FILTERS_ERR_TYPE_NOT_ALLOWED),
+    NAMED(FILTERS_ERR_UNKNOWN_STAGE),
+    NAMED(FILTERS_ERR_ACTION_NOT_ALLOWED),
+    NAMED(FILTERS_ERR_POLICER_STAGE),
+};
+
+constexpr NamedCode<filtersMatch_t> MATCH_NAMES[] = {
+    NAMED(MATCH_ALL),
+    NAMED(MATCH_INGRESS_PORTS),
+    NAMED(MATCH_EXTERNAL_VLAN_ID),
+    NAMED(MATCH_TPID),
+    NAMED(MATCH_DST_MAC),
+    NAMED(MATCH_DST_L4_PORT),
+    NAMED(MATCH_SRC_L4_PORT),
+    NAMED(MATCH_SRC_MAC),
+    NAMED(MATCH_L2_SRC_ENTRY_TYPE),
+    NAMED(MATCH_SRC_IPV4),
+    NAMED(MATCH_DST_IPV4),
+    NAMED(MATCH_INTERNAL_VLAN_ID),
+    NAMED(MATCH_PCP),
+    NAMED(MATCH_INTERNAL_PCP),
+    NAMED(MATCH_SRC_IPV6),
+    NAMED(MATCH_DST_IPV6),
+    NAMED(MATCH_VLAN_UNTAGGED),
+    NAMED(MATCH_IP_PROTOCOL),
+    NAMED(MATCH_PACKET_RES),
+    NAMED(MATCH_MPLS_TERM),
+    NAMED(MATCH_TOS),
+    NAMED(MATCH_VIRTUAL_PORT),
+    NAMED(MATCH_EGRESS_PORTS),
+    NAMED(MATCH_INGRESS_STP_STATE),
+    NAMED(MATCH_VLAN_INFO),
+    NAMED(MATCH_SRC_PORT),
+    NAMED(MATCH_TTL),
+    NAMED(MATCH_VRF_ID),
+    NAMED(MATCH_DROP),
+    NAMED(MATCH_CPU_PORT),
+    NAMED(MATCH_FORWARDING_TYPE),
+    NAMED(MATCH_DESTINATION_CPU),
+};
+
+constexpr NamedCode<filtersAction_t> ACTION_NAMES[] = {
+    NAMED(ACTION_PERMIT),
+    NAMED(ACTION_DENY),
+    NAMED(ACTION_COPY_TO_CPU),
+    NAMED(ACTION_BLOCK_EGRESS_PORTS),
+    NAMED(ACTION_COPY_TO_CPU_CANCEL),
+    NAMED(ACTION_SET_PCP),
+    NAMED(ACTION_SET_PCP_AND_QUEUE),
+    NAMED(ACTION_SET_INNER_PCP),
+    NAMED(ACTION_SET_DSCP),
+    NAMED(ACTION_MAP_TO_COS_QUEUE),
+    NAMED(ACTION_MAP_TO_CPU_COS_QUEUE),
+    NAMED(ACTION_REDIRECT),
+    NAMED(ACTION_REPLACE_DST_MAC),
+    NAMED(ACTION_REDIRECT_CANCEL),
+    NAMED(ACTION_REPLACE_SRC_MAC),
+    NAMED(ACTION_L3_SWITCH),
+    NAMED(ACTION_BLACK_HOLE),
+};
+
+constexpr NamedCode<filtersGroupStage_t> GROUP_STAGE_NAMES[] = {
+    NAMED(GROUP_STAGE_0),
+    NAMED(GROUP_STAGE_1),
+    NAMED(GROUP_STAGE_2),
+    NAMED(GROUP_STAGE_3),
+};
+
+constexpr NamedCode<filtersGroupType_t> GROUP_TYPE_NAMES[] = {
+    NAMED(GROUP_TYPE_0),
+    NAMED(GROUP_TYPE_1),
+    NAMED(GROUP_TYPE_2),
+    NAMED(GROUP_TYPE_3),
+    NAMED(GROUP_TYPE_4),
+    NAMED(GROUP_TYPE_5),
+    NAMED(GROUP_TYPE_6),
+    NAMED(GROUP_TYPE_7),
+    NAMED(GROUP_TYPE_8),
+    NAMED(GROUP_TYPE_9),
+};
+
+using policer::STAGE_EGRESS;
+using policer::STAGE_INGRESS;
+using policer::STAGE_NONE;
+constexpr NamedCode<policer::Stage> POLICER_STAGE_NAMES[] = {
+    NAMED(STAGE_INGRESS),
+    NAMED(STAGE_EGRESS),
+    NAMED(STAGE_NONE),
+};
+// clang-format on
+
+#undef NAMED
+
+/** The codes from 0 without a gap, as far as the table goes. */
+template <class Code, std::size_t N>
+constexpr bool standAtTheirCodes(const NamedCode<Code> (&names)[N])
+{
+    for (std::size_t i = 0; i < N; ++i)
+        if (static_cast<std::size_t>(names[i].code) != i)
+            return false;
+    return true;
+}
+
+static_assert(std::size(MATCH_NAMES) == MatchKinds::SIZE && standAtTheirCodes(MATCH_NAMES));
+static_assert(std::size(ACTION_NAMES) == ActionKinds::SIZE && standAtTheirCodes(ACTION_NAMES));
+static_assert(std::size(GROUP_STAGE_NAMES) == std::size(STAGE_TYPES) &&
+              standAtTheirCodes(GROUP_STAGE_NAMES));
+static_assert(std::size(GROUP_TYPE_NAMES) == std::size(TYPE_MATCHES) &&
+              standAtTheirCodes(GROUP_TYPE_NAMES));
+template <class Code, std::size_t N>
+const char* findIn(const NamedCode<Code> (&names)[N], Code code)
+{
+    for (const NamedCode<Code>& named : names)
+        if (named.code == code)
+            return named.name;
+    return nullptr;
+}
+
+const char* orUnknown(const char* name) { return name == nullptr ? "unknown" : name; }
+
+} // namespace
+
+// --------------------------------------------------------------------------------------- in here
+
+const char* findName(filtersErr_t code) { return findIn(RESULT_NAMES, code); }
+const char* findName(filtersMatch_t kind) { return findIn(MATCH_NAMES, kind); }
+const char* findName(filtersAction_t kind) { return findIn(ACTION_NAMES, kind); }
+const char* findName(filtersGroupStage_t stage) { return findIn(GROUP_STAGE_NAMES, stage); }
+const char* findName(filtersGroupType_t type) { return findIn(GROUP_TYPE_NAMES, type); }
+const char* findName(policer::Stage stage) { return findIn(POLICER_STAGE_NAMES, stage); }
+
+// ------------------------------------------------------------------------------------ for callers
+
+const char* filtersErrName(filtersErr_t code) { return orUnknown(findName(code)); }
+const char* filtersMatchName(filtersMatch_t kind) { return orUnknown(findName(kind)); }
+const char* filtersActionName(filtersAction_t kind) { return orUnknown(findName(kind)); }
+const char* filtersGroupStageName(filtersGroupStage_t stage) { return orUnknown(findName(stage)); }
+const char* filtersGroupTypeName(filtersGroupType_t type) { return orUnknown(findName(type)); }
+
+const char* filtersPolicerStageName(uint32_t stage)
+{
+    return orUnknown(findName(static_cast<policer::Stage>(stage)));
+}
+
+} // namespace FiltersCommon

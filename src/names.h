@@ -1,0 +1,23 @@
+/**
+ * The names of codes, or null for codes without one; what callers see are the functions of
+ * filter_names.h.
+ */
+#ifndef FILTER_COMMON_SRC_NAMES_H
+#define FILTER_COMMON_SRC_NAMES_H
+
+#include "filter_types.h"
+
+#include <policer_common.h>
+
+namespace FiltersCommon {
+
+const char* findName(filtersErr_t code);
+const char* findName(filtersMatch_t kind);
+const char* findName(filtersAction_t kind);
+const char* findName(filtersGroupStage_t stage);
+const char* findName(filtersGroupType_t type);
+const char* findName(policer::Stage stage);
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_NAMES_H
