@@ -128,7 +128,6 @@ public:
 private:
     friend struct GroupWire; // writes and reads the members
 
-    filtersErr_t stageAdmits(const FiltersEntry& entry, filtersGroupStage_t stage) const;
     filtersErr_t admits(const FiltersEntry& entry, filtersGroupStage_t stage,
                         filtersGroupType_t type) const;
 

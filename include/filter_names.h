@@ -25,6 +25,7 @@ const char* filtersMatchName(filtersMatch_t kind);
 const char* filtersActionName(filtersAction_t kind);
 const char* filtersGroupStageName(filtersGroupStage_t stage);
 const char* filtersGroupTypeName(filtersGroupType_t type);
+const char* filtersRefusalReasonName(filtersRefusalReason_t reason);
 
 /** Policers come from another library, whose policer::Stage has these names and numbers. */
 const char* filtersPolicerStageName(uint32_t stage);

@@ -1,6 +1,6 @@
 /**
- * The vocabulary of packet filters: identifiers, priorities, kind codes, result codes, group stages
- * and types, and the small types that single match and action classes use.
+ * The vocabulary of packet filters: identifiers, priorities, kind codes, result codes, reasons of
+ * refusals, group stages and types, and the small types that single match and action classes use.
  *
  * Plain C11 and C++17. In C++ everything stands in the namespace FiltersCommon.
  *
@@ -121,6 +121,43 @@ typedef enum filtersErr_t FILTERS_COMMON_INT32 {
     FILTERS_ERR_POLICER_STAGE = -10
 } filtersErr_t;
 
+/* ------------------------------------------------------------------------- reasons of refusals */
+
+/**
+ * Why something is refused, more exactly than a result code says it; each reason has one code,
+ * which stands behind it. On the wire and in text dumps there are no reasons.
+ */
+typedef enum filtersRefusalReason_t FILTERS_COMMON_INT32 {
+    /** There is no such group type. FILTERS_ERR_INVALID */
+    REFUSAL_UNKNOWN_TYPE = 0,
+    /** The group's type does not admit the match kind. FILTERS_ERR_MATCH_NOT_ALLOWED */
+    REFUSAL_MATCH_NOT_IN_TYPE = 1,
+    /** There is no such group stage. FILTERS_ERR_UNKNOWN_STAGE */
+    REFUSAL_UNKNOWN_STAGE = 2,
+    /** The group's stage does not admit the action kind. FILTERS_ERR_ACTION_NOT_ALLOWED */
+    REFUSAL_ACTION_NOT_AT_STAGE = 3,
+    /** The group's stage does not admit policers of that stage. FILTERS_ERR_POLICER_STAGE */
+    REFUSAL_POLICER_NOT_AT_STAGE = 4,
+    /** The group's stage does not admit the group's type. FILTERS_ERR_TYPE_NOT_ALLOWED */
+    REFUSAL_TYPE_NOT_AT_STAGE = 5,
+    /** The class is no match class that entries know. FILTERS_ERR_INVALID */
+    REFUSAL_UNKNOWN_MATCH_CLASS = 6,
+    /** The class is no action class that entries know. FILTERS_ERR_INVALID */
+    REFUSAL_UNKNOWN_ACTION_CLASS = 7,
+    /** IPv4 addresses would meet IPv6 addresses. FILTERS_ERR_INVALID */
+    REFUSAL_IPV4_WITH_IPV6 = 8,
+    /** The object is not of the class that holds the values of its kind. FILTERS_ERR_INVALID */
+    REFUSAL_MATCH_NOT_OF_ITS_KIND = 9,
+    /** The object is not of the class that holds the values of its kind. FILTERS_ERR_INVALID */
+    REFUSAL_ACTION_NOT_OF_ITS_KIND = 10,
+    /** There is no such match kind. FILTERS_ERR_INVALID */
+    REFUSAL_UNKNOWN_MATCH_KIND = 11,
+    /** There is no such action kind. FILTERS_ERR_INVALID */
+    REFUSAL_UNKNOWN_ACTION_KIND = 12,
+    /** The C interface does not offer the match kind. FILTERS_ERR_INVALID */
+    REFUSAL_MATCH_NOT_IN_C = 13
+} filtersRefusalReason_t;
+
 /* ---------------------------------------------------------------------- group stages and types */
 
 /** Where in the packet path a group applies. */
@@ -202,6 +239,7 @@ typedef enum cp2cpuCancelParam_t FILTERS_COMMON_INT32 {
 FILTERS_COMMON_IS_32_BITS(filtersMatch_t);
 FILTERS_COMMON_IS_32_BITS(filtersAction_t);
 FILTERS_COMMON_IS_32_BITS(filtersErr_t);
+FILTERS_COMMON_IS_32_BITS(filtersRefusalReason_t);
 FILTERS_COMMON_IS_32_BITS(filtersGroupStage_t);
 FILTERS_COMMON_IS_32_BITS(filtersGroupType_t);
 FILTERS_COMMON_IS_32_BITS(counter_type_t);

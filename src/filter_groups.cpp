@@ -1,5 +1,6 @@
 #include "filter_groups.h"
 
+#include "group_checks.h"
 #include "ordered_maps.h"
 
 #include <algorithm>
@@ -19,9 +20,8 @@ FiltersGroup& FiltersGroup::operator=(const FiltersGroup& other)
 
 filtersErr_t FiltersGroup::setStage(const filtersGroupStage_t& stage)
 {
-    filtersErr_t result = groupStageValidation(stage, type_);
-    for (auto entry = entries_.begin(); result == FILTERS_OK && entry != entries_.end(); ++entry)
-        result = stageAdmits(entry->second, stage);
+    const filtersErr_t result =
+        firstRefusal([&](auto refuse) { checkStageChange(entries_, stage, type_, refuse); });
     if (result == FILTERS_OK)
         stage_ = stage;
     return result;
@@ -29,25 +29,17 @@ filtersErr_t FiltersGroup::setStage(const filtersGroupStage_t& stage)
 
 filtersErr_t FiltersGroup::setType(const filtersGroupType_t& type)
 {
-    filtersErr_t result = groupStageValidation(stage_, type);
-    for (auto entry = entries_.begin(); result == FILTERS_OK && entry != entries_.end(); ++entry)
-        result = groupMatchValidation(entry->second, type);
+    const filtersErr_t result =
+        firstRefusal([&](auto refuse) { checkTypeChange(entries_, stage_, type, refuse); });
     if (result == FILTERS_OK)
         type_ = type;
     return result;
 }
 
-filtersErr_t FiltersGroup::stageAdmits(const FiltersEntry& entry, filtersGroupStage_t stage) const
-{
-    const filtersErr_t result = groupActionValidation(entry, stage);
-    return result == FILTERS_OK ? groupPolicerValidation(entry.getPolicer(), stage) : result;
-}
-
 filtersErr_t FiltersGroup::admits(const FiltersEntry& entry, filtersGroupStage_t stage,
                                   filtersGroupType_t type) const
 {
-    const filtersErr_t result = groupMatchValidation(entry, type);
-    return result == FILTERS_OK ? stageAdmits(entry, stage) : result;
+    return firstRefusal([&](auto refuse) { checkInsertion(entry, stage, type, refuse); });
 }
 
 filtersErr_t FiltersGroup::insertEntry(const FiltersEntry& entry)

@@ -113,6 +113,23 @@ constexpr NamedCode<filtersGroupType_t> GROUP_TYPE_NAMES[] = {
     NAMED(GROUP_TYPE_9),
 };
 
+constexpr NamedCode<filtersRefusalReason_t> REASON_NAMES[] = {
+    NAMED(REFUSAL_UNKNOWN_TYPE),
+    NAMED(REFUSAL_MATCH_NOT_IN_TYPE),
+    NAMED(REFUSAL_UNKNOWN_STAGE),
+    NAMED(REFUSAL_ACTION_NOT_AT_STAGE),
+    NAMED(REFUSAL_POLICER_NOT_AT_STAGE),
+    NAMED(REFUSAL_TYPE_NOT_AT_STAGE),
+    NAMED(REFUSAL_UNKNOWN_MATCH_CLASS),
+    NAMED(REFUSAL_UNKNOWN_ACTION_CLASS),
+    NAMED(REFUSAL_IPV4_WITH_IPV6),
+    NAMED(REFUSAL_MATCH_NOT_OF_ITS_KIND),
+    NAMED(REFUSAL_ACTION_NOT_OF_ITS_KIND),
+    NAMED(REFUSAL_UNKNOWN_MATCH_KIND),
+    NAMED(REFUSAL_UNKNOWN_ACTION_KIND),
+    NAMED(REFUSAL_MATCH_NOT_IN_C),
+};
+
 using policer::STAGE_EGRESS;
 using policer::STAGE_INGRESS;
 using policer::STAGE_NONE;
@@ -141,6 +158,9 @@ static_assert(std::size(GROUP_STAGE_NAMES) == std::size(STAGE_TYPES) &&
               standAtTheirCodes(GROUP_STAGE_NAMES));
 static_assert(std::size(GROUP_TYPE_NAMES) == std::size(TYPE_MATCHES) &&
               standAtTheirCodes(GROUP_TYPE_NAMES));
+static_assert(std::size(REASON_NAMES) == REFUSAL_MATCH_NOT_IN_C + 1 &&
+              standAtTheirCodes(REASON_NAMES));
+
 template <class Code, std::size_t N>
 const char* findIn(const NamedCode<Code> (&names)[N], Code code)
 {
@@ -161,6 +181,7 @@ const char* findName(filtersMatch_t kind) { return findIn(MATCH_NAMES, kind); }
 const char* findName(filtersAction_t kind) { return findIn(ACTION_NAMES, kind); }
 const char* findName(filtersGroupStage_t stage) { return findIn(GROUP_STAGE_NAMES, stage); }
 const char* findName(filtersGroupType_t type) { return findIn(GROUP_TYPE_NAMES, type); }
+const char* findName(filtersRefusalReason_t reason) { return findIn(REASON_NAMES, reason); }
 const char* findName(policer::Stage stage) { return findIn(POLICER_STAGE_NAMES, stage); }
 
 // ------------------------------------------------------------------------------------ for callers
@@ -170,6 +191,11 @@ const char* filtersMatchName(filtersMatch_t kind) { return orUnknown(findName(ki
 const char* filtersActionName(filtersAction_t kind) { return orUnknown(findName(kind)); }
 const char* filtersGroupStageName(filtersGroupStage_t stage) { return orUnknown(findName(stage)); }
 const char* filtersGroupTypeName(filtersGroupType_t type) { return orUnknown(findName(type)); }
+
+const char* filtersRefusalReasonName(filtersRefusalReason_t reason)
+{
+    return orUnknown(findName(reason));
+}
 
 const char* filtersPolicerStageName(uint32_t stage)
 {

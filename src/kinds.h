@@ -8,6 +8,7 @@
 #define FILTER_COMMON_SRC_KINDS_H
 
 #include "filter_actions.h"
+#include "filter_code_set.h"
 #include "filter_matches.h"
 
 #include <cstddef>
@@ -37,6 +38,8 @@ public:
     using Code = decltype(std::declval<const Base&>().getType());
 
     static constexpr std::size_t SIZE = sizeof...(Classes);
+
+    static constexpr CodeSet<Code> codes() { return {Classes::KIND...}; }
 
     /**
      * Calls @p function with the Kind of the class of @p code and returns what it returns, or
@@ -83,6 +86,7 @@ private:
     }
 
     static_assert((std::is_base_of_v<Base, Classes> && ...));
+    static_assert(SIZE <= CodeSet<Code>::LIMIT, "a place in a set for each kind");
     static_assert(standAtTheirCodes(std::make_index_sequence<SIZE>()));
 };
 
@@ -134,6 +138,13 @@ auto as(Base& object)
     if (typeid(object) == typeid(Exact))
         return static_cast<Wanted*>(&object);
     return dynamic_cast<Wanted*>(&object);
+}
+
+/** Whether there is a copy of the object as a T: a class without values takes any object. */
+template <class T, class Base>
+bool isCopiedAs(const Base& object)
+{
+    return hasNoValues<T> || as<T>(object) != nullptr;
 }
 
 /** A copy of the object as a T; null if T has values and the object is no T. */

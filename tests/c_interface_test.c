@@ -412,6 +412,7 @@ static void namesOfCodes(void)
     CHECK(strcmp(filtersGroupStageName(GROUP_STAGE_3), "GROUP_STAGE_3") == 0);
     CHECK(strcmp(filtersGroupTypeName(GROUP_TYPE_9), "GROUP_TYPE_9") == 0);
     CHECK(strcmp(filtersPolicerStageName(2), "STAGE_NONE") == 0);
+    CHECK(strcmp(filtersRefusalReasonName(REFUSAL_UNKNOWN_TYPE), "REFUSAL_UNKNOWN_TYPE") == 0);
 }
 
 int main(void)

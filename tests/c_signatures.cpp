@@ -187,6 +187,7 @@ IS(filtersActionName, const char*(filtersAction_t));
 IS(filtersGroupStageName, const char*(filtersGroupStage_t));
 IS(filtersGroupTypeName, const char*(filtersGroupType_t));
 IS(filtersPolicerStageName, const char*(std::uint32_t));
+IS(filtersRefusalReasonName, const char*(filtersRefusalReason_t));
 
 // ------------------------------------------------------------------------------------ the numbers
 

@@ -69,6 +69,8 @@ const Named NAMED[] = {
      byNumber<filtersGroupStage_t, filtersGroupStageName>},
     {FILTER_TYPES_HEADER, "filtersGroupType_t", 10,
      byNumber<filtersGroupType_t, filtersGroupTypeName>},
+    {FILTER_TYPES_HEADER, "filtersRefusalReason_t", 14,
+     byNumber<filtersRefusalReason_t, filtersRefusalReasonName>},
 #ifdef POLICER_COMMON_HEADER
     {POLICER_COMMON_HEADER, "Stage", 3, byNumber<std::uint32_t, filtersPolicerStageName>},
 #endif

@@ -1,0 +1,175 @@
+/**
+ * Refusals that explain themselves: all reasons why an operation on an entry or a group would
+ * refuse, as data and as a sentence.
+ *
+ * Beside an operation that answers with a code stands a function here that takes what the operation
+ * takes, changes nothing, and answers every reason for its refusal, in the order in which the
+ * operation's checks run. No reasons mean that the operation would succeed; otherwise the first
+ * reason's code is the code that the operation returns.
+ *
+ * A fact that all checks of a walk meet again, such as an unknown group stage, is one reason.
+ *
+ * When memory runs out std::bad_alloc is raised.
+ */
+#ifndef FILTER_COMMON_FILTER_REFUSALS_H
+#define FILTER_COMMON_FILTER_REFUSALS_H
+
+#include "filter_code_set.h"
+#include "filter_groups.h"
+#include "filter_names.h"
+
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace FiltersCommon {
+
+/**
+ * Why an element, an entry, a group stage or a group type is refused. What does not concern the
+ * reason is absent, or an empty set.
+ */
+struct FiltersRefusal {
+    explicit constexpr FiltersRefusal(filtersRefusalReason_t why) : reason(why) {}
+
+    /** The result code of an operation that refuses for this reason. */
+    constexpr filtersErr_t code() const;
+
+    /**
+     * One line in English, without an end of line. Codes stand there by their enumerators' names,
+     * unknown codes by their numbers.
+     */
+    std::string sentence() const;
+
+    bool operator==(const FiltersRefusal& other) const;
+    bool operator!=(const FiltersRefusal& other) const { return !(*this == other); }
+
+    filtersRefusalReason_t reason;
+
+    /** The entry that is refused, or that is in the way of a new stage or type of its group. */
+    std::optional<filtersEntryId_t> entry;
+    /** What is refused of it: at most one of these. */
+    std::optional<filtersMatch_t> match;
+    std::optional<filtersAction_t> action;
+    std::optional<policer::Stage> policerStage;
+
+    /** The stage and the type of the group, as they are or as they were asked for. */
+    std::optional<filtersGroupStage_t> stage;
+    std::optional<filtersGroupType_t> type;
+
+    /** What would have been admitted in the place of what is refused. */
+    CodeSet<filtersMatch_t> admittedMatches;
+    CodeSet<filtersAction_t> admittedActions;
+    CodeSet<policer::Stage> admittedPolicerStages;
+    /** The stages that admit the type; of an unknown stage, those that there are. */
+    CodeSet<filtersGroupStage_t> admittedStages;
+    /** The types that the stage admits; of an unknown type, those that there are. */
+    CodeSet<filtersGroupType_t> admittedTypes;
+
+    /** The matches that exclude the one that is refused. */
+    CodeSet<filtersMatch_t> excludingMatches;
+};
+
+// ----------------------------------------------------------------------------------------- groups
+
+/** Why FiltersGroup::insertEntry refuses; every reason names the entry. */
+std::vector<FiltersRefusal> insertEntryRefusals(const FiltersGroup& group,
+                                                const FiltersEntry& entry);
+
+/** Why FiltersGroup::setStage refuses. */
+std::vector<FiltersRefusal> setStageRefusals(const FiltersGroup& group, filtersGroupStage_t stage);
+
+/** Why FiltersGroup::setType refuses. */
+std::vector<FiltersRefusal> setTypeRefusals(const FiltersGroup& group, filtersGroupType_t type);
+
+// ---------------------------------------------------------------------------------------- entries
+
+/** Why FiltersEntry::setMatch refuses. Any class T is taken; of an object only the kind is read. */
+template <class T>
+std::vector<FiltersRefusal> setMatchRefusals(const FiltersEntry& entry, const T& match);
+
+/** Why FiltersEntry::setAction refuses. Any class T is taken. */
+template <class T>
+std::vector<FiltersRefusal> setActionRefusals(const FiltersEntry& entry, const T& action);
+
+/** Why FiltersEntry::isL3CompatibleMatch is false for a match of @p kind. */
+std::vector<FiltersRefusal> l3Refusals(const FiltersEntry& entry, filtersMatch_t kind);
+
+/**
+ * Why FiltersEntry::copyMatches refuses. The walk goes on behind a match that is refused, as if it
+ * were not there.
+ */
+std::vector<FiltersRefusal> copyMatchesRefusals(const FiltersEntry& entry,
+                                                const FiltersEntry::MatchMap& from);
+std::vector<FiltersRefusal> copyActionsRefusals(const FiltersEntry& entry,
+                                                const FiltersEntry::ActionMap& from);
+
+/** As copyMatchesRefusals, for FiltersEntry::setMatches. */
+std::vector<FiltersRefusal> setMatchesRefusals(const FiltersEntry& entry,
+                                               const FiltersEntry::MatchMap& from);
+std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
+                                               const FiltersEntry::ActionMap& from);
+
+// ---------------------------------------------------------------------------- inline and templates
+
+constexpr filtersErr_t FiltersRefusal::code() const
+{
+    switch (reason) {
+    case REFUSAL_MATCH_NOT_IN_TYPE:
+        return FILTERS_ERR_MATCH_NOT_ALLOWED;
+    case REFUSAL_UNKNOWN_STAGE:
+        return FILTERS_ERR_UNKNOWN_STAGE;
+    case REFUSAL_ACTION_NOT_AT_STAGE:
+        return FILTERS_ERR_ACTION_NOT_ALLOWED;
+    case REFUSAL_POLICER_NOT_AT_STAGE:
+        return FILTERS_ERR_POLICER_STAGE;
+    case REFUSAL_TYPE_NOT_AT_STAGE:
+        return FILTERS_ERR_TYPE_NOT_ALLOWED;
+    case REFUSAL_UNKNOWN_TYPE:
+    case REFUSAL_UNKNOWN_MATCH_CLASS:
+    case REFUSAL_UNKNOWN_ACTION_CLASS:
+    case REFUSAL_IPV4_WITH_IPV6:
+    case REFUSAL_MATCH_NOT_OF_ITS_KIND:
+    case REFUSAL_ACTION_NOT_OF_ITS_KIND:
+    case REFUSAL_UNKNOWN_MATCH_KIND:
+    case REFUSAL_UNKNOWN_ACTION_KIND:
+    case REFUSAL_MATCH_NOT_IN_C:
+        break;
+    }
+    return FILTERS_ERR_INVALID;
+}
+
+template <class T>
+std::vector<FiltersRefusal> setMatchRefusals(const FiltersEntry& entry,
+                                             [[maybe_unused]] const T& match)
+{
+    std::vector<FiltersRefusal> refusals;
+    if constexpr (!isMatchClass<T>) {
+        FiltersRefusal& refusal = refusals.emplace_back(REFUSAL_UNKNOWN_MATCH_CLASS);
+        refusal.entry = entry.getId();
+        if constexpr (std::is_convertible_v<const T*, const Match*>)
+            refusal.match = match.getType();
+    }
+    if constexpr (std::is_convertible_v<const T*, const Match*>)
+        for (const FiltersRefusal& refusal : l3Refusals(entry, match.getType()))
+            refusals.push_back(refusal);
+    return refusals;
+}
+
+template <class T>
+std::vector<FiltersRefusal> setActionRefusals([[maybe_unused]] const FiltersEntry& entry,
+                                              [[maybe_unused]] const T& action)
+{
+    std::vector<FiltersRefusal> refusals;
+    if constexpr (!isActionClass<T>) {
+        FiltersRefusal& refusal = refusals.emplace_back(REFUSAL_UNKNOWN_ACTION_CLASS);
+        refusal.entry = entry.getId();
+        if constexpr (std::is_convertible_v<const T*, const Action*>)
+            refusal.action = action.getType();
+    }
+    return refusals;
+}
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_FILTER_REFUSALS_H

@@ -1,0 +1,177 @@
+/**
+ * The checks of groups, each in the one order in which it runs.
+ *
+ * A check hands every refusal to its last argument, a callable that tells whether the check goes
+ * on, and tells the same itself. An operation stops at the first refusal and keeps its code alone;
+ * an explanation goes on to the end.
+ */
+#ifndef FILTER_COMMON_SRC_GROUP_CHECKS_H
+#define FILTER_COMMON_SRC_GROUP_CHECKS_H
+
+#include "filter_refusals.h"
+#include "group_rules.h"
+
+namespace FiltersCommon {
+
+/** The code of the first refusal of @p check, which is given the callable; allocates nothing. */
+template <class Check>
+filtersErr_t firstRefusal(Check check)
+{
+    filtersErr_t code = FILTERS_OK;
+    check([&code](const FiltersRefusal& refusal) {
+        code = refusal.code();
+        return false;
+    });
+    return code;
+}
+
+// --------------------------------------------------------------------- refusals of a whole group
+
+constexpr FiltersRefusal unknownType(filtersGroupType_t type)
+{
+    FiltersRefusal refusal(REFUSAL_UNKNOWN_TYPE);
+    refusal.type = type;
+    refusal.admittedTypes = keysOf(TYPE_MATCHES);
+    return refusal;
+}
+
+constexpr FiltersRefusal unknownStage(filtersGroupStage_t stage)
+{
+    FiltersRefusal refusal(REFUSAL_UNKNOWN_STAGE);
+    refusal.stage = stage;
+    refusal.admittedStages = keysOf(STAGE_TYPES);
+    return refusal;
+}
+
+/** The stages that admit @p type. */
+constexpr CodeSet<filtersGroupStage_t> stagesOf(filtersGroupType_t type)
+{
+    CodeSet<filtersGroupStage_t> stages;
+    for (const auto& row : STAGE_TYPES)
+        if (row.admitted.contains(type))
+            stages.insert(row.key);
+    return stages;
+}
+
+// ------------------------------------------------------------------------------------ single rules
+
+template <class Refuse>
+bool checkMatches(const FiltersEntry& entry, filtersGroupType_t type, Refuse&& refuse)
+{
+    const auto* row = findRow(TYPE_MATCHES, type);
+    if (row == nullptr)
+        return refuse(unknownType(type));
+    for (const auto& element : entry.getMatchesRef()) {
+        const filtersMatch_t kind = element.second->getType();
+        if (row->admitted.contains(kind))
+            continue;
+        FiltersRefusal refusal(REFUSAL_MATCH_NOT_IN_TYPE);
+        refusal.entry = entry.getId();
+        refusal.match = kind;
+        refusal.type = type;
+        refusal.admittedMatches = row->admitted;
+        if (!refuse(refusal))
+            return false;
+    }
+    return true;
+}
+
+template <class Refuse>
+bool checkActions(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&& refuse)
+{
+    const auto* row = findRow(STAGE_ACTIONS, stage);
+    if (row == nullptr)
+        return refuse(unknownStage(stage));
+    for (const auto& element : entry.getActionsRef()) {
+        const filtersAction_t kind = element.second->getType();
+        if (row->admitted.contains(kind))
+            continue;
+        FiltersRefusal refusal(REFUSAL_ACTION_NOT_AT_STAGE);
+        refusal.entry = entry.getId();
+        refusal.action = kind;
+        refusal.stage = stage;
+        refusal.admittedActions = row->admitted;
+        if (!refuse(refusal))
+            return false;
+    }
+    return true;
+}
+
+template <class Refuse>
+bool checkPolicer(const policer::Policer& policer, filtersGroupStage_t stage, Refuse&& refuse)
+{
+    if (policer.GetStage() == policer::STAGE_NONE)
+        return true;
+    const auto* row = findRow(STAGE_POLICERS, stage);
+    if (row == nullptr)
+        return refuse(unknownStage(stage));
+    if (policer.GetStage() == row->policerStage)
+        return true;
+    FiltersRefusal refusal(REFUSAL_POLICER_NOT_AT_STAGE);
+    refusal.policerStage = policer.GetStage();
+    refusal.stage = stage;
+    refusal.admittedPolicerStages = {row->policerStage, policer::STAGE_NONE};
+    return refuse(refusal);
+}
+
+template <class Refuse>
+bool checkTypeAtStage(filtersGroupStage_t stage, filtersGroupType_t type, Refuse&& refuse)
+{
+    const auto* row = findRow(STAGE_TYPES, stage);
+    if (row == nullptr)
+        return refuse(unknownStage(stage));
+    if (row->admitted.contains(type))
+        return true;
+    FiltersRefusal refusal(REFUSAL_TYPE_NOT_AT_STAGE);
+    refusal.stage = stage;
+    refusal.type = type;
+    refusal.admittedStages = stagesOf(type);
+    refusal.admittedTypes = row->admitted;
+    return refuse(refusal);
+}
+
+// ------------------------------------------------------------------------------ whole operations
+
+/** What the stage says of an entry. */
+template <class Refuse>
+bool checkEntryAtStage(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&& refuse)
+{
+    return checkActions(entry, stage, refuse) &&
+           checkPolicer(entry.getPolicer(), stage, [&](FiltersRefusal refusal) {
+               refusal.entry = entry.getId();
+               return refuse(refusal);
+           });
+}
+
+template <class Refuse>
+bool checkInsertion(const FiltersEntry& entry, filtersGroupStage_t stage, filtersGroupType_t type,
+                    Refuse&& refuse)
+{
+    return checkMatches(entry, type, refuse) && checkEntryAtStage(entry, stage, refuse);
+}
+
+/** Whether a group of @p type may go on to @p stage with the entries that it holds. */
+template <class Refuse>
+bool checkStageChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
+                      filtersGroupType_t type, Refuse&& refuse)
+{
+    bool goesOn = checkTypeAtStage(stage, type, refuse);
+    for (auto entry = held.begin(); goesOn && entry != held.end(); ++entry)
+        goesOn = checkEntryAtStage(entry->second, stage, refuse);
+    return goesOn;
+}
+
+/** Whether a group at @p stage may go on to @p type with the entries that it holds. */
+template <class Refuse>
+bool checkTypeChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
+                     filtersGroupType_t type, Refuse&& refuse)
+{
+    bool goesOn = checkTypeAtStage(stage, type, refuse);
+    for (auto entry = held.begin(); goesOn && entry != held.end(); ++entry)
+        goesOn = checkMatches(entry->second, type, refuse);
+    return goesOn;
+}
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_GROUP_CHECKS_H

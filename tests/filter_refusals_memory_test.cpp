@@ -1,0 +1,143 @@
+/**
+ * Refusals and memory: every allocation of every question fails once, and once together with all
+ * later ones. Names, the checks themselves, and questions without reasons allocate nothing.
+ */
+#include "entry_maps.h"
+#include "refusals_support.h"
+#include "test_allocator.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+namespace FiltersCommon {
+namespace {
+
+using namespace test;
+
+FiltersEntry refusedEntry(filtersEntryId_t id)
+{
+    FiltersEntry entry(id);
+    entry.setMatch(MatchTTL(1));
+    entry.setMatch(MatchVlanUntagged());
+    entry.setMatch(MatchDstIPv4(ipv4("192.0.2.1")));
+    entry.setAction(ActionMapToCpuCosQueue(1));
+    entry.setPolicer(policerAt(policer::STAGE_EGRESS));
+    return entry;
+}
+
+FiltersGroup heldGroup()
+{
+    FiltersGroup group(1);
+    group.setType(GROUP_TYPE_3);
+    for (const filtersEntryId_t id : {filtersEntryId_t{3}, filtersEntryId_t{4}}) {
+        FiltersEntry entry(id);
+        entry.setMatch(MatchTTL(1));
+        entry.setAction(ActionBlackHole());
+        EXPECT_EQ(group.insertEntry(entry), FILTERS_OK);
+    }
+    return group;
+}
+
+/** What is asked about, and what it must be afterwards. */
+struct Asked {
+    FiltersGroup group = heldGroup();
+    FiltersEntry entry = refusedEntry(12);
+    MatchSrcIPv6 excluded{ipv6("2001:db8::1")};
+    Match lying{MATCH_SRC_IPV6};
+    Action lyingAction{ACTION_SET_PCP};
+    Matches matches = matchesOf(Match(MATCH_PCP), MatchSrcIPv6(ipv6("::1")));
+    Actions actions = actionsOf(Action(ACTION_SET_PCP));
+
+    std::string state() const { return stateOf(group) + stateOf(entry); }
+};
+
+using Question = std::function<void(Asked&)>;
+
+/** Each answers at least one reason. */
+const Question QUESTIONS[] = {
+    [](Asked& asked) { insertEntryRefusals(asked.group, asked.entry); },
+    [](Asked& asked) { setStageRefusals(asked.group, GROUP_STAGE_1); },
+    [](Asked& asked) { setStageRefusals(asked.group, stage(4)); },
+    [](Asked& asked) { setTypeRefusals(asked.group, GROUP_TYPE_1); },
+    [](Asked& asked) { setTypeRefusals(asked.group, type(10)); },
+    [](Asked& asked) { setMatchRefusals(asked.entry, asked.excluded); },
+    [](Asked& asked) { setMatchRefusals(asked.entry, asked.lying); },
+    [](Asked& asked) { setActionRefusals(asked.entry, asked.lyingAction); },
+    [](Asked& asked) { l3Refusals(asked.entry, MATCH_DST_IPV6); },
+    [](Asked& asked) { copyMatchesRefusals(asked.entry, asked.matches); },
+    [](Asked& asked) { setMatchesRefusals(asked.entry, asked.matches); },
+    [](Asked& asked) { copyActionsRefusals(asked.entry, asked.actions); },
+    [](Asked& asked) { setActionsRefusals(asked.entry, asked.actions); },
+};
+
+TEST(RefusalsOutOfMemory, AQuestionChangesAndLeavesNothing)
+{
+    Asked asked;
+    const std::string before = asked.state();
+    for (const Question& question : QUESTIONS)
+        for (const Failing failing : {Failing::ONE, Failing::ONE_AND_ALL_LATER})
+            EXPECT_GE(
+                failEachAllocation(
+                    failing, [&] { question(asked); }, [&] { EXPECT_EQ(asked.state(), before); }),
+                1u);
+}
+
+TEST(RefusalsOutOfMemory, ASentenceThatIsNotMadeLeavesNothing)
+{
+    Asked asked;
+    for (const FiltersRefusal& refusal : insertEntryRefusals(asked.group, asked.entry))
+        EXPECT_GE(failEachAllocation([&] { refusal.sentence(); }, [] {}), 1u);
+}
+
+/** How much @p operation allocates. */
+template <class Operation>
+std::size_t allocationsOf(Operation operation)
+{
+    const std::size_t before = allocationTotals().count;
+    operation();
+    return allocationTotals().count - before;
+}
+
+TEST(RefusalsAllocateNothing, WhereThereIsNoReason)
+{
+    Asked asked;
+    const FiltersEntry admitted(12);
+    EXPECT_EQ(allocationsOf([&] {
+                  EXPECT_TRUE(insertEntryRefusals(asked.group, admitted).empty());
+                  EXPECT_TRUE(setStageRefusals(asked.group, GROUP_STAGE_2).empty());
+                  EXPECT_TRUE(setTypeRefusals(asked.group, GROUP_TYPE_3).empty());
+                  EXPECT_TRUE(setMatchRefusals(asked.entry, MatchAll()).empty());
+                  EXPECT_TRUE(setActionRefusals(asked.entry, ActionDeny()).empty());
+              }),
+              0u);
+}
+
+TEST(RefusalsAllocateNothing, InTheOperationsThatRefuse)
+{
+    Asked asked;
+    EXPECT_EQ(allocationsOf([&] {
+                  EXPECT_NE(asked.group.insertEntry(asked.entry), FILTERS_OK);
+                  EXPECT_NE(asked.group.setStage(GROUP_STAGE_1), FILTERS_OK);
+                  EXPECT_NE(asked.group.setStage(GROUP_STAGE_3), FILTERS_OK);
+                  EXPECT_NE(asked.group.setType(GROUP_TYPE_1), FILTERS_OK);
+                  EXPECT_EQ(asked.group.setStage(GROUP_STAGE_2), FILTERS_OK);
+                  EXPECT_NE(asked.entry.setMatch(asked.excluded), FILTERS_OK);
+              }),
+              0u);
+}
+
+TEST(RefusalsAllocateNothing, InNames)
+{
+    EXPECT_EQ(allocationsOf([] {
+                  EXPECT_NE(filtersErrName(FILTERS_ERR_INVALID), nullptr);
+                  EXPECT_NE(filtersMatchName(static_cast<filtersMatch_t>(-1)), nullptr);
+                  EXPECT_NE(filtersActionName(ACTION_DENY), nullptr);
+                  EXPECT_NE(filtersPolicerStageName(9), nullptr);
+              }),
+              0u);
+}
+
+} // namespace
+} // namespace FiltersCommon
