@@ -2,7 +2,8 @@
 
 #include "contract.h"
 #include "filter_entries.h"
-#include "kinds.h"
+#include "filter_refusals.h"
+#include "handle_classes.h"
 
 /** Callers rely on the lines and on the functions' texts: neither follows this file. */
 #define REQUIRE_ENTRY(line, function)                                                              \
@@ -54,26 +55,9 @@ filtersEntryPriority_t filtersEntryGetPriority(FiltersEntry* e)
 
 namespace {
 
-/**
- * Calls @p function with the object as its kind's class. Code 30 is deliberately not offered in C;
- * an object that is not of its kind's class is refused like an unknown class.
- */
-template <class Kinds, class Base, class Function>
-filtersErr_t withClass(Base& object, Function function)
-{
-    return Kinds::dispatch(object.getType(), FILTERS_ERR_INVALID, [&](auto kind) {
-        using Class = ClassOf<decltype(kind)>;
-        if constexpr (std::is_same_v<Class, MatchForwardingType>) {
-            return FILTERS_ERR_INVALID;
-        } else if constexpr (hasNoValues<Class>) {
-            Class instead;
-            return function(instead);
-        } else {
-            Class* exact = as<Class>(object);
-            return exact == nullptr ? FILTERS_ERR_INVALID : function(*exact);
-        }
-    });
-}
+constexpr auto CODE_OF = [](filtersRefusalReason_t reason) {
+    return FiltersRefusal(reason).code();
+};
 
 } // namespace
 
@@ -81,14 +65,15 @@ filtersErr_t filtersEntrySetMatch(FiltersEntry* e, Match* m)
 {
     if (e == nullptr || m == nullptr)
         return FILTERS_ERR_BAD_PARAM;
-    return withClass<MatchKinds>(*m, [e](const auto& match) { return e->setMatch(match); });
+    return withClass<MatchKinds>(*m, CODE_OF,
+                                 [e](const auto& match) { return e->setMatch(match); });
 }
 
 filtersErr_t filtersEntryGetMatch(FiltersEntry* e, Match* m)
 {
     if (e == nullptr || m == nullptr)
         return FILTERS_ERR_BAD_PARAM;
-    return withClass<MatchKinds>(*m, [e](auto& match) { return e->getMatch(match); });
+    return withClass<MatchKinds>(*m, CODE_OF, [e](auto& match) { return e->getMatch(match); });
 }
 
 filtersErr_t filtersEntryDeleteMatch(FiltersEntry* e, filtersMatch_t kind)
@@ -102,14 +87,15 @@ filtersErr_t filtersEntrySetAction(FiltersEntry* e, Action* a)
 {
     if (e == nullptr || a == nullptr)
         return FILTERS_ERR_BAD_PARAM;
-    return withClass<ActionKinds>(*a, [e](const auto& action) { return e->setAction(action); });
+    return withClass<ActionKinds>(*a, CODE_OF,
+                                  [e](const auto& action) { return e->setAction(action); });
 }
 
 filtersErr_t filtersEntryGetAction(FiltersEntry* e, Action* a)
 {
     if (e == nullptr || a == nullptr)
         return FILTERS_ERR_BAD_PARAM;
-    return withClass<ActionKinds>(*a, [e](auto& action) { return e->getAction(action); });
+    return withClass<ActionKinds>(*a, CODE_OF, [e](auto& action) { return e->getAction(action); });
 }
 
 filtersErr_t filtersEntryDeleteAction(FiltersEntry* e, filtersAction_t kind)

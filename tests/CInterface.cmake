@@ -23,7 +23,7 @@ function(filter_common_compile_headers name)
 endfunction()
 
 set(c_headers filter_types.h filter_names.h
-  filter_matches_c.h filter_actions_c.h filter_entries_c.h filter_groups_c.h)
+  filter_matches_c.h filter_actions_c.h filter_entries_c.h filter_groups_c.h filter_refusals_c.h)
 foreach(header IN LISTS c_headers)
   cmake_path(GET header STEM name)
   filter_common_compile_headers(${name} ${header})
@@ -55,7 +55,7 @@ add_test(NAME c_symbols.exported
 
 # ----------------------------------------------------------------------------------------- programs
 
-filter_common_c_program(c_interface_test c_interface_test.c)
+filter_common_c_program(c_interface_test c_interface_test.c c_refusals_test.c)
 add_test(NAME c_interface_test COMMAND c_interface_test)
 add_test(NAME c_symbols.called_from_c
   COMMAND ${compare_symbols} -D CALLER=$<TARGET_FILE:c_interface_test> ${compare_symbols_script})

@@ -1,6 +1,7 @@
 /**
  * The C interface from C: each of its functions is called, and its result checked.
  */
+#include "c_check.h"
 #include "filter_actions_c.h"
 #include "filter_entries_c.h"
 #include "filter_groups_c.h"
@@ -25,16 +26,13 @@ _Static_assert(_Generic(((entriesStruct*)0)->entries, FiltersEntry** : 1, defaul
 
 static int failures = 0;
 
-static void check(int holds, const char* file, int line, const char* condition)
+void check(int holds, const char* file, int line, const char* condition)
 {
     if (holds)
         return;
     ++failures;
     fprintf(stderr, "%s:%d: not true: %s\n", file, line, condition);
 }
-
-/** In every build, unlike assert. */
-#define CHECK(condition) check((condition) ? 1 : 0, __FILE__, __LINE__, #condition)
 
 #define SAME_BYTES(a, b) (sizeof(a) == sizeof(b) && memcmp(&(a), &(b), sizeof(a)) == 0)
 
@@ -434,5 +432,6 @@ int main(void)
     entriesOfAGroup();
     entriesOfAnEmptyGroup();
     namesOfCodes();
+    checkRefusals();
     return failures == 0 ? 0 : 1;
 }

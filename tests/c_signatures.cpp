@@ -7,6 +7,7 @@
 #include "filter_groups_c.h"
 #include "filter_matches_c.h"
 #include "filter_names.h"
+#include "filter_refusals_c.h"
 
 #include <cstdint>
 #include <type_traits>
@@ -178,6 +179,31 @@ IS(filtersGroupGetEntries, void(FiltersGroup*, entriesStruct*));
 IS(deleteFiltersEntriesStruct, void(entriesStruct*));
 
 NOT_OFFERED(filtersGroupSetId);
+
+// --------------------------------------------------------------------------------------- refusals
+
+IS(filtersGroupInsertEntryRefusals, FiltersRefusals*(FiltersGroup*, FiltersEntry*));
+IS(filtersGroupSetStageRefusals, FiltersRefusals*(FiltersGroup*, filtersGroupStage_t));
+IS(filtersGroupSetTypeRefusals, FiltersRefusals*(FiltersGroup*, filtersGroupType_t));
+IS(filtersEntrySetMatchRefusals, FiltersRefusals*(FiltersEntry*, Match*));
+IS(filtersEntrySetActionRefusals, FiltersRefusals*(FiltersEntry*, Action*));
+IS(deleteFiltersRefusals, void(FiltersRefusals*));
+IS(filtersRefusalsGetCount, std::uint32_t(FiltersRefusals*));
+IS(filtersRefusalsGetCode, filtersErr_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetReason, filtersRefusalReason_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetSentence, const char*(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetEntry, bool(FiltersRefusals*, std::uint32_t, filtersEntryId_t*));
+IS(filtersRefusalsGetMatch, bool(FiltersRefusals*, std::uint32_t, filtersMatch_t*));
+IS(filtersRefusalsGetAction, bool(FiltersRefusals*, std::uint32_t, filtersAction_t*));
+IS(filtersRefusalsGetPolicerStage, bool(FiltersRefusals*, std::uint32_t, std::uint32_t*));
+IS(filtersRefusalsGetStage, bool(FiltersRefusals*, std::uint32_t, filtersGroupStage_t*));
+IS(filtersRefusalsGetType, bool(FiltersRefusals*, std::uint32_t, filtersGroupType_t*));
+IS(filtersRefusalsGetAdmittedMatches, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedActions, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedPolicerStages, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedStages, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedTypes, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetExcludingMatches, std::uint32_t(FiltersRefusals*, std::uint32_t));
 
 // ------------------------------------------------------------------------------------------ names
 

@@ -3,6 +3,7 @@
  * later ones. Names, the checks themselves, and questions without reasons allocate nothing.
  */
 #include "entry_maps.h"
+#include "filter_refusals_c.h"
 #include "refusals_support.h"
 #include "test_allocator.h"
 
@@ -70,6 +71,21 @@ const Question QUESTIONS[] = {
     [](Asked& asked) { setMatchesRefusals(asked.entry, asked.matches); },
     [](Asked& asked) { copyActionsRefusals(asked.entry, asked.actions); },
     [](Asked& asked) { setActionsRefusals(asked.entry, asked.actions); },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersGroupInsertEntryRefusals(&asked.group, &asked.entry));
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersGroupSetStageRefusals(&asked.group, GROUP_STAGE_3));
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersGroupSetTypeRefusals(&asked.group, GROUP_TYPE_1));
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersEntrySetMatchRefusals(&asked.entry, &asked.lying));
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersEntrySetActionRefusals(&asked.entry, &asked.lyingAction));
+    },
 };
 
 TEST(RefusalsOutOfMemory, AQuestionChangesAndLeavesNothing)
@@ -84,11 +100,26 @@ TEST(RefusalsOutOfMemory, AQuestionChangesAndLeavesNothing)
                 1u);
 }
 
-TEST(RefusalsOutOfMemory, ASentenceThatIsNotMadeLeavesNothing)
+TEST(RefusalsOutOfMemory, ASentenceThatIsNotMadeCanBeAskedForAgain)
 {
     Asked asked;
-    for (const FiltersRefusal& refusal : insertEntryRefusals(asked.group, asked.entry))
-        EXPECT_GE(failEachAllocation([&] { refusal.sentence(); }, [] {}), 1u);
+    const Refusals refusals = insertEntryRefusals(asked.group, asked.entry);
+    ASSERT_GE(refusals.size(), 3u);
+    for (std::uint32_t i = 0; i < refusals.size(); ++i) {
+        EXPECT_GE(failEachAllocation([&] { refusals[i].sentence(); }, [] {}), 1u);
+
+        FiltersRefusals* list = filtersGroupInsertEntryRefusals(&asked.group, &asked.entry);
+        const char* sentence = nullptr;
+        EXPECT_GE(failEachAllocation(
+                      [&] { sentence = filtersRefusalsGetSentence(list, i); },
+                      [&] { EXPECT_EQ(filtersRefusalsGetCode(list, i), refusals[i].code()); }),
+                  1u);
+        EXPECT_EQ(sentence, refusals[i].sentence());
+        EXPECT_EQ(failEachAllocation(
+                      [&] { EXPECT_EQ(filtersRefusalsGetSentence(list, i), sentence); }, [] {}),
+                  0u);
+        deleteFiltersRefusals(list);
+    }
 }
 
 /** How much @p operation allocates. */
@@ -124,6 +155,7 @@ TEST(RefusalsAllocateNothing, InTheOperationsThatRefuse)
                   EXPECT_NE(asked.group.setType(GROUP_TYPE_1), FILTERS_OK);
                   EXPECT_EQ(asked.group.setStage(GROUP_STAGE_2), FILTERS_OK);
                   EXPECT_NE(asked.entry.setMatch(asked.excluded), FILTERS_OK);
+                  EXPECT_NE(filtersEntrySetMatch(&asked.entry, &asked.lying), FILTERS_OK);
               }),
               0u);
 }

@@ -1,0 +1,229 @@
+#include "filter_refusals_c.h"
+
+#include "contract.h"
+#include "entry_refusals.h"
+#include "filter_refusals.h"
+#include "handle_classes.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/** Each report names the function as C++ sees it. */
+#define REQUIRE(condition, function)                                                               \
+    FILTERS_COMMON_REQUIRE(condition, "filter_refusals_c.cpp", __LINE__, function)
+
+namespace FiltersCommon {
+
+class FiltersRefusals {
+public:
+    struct Reason {
+        FiltersRefusal refusal;
+        std::string sentence; /**< made when it is asked for */
+    };
+
+    explicit FiltersRefusals(const std::vector<FiltersRefusal>& refusals)
+    {
+        reasons.reserve(refusals.size());
+        for (const FiltersRefusal& refusal : refusals)
+            reasons.push_back({refusal, {}});
+    }
+
+    std::vector<Reason> reasons;
+};
+
+// ------------------------------------------------------------------------------------------ lists
+
+FiltersRefusals* filtersGroupInsertEntryRefusals(FiltersGroup* g, FiltersEntry* e)
+{
+    REQUIRE(g != nullptr && e != nullptr,
+            "FiltersCommon::FiltersRefusals* FiltersCommon::filtersGroupInsertEntryRefusals("
+            "FiltersCommon::FiltersGroup*, FiltersCommon::FiltersEntry*)");
+    return new FiltersRefusals(insertEntryRefusals(*g, *e));
+}
+
+FiltersRefusals* filtersGroupSetStageRefusals(FiltersGroup* g, filtersGroupStage_t stage)
+{
+    REQUIRE(g != nullptr,
+            "FiltersCommon::FiltersRefusals* FiltersCommon::filtersGroupSetStageRefusals("
+            "FiltersCommon::FiltersGroup*, FiltersCommon::filtersGroupStage_t)");
+    return new FiltersRefusals(setStageRefusals(*g, stage));
+}
+
+FiltersRefusals* filtersGroupSetTypeRefusals(FiltersGroup* g, filtersGroupType_t type)
+{
+    REQUIRE(g != nullptr,
+            "FiltersCommon::FiltersRefusals* FiltersCommon::filtersGroupSetTypeRefusals("
+            "FiltersCommon::FiltersGroup*, FiltersCommon::filtersGroupType_t)");
+    return new FiltersRefusals(setTypeRefusals(*g, type));
+}
+
+namespace {
+
+/** Why an object cannot be taken from its handle. */
+template <class Kinds, class Base>
+std::vector<FiltersRefusal> handleRefusals(const FiltersEntry& entry, const Base& object)
+{
+    std::vector<FiltersRefusal> refusals;
+    const auto refused = [&](filtersRefusalReason_t reason) {
+        refusals.push_back(refusalOf(entry.getId(), object.getType(), reason));
+        return false;
+    };
+    withClass<Kinds>(object, refused, [](const auto&) { return true; });
+    return refusals;
+}
+
+} // namespace
+
+FiltersRefusals* filtersEntrySetMatchRefusals(FiltersEntry* e, Match* m)
+{
+    REQUIRE(e != nullptr && m != nullptr,
+            "FiltersCommon::FiltersRefusals* FiltersCommon::filtersEntrySetMatchRefusals("
+            "FiltersCommon::FiltersEntry*, FiltersCommon::Match*)");
+    std::vector<FiltersRefusal> refusals = handleRefusals<MatchKinds>(*e, *m);
+    for (const FiltersRefusal& refusal : l3Refusals(*e, m->getType()))
+        refusals.push_back(refusal);
+    for (FiltersRefusal& refusal : refusals)
+        refusal.admittedMatches = refusal.admittedMatches & codesOfferedInC<MatchKinds>();
+    return new FiltersRefusals(refusals);
+}
+
+FiltersRefusals* filtersEntrySetActionRefusals(FiltersEntry* e, Action* a)
+{
+    REQUIRE(e != nullptr && a != nullptr,
+            "FiltersCommon::FiltersRefusals* FiltersCommon::filtersEntrySetActionRefusals("
+            "FiltersCommon::FiltersEntry*, FiltersCommon::Action*)");
+    return new FiltersRefusals(handleRefusals<ActionKinds>(*e, *a));
+}
+
+void deleteFiltersRefusals(FiltersRefusals* r)
+{
+    REQUIRE(r != nullptr,
+            "void FiltersCommon::deleteFiltersRefusals(FiltersCommon::FiltersRefusals*)");
+    delete r;
+}
+
+uint32_t filtersRefusalsGetCount(FiltersRefusals* r)
+{
+    REQUIRE(r != nullptr,
+            "uint32_t FiltersCommon::filtersRefusalsGetCount(FiltersCommon::FiltersRefusals*)");
+    return static_cast<uint32_t>(r->reasons.size());
+}
+
+// ---------------------------------------------------------------------------------------- reasons
+
+namespace {
+
+FiltersRefusals::Reason& reasonAt(FiltersRefusals* r, uint32_t index, unsigned line,
+                                  const char* function)
+{
+    const std::size_t count = r == nullptr ? 0 : r->reasons.size();
+    FILTERS_COMMON_REQUIRE(r != nullptr && index < count, "filter_refusals_c.cpp", line, function);
+    return r->reasons[index];
+}
+
+/** Puts what the reason concerns into @p place, and tells whether there is anything. */
+template <class T, class Place>
+bool give(const std::optional<T>& value, Place* place, unsigned line, const char* function)
+{
+    FILTERS_COMMON_REQUIRE(place != nullptr, "filter_refusals_c.cpp", line, function);
+    if (value.has_value())
+        *place = static_cast<Place>(*value);
+    return value.has_value();
+}
+
+/** What the reports of a getter call it. */
+#define SIGNATURE(result, name, arguments)                                                         \
+    result " FiltersCommon::" name "(FiltersCommon::FiltersRefusals*, uint32_t" arguments ")"
+
+#define REASON(result, name) reasonAt(r, index, __LINE__, SIGNATURE(result, name, ""))
+
+#define GIVE(member, name, type)                                                                   \
+    give(reasonAt(r, index, __LINE__, SIGNATURE("bool", name, ", " type "*")).refusal.member,      \
+         place, __LINE__, SIGNATURE("bool", name, ", " type "*"))
+
+} // namespace
+
+filtersErr_t filtersRefusalsGetCode(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("FiltersCommon::filtersErr_t", "filtersRefusalsGetCode").refusal.code();
+}
+
+filtersRefusalReason_t filtersRefusalsGetReason(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("FiltersCommon::filtersRefusalReason_t", "filtersRefusalsGetReason")
+        .refusal.reason;
+}
+
+const char* filtersRefusalsGetSentence(FiltersRefusals* r, uint32_t index)
+{
+    FiltersRefusals::Reason& reason = REASON("const char*", "filtersRefusalsGetSentence");
+    if (reason.sentence.empty())
+        reason.sentence = reason.refusal.sentence();
+    return reason.sentence.c_str();
+}
+
+bool filtersRefusalsGetEntry(FiltersRefusals* r, uint32_t index, filtersEntryId_t* place)
+{
+    return GIVE(entry, "filtersRefusalsGetEntry", "FiltersCommon::filtersEntryId_t");
+}
+
+bool filtersRefusalsGetMatch(FiltersRefusals* r, uint32_t index, filtersMatch_t* place)
+{
+    return GIVE(match, "filtersRefusalsGetMatch", "FiltersCommon::filtersMatch_t");
+}
+
+bool filtersRefusalsGetAction(FiltersRefusals* r, uint32_t index, filtersAction_t* place)
+{
+    return GIVE(action, "filtersRefusalsGetAction", "FiltersCommon::filtersAction_t");
+}
+
+bool filtersRefusalsGetPolicerStage(FiltersRefusals* r, uint32_t index, uint32_t* place)
+{
+    return GIVE(policerStage, "filtersRefusalsGetPolicerStage", "uint32_t");
+}
+
+bool filtersRefusalsGetStage(FiltersRefusals* r, uint32_t index, filtersGroupStage_t* place)
+{
+    return GIVE(stage, "filtersRefusalsGetStage", "FiltersCommon::filtersGroupStage_t");
+}
+
+bool filtersRefusalsGetType(FiltersRefusals* r, uint32_t index, filtersGroupType_t* place)
+{
+    return GIVE(type, "filtersRefusalsGetType", "FiltersCommon::filtersGroupType_t");
+}
+
+uint32_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetAdmittedMatches").refusal.admittedMatches.bits();
+}
+
+uint32_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetAdmittedActions").refusal.admittedActions.bits();
+}
+
+uint32_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetAdmittedPolicerStages")
+        .refusal.admittedPolicerStages.bits();
+}
+
+uint32_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetAdmittedStages").refusal.admittedStages.bits();
+}
+
+uint32_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetAdmittedTypes").refusal.admittedTypes.bits();
+}
+
+uint32_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index)
+{
+    return REASON("uint32_t", "filtersRefusalsGetExcludingMatches").refusal.excludingMatches.bits();
+}
+
+} // namespace FiltersCommon

@@ -1,0 +1,365 @@
+#include "c_support.h"
+#include "filter_refusals_c.h"
+#include "refusals_support.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace FiltersCommon {
+namespace {
+
+using namespace test;
+
+struct Freed {
+    void operator()(FiltersRefusals* r) const { deleteFiltersRefusals(r); }
+};
+using List = std::unique_ptr<FiltersRefusals, Freed>;
+
+// --------------------------------------------------------------------------- lists as C reads them
+
+/** What a getter puts into its place, or nothing; then the place has to be left alone. */
+template <class Value, class Getter>
+std::optional<Value> taken(Getter getter, FiltersRefusals* list, std::uint32_t index)
+{
+    constexpr auto UNTOUCHED = static_cast<Value>(0x5A5A);
+    Value place = UNTOUCHED;
+    if (getter(list, index, &place))
+        return place;
+    EXPECT_EQ(place, UNTOUCHED);
+    return {};
+}
+
+template <class Code>
+CodeSet<Code> setOf(std::uint32_t bits)
+{
+    CodeSet<Code> set;
+    for (std::uint32_t code = 0; code < 32; ++code)
+        if ((bits >> code & 1) != 0)
+            set.insert(static_cast<Code>(code));
+    return set;
+}
+
+FiltersRefusal readRefusal(FiltersRefusals* list, std::uint32_t index)
+{
+    FiltersRefusal read(filtersRefusalsGetReason(list, index));
+    read.entry = taken<filtersEntryId_t>(filtersRefusalsGetEntry, list, index);
+    read.match = taken<filtersMatch_t>(filtersRefusalsGetMatch, list, index);
+    read.action = taken<filtersAction_t>(filtersRefusalsGetAction, list, index);
+    if (const auto stage = taken<std::uint32_t>(filtersRefusalsGetPolicerStage, list, index))
+        read.policerStage = static_cast<policer::Stage>(*stage);
+    read.stage = taken<filtersGroupStage_t>(filtersRefusalsGetStage, list, index);
+    read.type = taken<filtersGroupType_t>(filtersRefusalsGetType, list, index);
+    read.admittedMatches = setOf<filtersMatch_t>(filtersRefusalsGetAdmittedMatches(list, index));
+    read.admittedActions = setOf<filtersAction_t>(filtersRefusalsGetAdmittedActions(list, index));
+    read.admittedPolicerStages =
+        setOf<policer::Stage>(filtersRefusalsGetAdmittedPolicerStages(list, index));
+    read.admittedStages = setOf<filtersGroupStage_t>(filtersRefusalsGetAdmittedStages(list, index));
+    read.admittedTypes = setOf<filtersGroupType_t>(filtersRefusalsGetAdmittedTypes(list, index));
+    read.excludingMatches = setOf<filtersMatch_t>(filtersRefusalsGetExcludingMatches(list, index));
+    return read;
+}
+
+/** All that the getters tell of a list. */
+Refusals readAll(const List& list)
+{
+    Refusals refusals;
+    for (std::uint32_t i = 0; i < filtersRefusalsGetCount(list.get()); ++i) {
+        refusals.push_back(readRefusal(list.get(), i));
+        EXPECT_EQ(filtersRefusalsGetCode(list.get(), i), refusals.back().code());
+        EXPECT_EQ(filtersRefusalsGetSentence(list.get(), i), refusals.back().sentence());
+    }
+    return refusals;
+}
+
+// ----------------------------------------------------------------------------------------- groups
+
+TEST(RefusalsC, OfGroupsAreThoseOfTheClasses)
+{
+    std::size_t reasons = 0;
+    for (const filtersGroupStage_t stage : stages())
+        for (const filtersGroupType_t type : types()) {
+            FiltersGroup group(1);
+            place(group, stage, type);
+            for (FiltersEntry& byMatch : withEachAction(entriesByMatch()[5])) {
+                byMatch.setPolicer(policerAt(policer::STAGE_INGRESS));
+                const List list(filtersGroupInsertEntryRefusals(&group, &byMatch));
+                EXPECT_EQ(readAll(list), insertEntryRefusals(group, byMatch));
+                reasons += filtersRefusalsGetCount(list.get());
+            }
+            for (const filtersGroupStage_t other : stages())
+                EXPECT_EQ(readAll(List(filtersGroupSetStageRefusals(&group, other))),
+                          setStageRefusals(group, other));
+            for (const filtersGroupType_t other : types())
+                EXPECT_EQ(readAll(List(filtersGroupSetTypeRefusals(&group, other))),
+                          setTypeRefusals(group, other));
+        }
+    EXPECT_GT(reasons, 1000u);
+}
+
+TEST(RefusalsC, NameTheEntriesInTheWay)
+{
+    FiltersGroup group(1);
+    group.setType(GROUP_TYPE_8);
+    for (const filtersEntryId_t id : {filtersEntryId_t{9}, filtersEntryId_t{2}}) {
+        FiltersEntry entry(id);
+        entry.setMatch(MatchAll());
+        entry.setAction(ActionRedirectCancel());
+        ASSERT_EQ(group.insertEntry(entry), FILTERS_OK);
+    }
+    const List byType(filtersGroupSetTypeRefusals(&group, GROUP_TYPE_0));
+    EXPECT_EQ(filtersRefusalsGetCount(byType.get()), 2u);
+    EXPECT_EQ(readAll(byType), setTypeRefusals(group, GROUP_TYPE_0));
+    const List byStage(filtersGroupSetStageRefusals(&group, GROUP_STAGE_3));
+    EXPECT_EQ(filtersRefusalsGetCount(byStage.get()), 3u);
+    EXPECT_EQ(readAll(byStage), setStageRefusals(group, GROUP_STAGE_3));
+}
+
+// ---------------------------------------------------------------------------------------- entries
+
+class OwnPcp : public MatchPcp {
+public:
+    OwnPcp() : MatchPcp(3) {}
+};
+
+/** Objects of every class, and bare ones of every kind and of kinds that there are not. */
+template <class Base, class Classes>
+std::vector<std::shared_ptr<Base>> objects()
+{
+    using Code = decltype(std::declval<Base>().getType());
+    std::vector<std::shared_ptr<Base>> objects;
+    Classes::forEach([&](auto row) {
+        objects.push_back(std::make_shared<decltype(row.sample())>(row.sample()));
+    });
+    for (std::uint32_t code = 0; code < 34; ++code)
+        objects.push_back(std::make_shared<Base>(static_cast<Code>(code)));
+    objects.push_back(std::make_shared<Base>(static_cast<Code>(-1)));
+    return objects;
+}
+
+filtersRefusalReason_t reasonOf(const List& list)
+{
+    return filtersRefusalsGetReason(list.get(), 0);
+}
+
+TEST(RefusalsC, OfMatchesHaveTheCodeOfTheOperation)
+{
+    FiltersEntry nothing(7);
+    FiltersEntry withIPv4(8);
+    withIPv4.setMatch(MatchDstIPv4(ipv4("192.0.2.1")));
+    FiltersEntry withIPv6(9);
+    withIPv6.setMatch(MatchSrcIPv6(ipv6("2001:db8::1")));
+    auto matches = objects<Match, MatchClasses>();
+    matches.push_back(std::make_shared<OwnPcp>());
+    for (const FiltersEntry* entry : {&nothing, &withIPv4, &withIPv6})
+        for (const auto& match : matches) {
+            FiltersEntry target(*entry);
+            const List list(filtersEntrySetMatchRefusals(&target, match.get()));
+            EXPECT_EQ(stateOf(target), stateOf(*entry));
+            const Refusals refusals = readAll(list);
+            EXPECT_EQ(filtersEntrySetMatch(&target, match.get()), codeOf(refusals));
+            for (const FiltersRefusal& refusal : refusals) {
+                EXPECT_EQ(refusal.entry, entry->getId());
+                EXPECT_EQ(refusal.match, match->getType());
+                EXPECT_FALSE(refusal.admittedMatches.contains(MATCH_FORWARDING_TYPE));
+            }
+        }
+}
+
+TEST(RefusalsC, OfMatchesNameTheirReasons)
+{
+    FiltersEntry entry(7);
+    entry.setMatch(MatchDstIPv4(ipv4("192.0.2.1")));
+    const auto refusalsOf = [&](Match match) {
+        return readAll(List(filtersEntrySetMatchRefusals(&entry, &match)));
+    };
+    CodeSet<filtersMatch_t> offered = setOf<filtersMatch_t>(0xBFFFFFFF);
+    const auto expected = [](filtersRefusalReason_t reason, filtersMatch_t kind,
+                             CodeSet<filtersMatch_t> admitted) {
+        FiltersRefusal refusal(reason);
+        refusal.entry = filtersEntryId_t{7};
+        refusal.match = kind;
+        refusal.admittedMatches = admitted;
+        return refusal;
+    };
+    const auto beyond = static_cast<filtersMatch_t>(32);
+    EXPECT_EQ(refusalsOf(Match(beyond)),
+              Refusals{expected(REFUSAL_UNKNOWN_MATCH_KIND, beyond, offered)});
+    EXPECT_EQ(refusalsOf(Match(MATCH_FORWARDING_TYPE)),
+              Refusals{expected(REFUSAL_MATCH_NOT_IN_C, MATCH_FORWARDING_TYPE, offered)});
+    EXPECT_EQ(refusalsOf(Match(MATCH_TTL)),
+              Refusals{expected(REFUSAL_MATCH_NOT_OF_ITS_KIND, MATCH_TTL, {})});
+    EXPECT_EQ(refusalsOf(Match(MATCH_CPU_PORT)), Refusals());
+
+    // Both that the object is none of its kind's class, and that its kind may not join the other.
+    FiltersRefusal exclusion =
+        expected(REFUSAL_IPV4_WITH_IPV6, MATCH_SRC_IPV6, setOf<filtersMatch_t>(0xBFFF3FFF));
+    exclusion.excludingMatches = {MATCH_DST_IPV4};
+    EXPECT_EQ(refusalsOf(Match(MATCH_SRC_IPV6)),
+              (Refusals{expected(REFUSAL_MATCH_NOT_OF_ITS_KIND, MATCH_SRC_IPV6, {}), exclusion}));
+
+    MatchForwardingType forwarding(FORWARDING_TYPE_0);
+    const List list(filtersEntrySetMatchRefusals(&entry, &forwarding));
+    EXPECT_EQ(reasonOf(list), REFUSAL_MATCH_NOT_IN_C);
+    EXPECT_EQ(std::string(filtersRefusalsGetSentence(list.get(), 0)).substr(0, 80),
+              "entry 7: match kind MATCH_FORWARDING_TYPE is not offered in the C interface; off");
+}
+
+TEST(RefusalsC, OfActionsHaveTheCodeOfTheOperation)
+{
+    FiltersEntry entry(7);
+    CodeSet<filtersAction_t> known;
+    for (int code = 0; code < 17; ++code)
+        known.insert(static_cast<filtersAction_t>(code));
+    std::size_t refused = 0;
+    for (const auto& action : objects<Action, ActionClasses>()) {
+        FiltersEntry target(entry);
+        const Refusals refusals =
+            readAll(List(filtersEntrySetActionRefusals(&target, action.get())));
+        EXPECT_EQ(stateOf(target), stateOf(entry));
+        EXPECT_EQ(filtersEntrySetAction(&target, action.get()), codeOf(refusals));
+        if (refusals.empty())
+            continue;
+        ++refused;
+        const bool isKnown = known.contains(action->getType());
+        FiltersRefusal expected(isKnown ? REFUSAL_ACTION_NOT_OF_ITS_KIND
+                                        : REFUSAL_UNKNOWN_ACTION_KIND);
+        expected.entry = filtersEntryId_t{7};
+        expected.action = action->getType();
+        if (!isKnown)
+            expected.admittedActions = known;
+        EXPECT_EQ(refusals, Refusals{expected});
+    }
+    // Twelve kinds have values; of the bare objects, eighteen have an unknown kind.
+    EXPECT_EQ(refused, 12u + 18u);
+}
+
+// ------------------------------------------------------------------------------------------ lists
+
+TEST(RefusalsC, OutliveWhatTheyAreAbout)
+{
+    auto group = std::make_unique<FiltersGroup>(1);
+    auto entry = std::make_unique<FiltersEntry>(filtersEntryId_t{7});
+    entry->setMatch(MatchAll());
+    const List list(filtersGroupInsertEntryRefusals(group.get(), entry.get()));
+    const Refusals before = insertEntryRefusals(*group, *entry);
+    group.reset();
+    entry.reset();
+    EXPECT_EQ(readAll(list), before);
+}
+
+TEST(RefusalsC, ASentenceStaysWhereItIs)
+{
+    FiltersGroup group(1);
+    FiltersEntry entry(7);
+    entry.setMatch(MatchAll());
+    entry.setMatch(MatchTTL(1));
+    const List list(filtersGroupInsertEntryRefusals(&group, &entry));
+    const char* const first = filtersRefusalsGetSentence(list.get(), 0);
+    const char* const second = filtersRefusalsGetSentence(list.get(), 1);
+    EXPECT_STRNE(first, second);
+    EXPECT_EQ(filtersRefusalsGetSentence(list.get(), 0), first);
+    EXPECT_EQ(filtersRefusalsGetSentence(list.get(), 1), second);
+}
+
+// ------------------------------------------------------------------------------- broken contracts
+
+class RefusalsCDeathTest : public ContractDeathTest {};
+
+TEST_P(RefusalsCDeathTest, AreReported) { expectReport("filter_refusals_c.cpp"); }
+
+constexpr char INDEX[] = "r != nullptr && index < count";
+
+/** A list with one reason. */
+FiltersRefusals* oneRefusal()
+{
+    FiltersGroup group(1);
+    return filtersGroupSetStageRefusals(&group, stage(4));
+}
+
+std::vector<BrokenContract> brokenContracts()
+{
+    std::vector<BrokenContract> broken = {
+        {"filtersRefusalsGetCount", ANY_LINE, "r != nullptr",
+         "uint32_t FiltersCommon::filtersRefusalsGetCount(FiltersCommon::FiltersRefusals*)",
+         [] { filtersRefusalsGetCount(nullptr); }},
+        {"deleteFiltersRefusals", ANY_LINE, "r != nullptr",
+         "void FiltersCommon::deleteFiltersRefusals(FiltersCommon::FiltersRefusals*)",
+         [] { deleteFiltersRefusals(nullptr); }},
+    };
+
+    // clang-format off
+#define ROW(name, what, expression, result, arguments, call)                                       \
+    broken.push_back({#name what, ANY_LINE, expression,                                            \
+                      result " FiltersCommon::" #name "(FiltersCommon::" arguments ")",            \
+                      [] { call; }})
+#define LIST "FiltersCommon::FiltersRefusals*"
+    ROW(filtersGroupInsertEntryRefusals, "_noGroup", "g != nullptr && e != nullptr", LIST,
+        "FiltersGroup*, FiltersCommon::FiltersEntry*",
+        FiltersEntry e(1); filtersGroupInsertEntryRefusals(nullptr, &e));
+    ROW(filtersGroupInsertEntryRefusals, "_noEntry", "g != nullptr && e != nullptr", LIST,
+        "FiltersGroup*, FiltersCommon::FiltersEntry*",
+        FiltersGroup g(1); filtersGroupInsertEntryRefusals(&g, nullptr));
+    ROW(filtersGroupSetStageRefusals, "", "g != nullptr", LIST,
+        "FiltersGroup*, FiltersCommon::filtersGroupStage_t",
+        filtersGroupSetStageRefusals(nullptr, GROUP_STAGE_0));
+    ROW(filtersGroupSetTypeRefusals, "", "g != nullptr", LIST,
+        "FiltersGroup*, FiltersCommon::filtersGroupType_t",
+        filtersGroupSetTypeRefusals(nullptr, GROUP_TYPE_0));
+    ROW(filtersEntrySetMatchRefusals, "_noEntry", "e != nullptr && m != nullptr", LIST,
+        "FiltersEntry*, FiltersCommon::Match*",
+        MatchAll m; filtersEntrySetMatchRefusals(nullptr, &m));
+    ROW(filtersEntrySetMatchRefusals, "_noMatch", "e != nullptr && m != nullptr", LIST,
+        "FiltersEntry*, FiltersCommon::Match*",
+        FiltersEntry e(1); filtersEntrySetMatchRefusals(&e, nullptr));
+    ROW(filtersEntrySetActionRefusals, "_noEntry", "e != nullptr && a != nullptr", LIST,
+        "FiltersEntry*, FiltersCommon::Action*",
+        ActionDeny a; filtersEntrySetActionRefusals(nullptr, &a));
+    ROW(filtersEntrySetActionRefusals, "_noAction", "e != nullptr && a != nullptr", LIST,
+        "FiltersEntry*, FiltersCommon::Action*",
+        FiltersEntry e(1); filtersEntrySetActionRefusals(&e, nullptr));
+
+#define GETTER(name, result)                                                                       \
+    ROW(name, "_noList", INDEX, result, "FiltersRefusals*, uint32_t", name(nullptr, 0));           \
+    ROW(name, "_beyond", INDEX, result, "FiltersRefusals*, uint32_t", name(oneRefusal(), 1))
+    GETTER(filtersRefusalsGetCode, "FiltersCommon::filtersErr_t");
+    GETTER(filtersRefusalsGetReason, "FiltersCommon::filtersRefusalReason_t");
+    GETTER(filtersRefusalsGetSentence, "const char*");
+    GETTER(filtersRefusalsGetAdmittedMatches, "uint32_t");
+    GETTER(filtersRefusalsGetAdmittedActions, "uint32_t");
+    GETTER(filtersRefusalsGetAdmittedPolicerStages, "uint32_t");
+    GETTER(filtersRefusalsGetAdmittedStages, "uint32_t");
+    GETTER(filtersRefusalsGetAdmittedTypes, "uint32_t");
+    GETTER(filtersRefusalsGetExcludingMatches, "uint32_t");
+
+#define PLACED(name, type, text)                                                                   \
+    ROW(name, "_noList", INDEX, "bool", "FiltersRefusals*, uint32_t, " text "*",                   \
+        type place; name(nullptr, 0, &place));                                                     \
+    ROW(name, "_beyond", INDEX, "bool", "FiltersRefusals*, uint32_t, " text "*",                   \
+        type place; name(oneRefusal(), 1, &place));                                                \
+    ROW(name, "_noPlace", "place != nullptr", "bool", "FiltersRefusals*, uint32_t, " text "*",     \
+        name(oneRefusal(), 0, nullptr))
+    PLACED(filtersRefusalsGetEntry, filtersEntryId_t, "FiltersCommon::filtersEntryId_t");
+    PLACED(filtersRefusalsGetMatch, filtersMatch_t, "FiltersCommon::filtersMatch_t");
+    PLACED(filtersRefusalsGetAction, filtersAction_t, "FiltersCommon::filtersAction_t");
+    PLACED(filtersRefusalsGetPolicerStage, std::uint32_t, "uint32_t");
+    PLACED(filtersRefusalsGetStage, filtersGroupStage_t, "FiltersCommon::filtersGroupStage_t");
+    PLACED(filtersRefusalsGetType, filtersGroupType_t, "FiltersCommon::filtersGroupType_t");
+#undef PLACED
+#undef GETTER
+#undef LIST
+#undef ROW
+    // clang-format on
+    return broken;
+}
+
+INSTANTIATE_TEST_SUITE_P(Broken, RefusalsCDeathTest, testing::ValuesIn(brokenContracts()),
+                         test::nameOf<BrokenContract>);
+
+} // namespace
+} // namespace FiltersCommon
