@@ -170,10 +170,10 @@ def to_network(address, mask):
 
 
 def ipv6_entry():
-    return entry(3, matches=[MatchPB(type_=15, **under("ipv6", ip("2001:db8::"), ip("ffff:ffff::"))),
-                             MatchPB(type_=27, vrf_id_=9)],
-                 actions=[ActionPB(type_=11, ports_=[limid(0, 1, 0, 1), limid(0, 1, 0, 2),
-                                                     limid(1, 0, 0, 7)])])
+    destination = under("ipv6", ip("2001:db8::"), ip("ffff:ffff::"))
+    ports = [limid(0, 1, 0, 1), limid(0, 1, 0, 2), limid(1, 0, 0, 7)]
+    return entry(3, matches=[MatchPB(type_=15, **destination), MatchPB(type_=27, vrf_id_=9)],
+                 actions=[ActionPB(type_=11, ports_=ports)])
 
 
 def typical_entry(id_):

@@ -1,0 +1,40 @@
+# Takes the files and the sessions out of a page, into the folder OUT.
+#
+#   awk -v out=OUT -f extract.awk PAGE
+#
+# A block of code behind the line "<!-- file: NAME -->" is a file; blocks of the same name are put
+# together. A block of "console" is a session, or more of the one that "<!-- session: NAME -->"
+# began; it goes to OUT/sessions/NAME. A block of "text" behind "<!-- output: NAME -->" is what the
+# program NAME prints, or the next part of it, after a blank line: a session too. Other blocks of
+# "text" are left alone. There is no other code in a page: nothing stands there that no test has
+# seen.
+
+/^<!-- file: [^ ]+ -->$/ { name = $3; next }
+/^<!-- session: [^ ]+ -->$/ { session = $3; next }
+/^<!-- output: [^ ]+ -->$/ { output = $3; next }
+
+/^```/ && inside { inside = 0; next }
+/^```/ {
+    inside = 1
+    target = ""
+    if (name != "")
+        target = out "/" name
+    else if ($0 == "```console")
+        target = out "/sessions/" (session == "" ? "session" : session)
+    else if (output != "") {
+        target = out "/sessions/" output
+        print (printed[output]++ ? "" : "$ " output) > target
+    } else if ($0 != "```text") {
+        print FILENAME ":" FNR ": code that is neither a file nor a session" > "/dev/stderr"
+        failed = 1
+    }
+    name = output = ""
+    next
+}
+
+inside && target != "" { print > target }
+!inside && name output != "" {
+    print FILENAME ":" FNR ": no block stands behind the comment" > "/dev/stderr"
+    failed = 1
+}
+END { exit failed }
