@@ -51,7 +51,7 @@ public:
     enum Type : std::uint32_t { DROP = 0, SET_PCP = 1, SET_DSCP = 2 };
     enum Color : std::uint32_t { RED = 0, YELLOW = 1, GREEN = 2 };
 
-    /** @param value the PCP or the DSCP to set */
+    /** @p value is the PCP or the DSCP to set. */
     Action(Color color, Type type, std::uint8_t value = 0);
 
     Type GetType() const { return type_; }
