@@ -110,6 +110,22 @@ std::vector<FiltersRefusal> setMatchesRefusals(const FiltersEntry& entry,
 std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
                                                const FiltersEntry::ActionMap& from);
 
+// ---------------------------------------------------------------------------------------- reading
+
+/**
+ * What the constructor of FiltersEntry leaves out of the bytes, in their order: matches and actions
+ * of unknown kinds, and matches that the ones before them exclude. An element that a later one of
+ * its kind replaces is not left out.
+ */
+std::vector<FiltersRefusal> readEntryRefusals(const std::string& bytes);
+
+/**
+ * What the constructor of FiltersGroup leaves out of the bytes, in their order: of each entry what
+ * readEntryRefusals names, and then, if the group does not take the entry, every reason why. An
+ * entry that a later one of its identifier replaces is not left out.
+ */
+std::vector<FiltersRefusal> readGroupRefusals(const std::string& bytes);
+
 // ---------------------------------------------------------------------------- inline and templates
 
 constexpr filtersErr_t FiltersRefusal::code() const

@@ -1,5 +1,5 @@
 /**
- * Refusals of single matches and actions, wherever they come from: a caller, a map, a message.
+ * Refusals of matches, actions and entries, wherever they come from: a caller, a map, a message.
  */
 #ifndef FILTER_COMMON_SRC_ENTRY_REFUSALS_H
 #define FILTER_COMMON_SRC_ENTRY_REFUSALS_H
@@ -19,6 +19,19 @@ FiltersRefusal refusalOf(filtersEntryId_t entry, filtersAction_t kind,
 /** Adds the refusal of a match that may not stand beside those of the kinds @p held, if so. */
 void addExclusion(std::vector<FiltersRefusal>& refusals, filtersEntryId_t entry,
                   filtersMatch_t kind, CodeSet<filtersMatch_t> held);
+
+/** Every reason why a group of this stage and type does not take the entry. */
+std::vector<FiltersRefusal> insertionRefusals(const FiltersEntry& entry, filtersGroupStage_t stage,
+                                              filtersGroupType_t type);
+
+template <class Map>
+CodeSet<typename Map::key_type> kindsOf(const Map& held)
+{
+    CodeSet<typename Map::key_type> kinds;
+    for (const auto& element : held)
+        kinds.insert(element.first);
+    return kinds;
+}
 
 } // namespace FiltersCommon
 

@@ -10,9 +10,17 @@
 #include "ordered_maps.h"
 #include "policers.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace FiltersCommon {
+
+/** Reading leaves out what it may not take, and says nothing. */
+struct InSilence {
+    template <class... Anything>
+    void operator()(const Anything&...) const
+    {}
+};
 
 /**
  * An entry as a writer writes it and a reader reads it. The writers and readers are those of
@@ -39,22 +47,31 @@ struct EntryWire {
 
     /**
      * Adds what @p reader reads to the entry. Matches that IPv4 and IPv6 exclude and unknown kinds
-     * are left out.
+     * are left out: @p leaveOut is given the identifier, the kind, the reason, and the matches that
+     * were read before.
      * @return false, and nothing is changed, if the reader did not understand the bytes
      */
-    template <class Reader>
-    static bool read(Reader& reader, FiltersEntry& entry)
+    template <class Reader, class LeaveOut = InSilence>
+    static bool read(Reader& reader, FiltersEntry& entry, LeaveOut leaveOut = LeaveOut())
     {
         const auto id = fromNumber<filtersEntryId_t>(reader.number(entry_fields::id_()));
         const auto priority =
             fromNumber<filtersEntryPriority_t>(reader.number(entry_fields::priority_()));
         policer::Policer policer = readPolicer<entry_fields::policer_>(reader);
         FiltersEntry::MatchMap matches;
-        reader.elements(entry_fields::matches_(),
-                        [&](auto& element) { readMatch(element, matches, entry.matches_); });
+        reader.elements(entry_fields::matches_(), [&](auto& element) {
+            const auto kind = fromNumber<filtersMatch_t>(element.number(match_fields::type_()));
+            if (!isL3Compatible(kind, entry.matches_) || !isL3Compatible(kind, matches))
+                leaveOut(id, kind, REFUSAL_IPV4_WITH_IPV6, matches);
+            else if (!readByKind<MatchKinds>(element, kind, matches))
+                leaveOut(id, kind, REFUSAL_UNKNOWN_MATCH_KIND, matches);
+        });
         FiltersEntry::ActionMap actions;
-        reader.elements(entry_fields::actions_(),
-                        [&](auto& element) { readAction(element, actions); });
+        reader.elements(entry_fields::actions_(), [&](auto& element) {
+            const auto kind = fromNumber<filtersAction_t>(element.number(action_fields::type_()));
+            if (!readByKind<ActionKinds>(element, kind, actions))
+                leaveOut(id, kind, REFUSAL_UNKNOWN_ACTION_KIND, matches);
+        });
         Counter counter;
         reader.message(entry_fields::counter_(), [&](auto& part) { counter = readCounter(part); });
         if (!reader.understood())
@@ -91,29 +108,15 @@ private:
         });
     }
 
-    template <class Reader>
-    static void readMatch(Reader& reader, FiltersEntry::MatchMap& matches,
-                          const FiltersEntry::MatchMap& held)
-    {
-        const auto code = fromNumber<filtersMatch_t>(reader.number(match_fields::type_()));
-        if (isL3Compatible(code, held) && isL3Compatible(code, matches))
-            readByKind<MatchKinds>(reader, code, matches);
-    }
-
-    template <class Reader>
-    static void readAction(Reader& reader, FiltersEntry::ActionMap& actions)
-    {
-        const auto code = fromNumber<filtersAction_t>(reader.number(action_fields::type_()));
-        readByKind<ActionKinds>(reader, code, actions);
-    }
-
+    /** @return false if the kind is unknown */
     template <class Kinds, class Reader, class Map>
-    static void readByKind(Reader& reader, typename Map::key_type code, Map& objects)
+    static bool readByKind(Reader& reader, typename Map::key_type code, Map& objects)
     {
-        Kinds::visit(code, [&](auto kind) {
+        return Kinds::dispatch(code, false, [&](auto kind) {
             auto object = makeBlank<ClassOf<decltype(kind)>>();
             fieldsOf(kind).read(reader, *object);
             storeByKind(objects, std::move(object));
+            return true;
         });
     }
 };

@@ -56,15 +56,21 @@ private:
 
 } // namespace
 
-std::vector<FiltersRefusal> insertEntryRefusals(const FiltersGroup& group,
-                                                const FiltersEntry& entry)
+std::vector<FiltersRefusal> insertionRefusals(const FiltersEntry& entry, filtersGroupStage_t stage,
+                                              filtersGroupType_t type)
 {
-    Listing listing(group.getStage(), group.getType());
-    checkInsertion(entry, group.getStage(), group.getType(), [&](FiltersRefusal refusal) {
+    Listing listing(stage, type);
+    checkInsertion(entry, stage, type, [&](FiltersRefusal refusal) {
         refusal.entry = entry.getId();
         return listing(refusal);
     });
     return listing.take();
+}
+
+std::vector<FiltersRefusal> insertEntryRefusals(const FiltersGroup& group,
+                                                const FiltersEntry& entry)
+{
+    return insertionRefusals(entry, group.getStage(), group.getType());
 }
 
 std::vector<FiltersRefusal> setStageRefusals(const FiltersGroup& group, filtersGroupStage_t stage)
@@ -119,15 +125,6 @@ void addExclusion(std::vector<FiltersRefusal>& refusals, filtersEntryId_t entry,
 // ---------------------------------------------------------------------------------------- entries
 
 namespace {
-
-template <class Map>
-CodeSet<typename Map::key_type> kindsOf(const Map& held)
-{
-    CodeSet<typename Map::key_type> kinds;
-    for (const auto& element : held)
-        kinds.insert(element.first);
-    return kinds;
-}
 
 /** The refusals of the matches of @p from, which are to stand beside those of the kinds @p held. */
 std::vector<FiltersRefusal> additionRefusals(const FiltersEntry& entry,

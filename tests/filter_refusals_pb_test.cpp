@@ -1,0 +1,135 @@
+#include "named_entries.h"
+#include "refusals_support.h"
+#include "wire_support.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace FiltersCommon;
+using namespace FiltersCommon::test;
+
+TEST(WhatReadingLeavesOut, IsNothingOfWhatTheLibraryWrote)
+{
+    for (const Named<FiltersEntry>& sample : entrySamples())
+        EXPECT_EQ(readEntryRefusals(serialized(*sample.object)), Refusals()) << sample.name;
+    for (const Named<FiltersGroup>& sample : groupSamples())
+        EXPECT_EQ(readGroupRefusals(serialized(*sample.object)), Refusals()) << sample.name;
+}
+
+TEST(WhatReadingLeavesOut, AreUnknownKinds)
+{
+    FiltersEntryPB pb = written(FiltersEntry(7));
+    pb.add_matches_()->set_type_(32);
+    pb.add_matches_()->set_type_(MATCH_TTL);
+    pb.add_matches_()->set_type_(0xFFFFFFFF);
+    pb.add_actions_()->set_type_(17);
+    pb.add_actions_()->set_type_(ACTION_DENY);
+
+    const Refusals refusals = readEntryRefusals(bytesOf(pb));
+    ASSERT_EQ(refusals.size(), 3u);
+    EXPECT_EQ(refusals[0].reason, REFUSAL_UNKNOWN_MATCH_KIND);
+    EXPECT_EQ(refusals[0].entry, 7);
+    EXPECT_EQ(refusals[0].match, static_cast<filtersMatch_t>(32));
+    EXPECT_EQ(refusals[0].admittedMatches.size(), 32u);
+    EXPECT_EQ(refusals[1].match, static_cast<filtersMatch_t>(0xFFFFFFFF));
+    EXPECT_EQ(refusals[2].reason, REFUSAL_UNKNOWN_ACTION_KIND);
+    EXPECT_EQ(refusals[2].entry, 7);
+    EXPECT_EQ(refusals[2].action, static_cast<filtersAction_t>(17));
+    EXPECT_EQ(refusals[2].admittedActions.size(), 17u);
+}
+
+/** For each pair of IP kinds: the second is left out exactly where the two exclude each other. */
+TEST(WhatReadingLeavesOut, AreAddressesOfTheOtherIPVersion)
+{
+    const std::vector<filtersMatch_t> kinds = {MATCH_SRC_IPV4, MATCH_DST_IPV4, MATCH_SRC_IPV6,
+                                               MATCH_DST_IPV6, MATCH_TTL};
+    for (const filtersMatch_t first : kinds)
+        for (const filtersMatch_t second : kinds) {
+            FiltersEntryPB pb = written(FiltersEntry(1));
+            pb.add_matches_()->set_type_(static_cast<std::uint32_t>(first));
+            pb.add_matches_()->set_type_(static_cast<std::uint32_t>(second));
+            const FiltersEntry read(bytesOf(pb));
+            const Refusals refusals = readEntryRefusals(bytesOf(pb));
+            const bool excluded =
+                (isIPv4(first) && isIPv6(second)) || (isIPv6(first) && isIPv4(second));
+            ASSERT_EQ(refusals.size(), excluded ? 1u : 0u) << first << " " << second;
+            EXPECT_EQ(read.getMatchesRef().count(second), excluded ? 0u : 1u);
+            if (!excluded)
+                continue;
+            EXPECT_EQ(refusals[0].reason, REFUSAL_IPV4_WITH_IPV6);
+            EXPECT_EQ(refusals[0].match, second);
+            EXPECT_TRUE(refusals[0].excludingMatches.contains(first));
+            EXPECT_EQ(refusals[0].excludingMatches.size(), 1u);
+        }
+}
+
+/** Every stage, type and small entry: what an insertion into such a group would be refused for. */
+TEST(WhatReadingLeavesOut, AreEntriesThatTheGroupDoesNotTake)
+{
+    for (const filtersGroupStage_t stage : stages())
+        for (const filtersGroupType_t type : types()) {
+            FiltersGroup group(1);
+            place(group, stage, type);
+            FiltersGroupPB pb = written(group);
+            Refusals expected;
+            std::size_t taken = 0;
+            forEachSmallEntry([&](const FiltersEntry& entry) {
+                entry.convertToFiltersEntryPB(pb.add_entries_());
+                const Refusals refusals = insertEntryRefusals(group, entry);
+                expected.insert(expected.end(), refusals.begin(), refusals.end());
+                taken += refusals.empty() ? 1 : 0;
+            });
+            const std::string bytes = bytesOf(pb);
+            EXPECT_EQ(readGroupRefusals(bytes), expected);
+            EXPECT_LE(FiltersGroup(bytes).getEntriesRef().size(), taken);
+        }
+}
+
+TEST(WhatReadingLeavesOut, StandsInTheOrderOfTheBytes)
+{
+    FiltersGroupPB pb = written(FiltersGroup(1));
+    pb.set_type_(GROUP_TYPE_3);
+    FiltersEntry notTaken(2);
+    notTaken.setAction(ActionReplaceSrcMac(mac("02:00:00:00:00:01")));
+    const Refusals whyNot = [&] {
+        FiltersGroup group(1);
+        place(group, GROUP_STAGE_0, GROUP_TYPE_3);
+        return insertEntryRefusals(group, notTaken);
+    }();
+    FiltersEntryPB* first = pb.add_entries_();
+    notTaken.convertToFiltersEntryPB(first);
+    first->add_matches_()->set_type_(99);
+    FiltersEntryPB* second = pb.add_entries_();
+    FiltersEntry(3).convertToFiltersEntryPB(second);
+    second->add_matches_()->set_type_(98);
+
+    const Refusals refusals = readGroupRefusals(bytesOf(pb));
+    ASSERT_EQ(refusals.size(), whyNot.size() + 2);
+    EXPECT_EQ(refusals.front().match, static_cast<filtersMatch_t>(99));
+    EXPECT_EQ(Refusals(refusals.begin() + 1, refusals.end() - 1), whyNot);
+    EXPECT_EQ(refusals.back().match, static_cast<filtersMatch_t>(98));
+    EXPECT_EQ(refusals.back().entry, 3);
+}
+
+TEST(WhatReadingLeavesOut, IsSaidOnceAlsoOfBytesThatOnlyTheParserUnderstands)
+{
+    FiltersEntryPB pb = written(FiltersEntry(7));
+    pb.add_matches_()->set_type_(MATCH_SRC_IPV4);
+    pb.add_matches_()->set_type_(MATCH_SRC_IPV6);
+    const std::string unknownField = "\xF8\x07\x01";
+    EXPECT_EQ(readEntryRefusals(bytesOf(pb) + unknownField).size(), 1u);
+}
+
+TEST(WhatReadingLeavesOut, IsNoReplacedElement)
+{
+    FiltersGroupPB pb = written(FiltersGroup(1));
+    FiltersEntry(3).convertToFiltersEntryPB(pb.add_entries_());
+    FiltersEntry(3).convertToFiltersEntryPB(pb.add_entries_());
+    EXPECT_EQ(readGroupRefusals(bytesOf(pb)), Refusals());
+}
+
+} // namespace
