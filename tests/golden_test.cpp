@@ -1,5 +1,6 @@
 #include "named_entries.h"
 
+#include "filter_actions.pb.h"
 #include "filter_matches.pb.h"
 
 #include <gtest/gtest.h>
