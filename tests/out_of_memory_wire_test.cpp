@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <string>
@@ -287,8 +288,63 @@ TEST(OutOfMemory, ReadingAMessageLeavesTheOldObject)
     }
 }
 
-// ---------------------------------------------------------- what the messages runtime leaves
-// behind
+// -------------------------------------------------------------------------------------- first use
+
+/**
+ * Fails each allocation of what nobody has done before in this process. What is built once may stay
+ * behind, but then nothing more; ends the process.
+ */
+template <class Operation, class Check>
+[[noreturn]] void failFirstUse(Operation operation, Check unchanged)
+{
+    for (const Failing failing : {Failing::ONE_AND_ALL_LATER, Failing::ONE})
+        EXPECT_GE(failInTurn(failing, operation, unchanged).count, 1u);
+    expectBadAlloc(operation);
+    std::exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+[[noreturn]] void failFirstWriting()
+{
+    FiltersEntry entry(7);
+    entry.setMatch(MatchExternalVlanId({1, 2}));
+    const auto write = [&] {
+        std::string bytes;
+        entry.serialize(&bytes);
+        EXPECT_TRUE(FiltersEntry(bytes) == entry);
+    };
+    failFirstUse(write, [&] { EXPECT_EQ(entry.getMatchesRef().size(), 1u); });
+}
+
+/** Builds an entry from bytes whose reading is the first. */
+[[noreturn]] void failFirstReading(const std::string& bytes)
+{
+    failFirstUse([&] { EXPECT_EQ(FiltersEntry(bytes).getMatchesRef().size(), 1u); }, [] {});
+}
+
+[[noreturn]] void failFirstMessage()
+{
+    FiltersEntry entry(7);
+    entry.setMatch(MatchExternalVlanId({1, 2}));
+    failFirstUse([&] { EXPECT_EQ(written(entry).id_(), 7u); },
+                 [&] { EXPECT_EQ(entry.getMatchesRef().size(), 1u); });
+}
+
+/** Each in a process of its own, where nothing has been built yet. */
+TEST(OutOfMemoryDeathTest, OfTheFirstUseIsOverByTheNext)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    using namespace wire;
+    const std::string match = delimited(4, number(1, 2) + number(3, 5));
+    const std::string asWritten = number(1, 7) + number(2, 8) + delimited(3, "") + match +
+                                  delimited(6, number(1, 0) + number(2, 0));
+    const auto succeeded = testing::ExitedWithCode(0);
+    EXPECT_EXIT(failFirstWriting(), succeeded, "");
+    EXPECT_EXIT(failFirstReading(asWritten), succeeded, "");
+    EXPECT_EXIT(failFirstReading(match + number(1, 7)), succeeded, "");
+    EXPECT_EXIT(failFirstMessage(), succeeded, "");
+}
+
+// ------------------------------------------------------- what the messages runtime leaves behind
 
 /** As failInTurn, for an operation that loses memory, which is freed in its stead. */
 template <class Operation>
