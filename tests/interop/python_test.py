@@ -1,9 +1,9 @@
 """What the library writes, a program in Python reads, and the other way round, byte for byte.
 
-usage: python_test.py MESSAGES GOLDEN REBUILD
+usage: python_test.py MESSAGES GOLDEN REBUILD...
   MESSAGES  folder of the modules that protoc made of the schema
   GOLDEN    folder of the golden files
-  REBUILD   the program interop_rebuild
+  REBUILD   the program interop_rebuild, behind its emulator if it has one
 """
 
 import subprocess
@@ -11,7 +11,7 @@ import sys
 import unittest
 from pathlib import Path
 
-MESSAGES, GOLDEN, REBUILD = sys.argv.pop(1), Path(sys.argv.pop(1)), sys.argv.pop(1)
+MESSAGES, GOLDEN, REBUILD = sys.argv[1], Path(sys.argv[2]), sys.argv[3:]
 sys.path.insert(0, MESSAGES)
 
 import samples  # noqa: E402
@@ -53,7 +53,7 @@ def built_anew(message):
 
 def rebuilt(what, form, data):
     """What the library makes of the bytes: bytes, or its dump."""
-    return subprocess.run([REBUILD, what, form], input=data, stdout=subprocess.PIPE,
+    return subprocess.run([*REBUILD, what, form], input=data, stdout=subprocess.PIPE,
                           check=True).stdout
 
 
@@ -139,4 +139,4 @@ class ToTheLibrary(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(argv=sys.argv[:1])
