@@ -1,9 +1,18 @@
 #include "filter_actions.h"
 
 #include "filter_actions_fields.h"
+#include "kinds.h"
 #include "message_io.h"
 
 namespace FiltersCommon {
+
+template <class... Classes>
+constexpr bool haveRows(KindList<Action, Classes...>)
+{
+    return ((hasNoValues<Classes> || !std::is_same_v<ActionFieldsOf<Classes>, Fields<>>)&&...);
+}
+
+static_assert(haveRows(ActionKinds()), "a class with values has a row in ActionFields");
 
 void Action::convertToActionPB(ActionPB* pb) const
 {

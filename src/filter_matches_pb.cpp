@@ -1,9 +1,18 @@
 #include "filter_matches.h"
 
 #include "filter_matches_fields.h"
+#include "kinds.h"
 #include "message_io.h"
 
 namespace FiltersCommon {
+
+template <class... Classes>
+constexpr bool haveRows(KindList<Match, Classes...>)
+{
+    return ((hasNoValues<Classes> || !std::is_same_v<MatchFieldsOf<Classes>, Fields<>>)&&...);
+}
+
+static_assert(haveRows(MatchKinds()), "a class with values has a row in MatchFields");
 
 void Match::convertToMatchPB(MatchPB* pb) const
 {
