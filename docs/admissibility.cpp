@@ -3,6 +3,7 @@
  * the page; a test compares it with what this program writes.
  */
 #include "filter_groups.h"
+#include "filter_names.h"
 
 #include <cstdint>
 #include <iostream>
@@ -42,22 +43,37 @@ std::string marks(const std::map<Key, std::set<Code>>& table, Code code)
     return cells;
 }
 
+std::string code(const std::string& text) { return "`" + text + "`"; }
+
+template <class Code>
 struct Kind {
     const char* className;
-    std::uint32_t code;
+    Code code;
 };
 
-std::string kindCells(const Kind& kind)
+template <class Code>
+std::string kindCells(const Kind<Code>& kind, const char* name)
 {
-    return "|" + cell(std::to_string(kind.code)) + cell("`" + std::string(kind.className) + "`");
+    return "|" + cell(std::to_string(kind.code)) + cell(code(name)) + cell(code(kind.className));
 }
 
-#define FILTERS_COMMON_KIND(Class) {#Class, static_cast<std::uint32_t>(Class::KIND)},
-const std::vector<Kind> MATCH_KINDS = {FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_KIND)};
-const std::vector<Kind> ACTION_KINDS = {FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_KIND)};
+#define FILTERS_COMMON_KIND(Class) {#Class, Class::KIND},
+const std::vector<Kind<filtersMatch_t>> MATCH_KINDS = {
+    FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_KIND)};
+const std::vector<Kind<filtersAction_t>> ACTION_KINDS = {
+    FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_KIND)};
 #undef FILTERS_COMMON_KIND
 
 // ----------------------------------------------------------------------------------------- tables
+
+/** The family of addresses that a kind brings into an entry. */
+const char* familyOf(filtersMatch_t kind)
+{
+    const auto number = static_cast<std::uint32_t>(kind);
+    if (FiltersEntry::ipv4OnlyMatchTypes.count(number) != 0)
+        return "IPv4";
+    return FiltersEntry::ipv6OnlyMatchTypes.count(number) != 0 ? "IPv6" : " ";
+}
 
 void writeMatches()
 {
@@ -67,17 +83,10 @@ void writeMatches()
                  "entries without matches only. A `MatchDSCP`\ncounts as a `MatchToS`.\n\n"
                  "The column \"entry\" is a rule of entries: one with a kind of IPv4 takes none of "
                  "IPv6, and the other\nway round (`FILTERS_ERR_INVALID`).\n\n";
-    writeHeader("| code | class | entry |", "", FiltersGroup::TypeDescription_.size());
-    for (const Kind& kind : MATCH_KINDS) {
-        const bool ipv4 = FiltersEntry::ipv4OnlyMatchTypes.count(kind.code) != 0;
-        const bool ipv6 = FiltersEntry::ipv6OnlyMatchTypes.count(kind.code) != 0;
-        std::cout << kindCells(kind)
-                  << cell(ipv4   ? "IPv4"
-                          : ipv6 ? "IPv6"
-                                 : " ")
-                  << marks(FiltersGroup::TypeDescription_, static_cast<filtersMatch_t>(kind.code))
-                  << "\n";
-    }
+    writeHeader("| code | kind | class | entry |", "", FiltersGroup::TypeDescription_.size());
+    for (const auto& kind : MATCH_KINDS)
+        std::cout << kindCells(kind, filtersMatchName(kind.code)) << cell(familyOf(kind.code))
+                  << marks(FiltersGroup::TypeDescription_, kind.code) << "\n";
 }
 
 void writeTypes()
@@ -99,12 +108,10 @@ void writeActions()
     std::cout << "\n## Actions by group stage\n\n"
                  "An entry may be in a group only if the group's stage admits each of its action "
                  "kinds; otherwise\n`FILTERS_ERR_ACTION_NOT_ALLOWED`.\n\n";
-    writeHeader("| code | class |", "stage ", FiltersGroup::StageActionsDescription_.size());
-    for (const Kind& kind : ACTION_KINDS)
-        std::cout << kindCells(kind)
-                  << marks(FiltersGroup::StageActionsDescription_,
-                           static_cast<filtersAction_t>(kind.code))
-                  << "\n";
+    writeHeader("| code | kind | class |", "stage ", FiltersGroup::StageActionsDescription_.size());
+    for (const auto& kind : ACTION_KINDS)
+        std::cout << kindCells(kind, filtersActionName(kind.code))
+                  << marks(FiltersGroup::StageActionsDescription_, kind.code) << "\n";
 }
 
 void writePolicers()
@@ -115,11 +122,9 @@ void writePolicers()
                  "unless it was given another, passes everywhere.\n\n";
     const FiltersGroup anyGroup(0);
     writeHeader("| policer stage |", "stage ", FiltersGroup::StageActionsDescription_.size());
-    for (const auto& [name, stage] : {std::pair("STAGE_INGRESS", policer::STAGE_INGRESS),
-                                      std::pair("STAGE_EGRESS", policer::STAGE_EGRESS),
-                                      std::pair("STAGE_NONE", policer::STAGE_NONE)}) {
+    for (const auto stage : {policer::STAGE_INGRESS, policer::STAGE_EGRESS, policer::STAGE_NONE}) {
         const policer::Policer policer(0, stage, policer::Mode(), {});
-        std::cout << "|" << cell("`" + std::string(name) + "`");
+        std::cout << "|" << cell(code(filtersPolicerStageName(stage)));
         for (const auto& row : FiltersGroup::StageActionsDescription_)
             std::cout << mark(anyGroup.groupPolicerValidation(policer, row.first) == FILTERS_OK);
         std::cout << "\n";
