@@ -83,6 +83,12 @@ class FromTheLibrary(unittest.TestCase):
                 self.assertEqual(FOLDERS[folder].FromString(data), message)
                 self.assertEqual(message.SerializeToString(), data)
 
+    def test_there_is_a_sample_of_each_class(self):
+        for folder, names in (("matches", [*samples.MATCHES, "MatchDSCP"]),
+                              ("actions", samples.ACTIONS)):
+            classes = {path.stem.split("_")[0] for path in (GOLDEN / folder).glob("*.hex")}
+            self.assertEqual(classes, set(names))
+
     def test_the_values_are_those_that_were_meant(self):
         self.expect_values("matches", {name: samples.match(name) for name in
                                        (*samples.MATCHES, *samples.MORE_MATCHES)})
