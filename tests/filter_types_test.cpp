@@ -172,6 +172,10 @@ TEST(FilterTypes, EveryCounterTypeHasItsCode)
 TEST(FilterTypes, SmallEnumerationsHaveTheirCodes)
 {
     EXPECT_EQ(static_cast<int>(PORT_TYPE_CPU), 0);
+    EXPECT_EQ(static_cast<int>(L2_SRC_ENTRY_TYPE_0), 0);
+    EXPECT_EQ(static_cast<int>(RESOLUTION_0), 0);
+    EXPECT_EQ(static_cast<int>(STP_STATE_0), 0);
+    EXPECT_EQ(static_cast<int>(FORWARDING_TYPE_0), 0);
     EXPECT_EQ(static_cast<int>(COPY_TO_CPU_CANCEL), 0);
     EXPECT_EQ(static_cast<int>(SWITCH_TO_CPU_CANCEL), 1);
 }
