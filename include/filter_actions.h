@@ -17,10 +17,12 @@
 #include <list>
 #include <utility>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 class ActionPB;
-struct ActionFields; // says where the members stand in an ActionPB
+struct FILTERS_COMMON_INTERNAL ActionFields; // says where the members stand in an ActionPB
 
 /** An action. A bare Action can be built with any code and holds nothing else. */
 class Action {
@@ -425,5 +427,7 @@ FILTERS_COMMON_PRINTED(Action)
 FILTERS_COMMON_PRINTED(ActionPorts)
 FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_PRINTED)
 #undef FILTERS_COMMON_PRINTED
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_ACTIONS_H

@@ -27,6 +27,8 @@
 #include <net/ethernet.h>
 #include <stdint.h>
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 extern "C" {
@@ -80,5 +82,7 @@ unsigned int actionL3SwitchGetL3DestinationId(void* a);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif /* FILTER_COMMON_FILTER_ACTIONS_C_H */

@@ -9,6 +9,8 @@
 #include <initializer_list>
 #include <iterator>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 /**
@@ -96,5 +98,7 @@ private:
 };
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_CODE_SET_H

@@ -10,6 +10,8 @@
 
 #include <iosfwd>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 class CounterPB;
@@ -44,5 +46,7 @@ private:
 std::ostream& operator<<(std::ostream& out, const Counter& counter);
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_COUNTER_H

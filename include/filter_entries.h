@@ -19,9 +19,12 @@
 #include <string>
 #include <type_traits>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 class FiltersEntryPB;
+struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads the members
 
 /**
  * One rule: an identifier, a priority, a policer, a counter, at most one match of each kind and at
@@ -166,7 +169,7 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
-    friend struct EntryWire; // writes and reads the members
+    friend struct EntryWire;
 
     bool isL3CompatibleKind(filtersMatch_t kind) const;
     const Match* findMatch(filtersMatch_t kind) const;
@@ -188,7 +191,8 @@ private:
  * @p to gets a null pointer. Provided for matches and for actions.
  */
 template <class K, class V>
-void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique_ptr<V>>& from);
+FILTERS_COMMON_PUBLIC void copy_map(std::map<K, std::unique_ptr<V>>& to,
+                                    const std::map<K, std::unique_ptr<V>>& from);
 
 // -------------------------------------------------------------------------------------- templates
 
@@ -269,5 +273,7 @@ extern template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::Acti
 /** Dumps the whole rule. At global scope. */
 std::basic_ostream<char>& operator<<(std::basic_ostream<char>& out,
                                      const FiltersCommon::FiltersEntry& entry);
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_ENTRIES_H

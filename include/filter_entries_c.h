@@ -29,6 +29,8 @@
 #include "filter_matches_c.h"
 #include "filter_types.h"
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 class Action;
@@ -85,5 +87,7 @@ filtersErr_t filtersEntryDeleteAction(FiltersEntry* e, filtersAction_t kind);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif /* FILTER_COMMON_FILTER_ENTRIES_C_H */

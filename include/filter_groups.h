@@ -6,9 +6,12 @@
 
 #include "filter_entries.h"
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 class FiltersGroupPB;
+struct FILTERS_COMMON_INTERNAL GroupWire; // writes and reads the members
 
 /**
  * Entries by their identifiers, with the stage and type that decide which entries are admitted.
@@ -126,8 +129,9 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
-    friend struct GroupWire; // writes and reads the members
+    friend struct GroupWire;
 
+    FILTERS_COMMON_INTERNAL
     filtersErr_t admits(const FiltersEntry& entry, filtersGroupStage_t stage,
                         filtersGroupType_t type) const;
 
@@ -142,5 +146,7 @@ private:
 
 /** Dumps the group and all its entries. At global scope. */
 std::ostream& operator<<(std::ostream& out, const FiltersCommon::FiltersGroup& group);
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_GROUPS_H

@@ -24,6 +24,8 @@
 
 #include <stdint.h>
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 class FiltersGroup;
@@ -86,5 +88,7 @@ void deleteFiltersEntriesStruct(entriesStruct* entries);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif /* FILTER_COMMON_FILTER_GROUPS_C_H */

@@ -14,10 +14,12 @@
 #include <set>
 #include <utility>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 class MatchPB;
-struct MatchFields; // says where the members stand in a MatchPB
+struct FILTERS_COMMON_INTERNAL MatchFields; // says where the members stand in a MatchPB
 
 /** A match criterion. A bare Match can be built with any code and holds nothing else. */
 class Match {
@@ -257,5 +259,7 @@ private:
 };
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_MATCH_FAMILIES_H

@@ -9,6 +9,8 @@
 
 #include "filter_match_families.h"
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 /** Every packet. */
@@ -495,5 +497,7 @@ public:
 };
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_MATCH_KINDS_H

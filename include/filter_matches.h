@@ -19,6 +19,8 @@
 
 #include <iosfwd>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 /**
@@ -69,5 +71,7 @@ FILTERS_COMMON_PRINTED(MatchIPv6)
 FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_PRINTED)
 FILTERS_COMMON_PRINTED(MatchDSCP)
 #undef FILTERS_COMMON_PRINTED
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_MATCHES_H

@@ -34,6 +34,8 @@
 #include <stdbool.h>
 #include <stdint.h>
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 class MatchL2SrcEntryType;
@@ -148,5 +150,7 @@ bool matchDropGet(void* m);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif /* FILTER_COMMON_FILTER_MATCHES_C_H */

@@ -15,6 +15,8 @@
 
 #include <stdint.h>
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 extern "C" {
@@ -34,5 +36,7 @@ const char* filtersPolicerStageName(uint32_t stage);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_NAMES_H

@@ -23,6 +23,8 @@
 #include <type_traits>
 #include <vector>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 /**
@@ -187,5 +189,7 @@ std::vector<FiltersRefusal> setActionRefusals([[maybe_unused]] const FiltersEntr
 }
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_REFUSALS_H

@@ -34,6 +34,8 @@
 #include <stdbool.h>
 #include <stdint.h>
 
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 namespace FiltersCommon {
 class FiltersRefusals;
@@ -90,5 +92,7 @@ uint32_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index);
 } // extern "C"
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif /* FILTER_COMMON_FILTER_REFUSALS_C_H */

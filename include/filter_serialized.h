@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#pragma GCC visibility push(default)
+
 namespace FiltersCommon {
 
 /**
@@ -48,5 +50,7 @@ private:
 };
 
 } // namespace FiltersCommon
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_SERIALIZED_H

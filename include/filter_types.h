@@ -16,6 +16,17 @@
 
 #include <stdint.h>
 
+/*
+ * What stands between the two lines on visibility of a public header is part of the shared
+ * library's binary interface; everything else stays inside the library. The first mark is for what
+ * stands there and stays inside all the same. The second is for function templates that the library
+ * instantiates: GCC does not apply the lines to them.
+ */
+#define FILTERS_COMMON_INTERNAL __attribute__((visibility("hidden")))
+#define FILTERS_COMMON_PUBLIC __attribute__((visibility("default")))
+
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 /** A fixed underlying type lets an enumeration hold any value read from the wire. */
 #define FILTERS_COMMON_INT32 : int32_t
@@ -258,5 +269,7 @@ FILTERS_COMMON_IS_32_BITS(limid_t);
 #ifdef __cplusplus
 } // namespace FiltersCommon
 #endif
+
+#pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_TYPES_H
