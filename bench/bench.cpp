@@ -29,7 +29,7 @@ double processorSeconds()
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-/** Says how far the measurements are, not more than once a second. */
+/** Says every few seconds how far the measurements are. */
 class Progress {
 public:
     explicit Progress(std::size_t benchmarks) : benchmarks_(benchmarks) {}
@@ -38,7 +38,7 @@ public:
     {
         ++measurements_;
         const std::time_t now = std::time(nullptr);
-        if (now == last_)
+        if (now < last_ + 5)
             return;
         last_ = now;
         std::fprintf(stderr, "bench: %zu benchmarks, %zu measurements begun in %lld s: %s\n",

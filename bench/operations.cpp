@@ -11,16 +11,21 @@
 
 namespace bench {
 
+namespace {
+
+constexpr Descriptions (*SUBJECTS[])() = {
+    filtersOperations, filtersEntryOperations, messagesOperations, floorsOperations,
+#ifdef HAVE_LIBNFTNL
+    nftnlOperations,
+#endif
+};
+
+} // namespace
+
 Descriptions allOperations()
 {
     Descriptions all;
-    for (const auto operations :
-         {filtersOperations, filtersEntryOperations, messagesOperations, floorsOperations
-#ifdef HAVE_LIBNFTNL
-          ,
-          nftnlOperations
-#endif
-         }) {
+    for (const auto operations : SUBJECTS) {
         const Descriptions more = operations();
         all.insert(all.end(), more.begin(), more.end());
     }

@@ -94,8 +94,10 @@ def counted(figures):
         row = [name]
         for what in "allocations", "live_bytes", "instructions":
             a, b = (figures.count(what, "filters", own, size) for size in (few, many))
-            digits = 0 if what == "instructions" else 2
-            row += [number(a, digits), number(b, digits), quotient(b / a if a else None)]
+            digits = 2 if what == "allocations" else 0
+            # What is next to nothing has no growth.
+            grown = b / a if abs(a) >= 0.5 else None
+            row += [number(a, digits), number(b, digits), quotient(grown)]
         rows.append(row)
     return table(header, rows)
 
