@@ -3,6 +3,8 @@
 #include <google/protobuf/text_format.h>
 #include <google/protobuf/util/message_differencer.h>
 
+#include <stdexcept>
+
 namespace FiltersCommon::test {
 
 void parseText(const std::string& text, google::protobuf::Message* pb)

@@ -15,7 +15,6 @@
 #include <memory>
 #include <random>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
