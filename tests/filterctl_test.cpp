@@ -365,9 +365,24 @@ TEST_F(Filterctl, FilesThatCannotBeReadOrWritten)
         expectRefused(arguments + " > /dev/full"s, "-: cannot write: No space left on device");
         expectRefused(arguments + " >&-"s, "-: cannot write: Bad file descriptor");
     }
+    fs::create_symlink("other", file("one"));
+    fs::create_symlink("one", file("other"));
+    expectRefused("import good -o one", "one: cannot open: Too many levels of symbolic links");
     write("many", "@0.0.0.0/0 0.0.0.0/0 1:65534 1:65534 0x00/0x00\n");
-    expectRefused("import many -o group", "group: cannot write: File too large", "ulimit -f 1; ");
+    // What a program that counts coverage writes at its end, the limit does not hold for.
+    expectRefused("import many -o group", "group: cannot write: File too large",
+                  "export LLVM_PROFILE_FILE=/dev/null; ulimit -f 1; ");
     EXPECT_EQ(read("group"), bytesOf(goodGroup()));
+}
+
+TEST_F(Filterctl, MemoryRunsOut)
+{
+    const std::string limit = "ulimit -v 100000; ";
+    if (run("--help", limit).status != 0)
+        GTEST_SKIP() << "the program needs more address space than the test leaves to it";
+    write("large", "");
+    fs::resize_file(file("large"), 1 << 30);
+    expectRefused("import large", "out of memory", limit);
 }
 
 TEST_F(Filterctl, TheTargetKeepsItsNatureAndPermissions)

@@ -120,15 +120,13 @@ mode_t modeOfNewFiles()
 }
 
 /** Where a link leads that may point to a file yet to be made. */
-fs::path followLinks(fs::path path, const std::string& name)
+fs::path followLinks(fs::path path)
 {
     constexpr int MOST_LINKS = 40;
     std::error_code error;
-    for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links) {
-        if (links == MOST_LINKS)
-            fail(name, "open", ELOOP);
+    for (int links = 0; links < MOST_LINKS && fs::is_symlink(fs::symlink_status(path, error));
+         ++links)
         path = path.parent_path() / fs::read_symlink(path, error);
-    }
     return path;
 }
 
@@ -168,17 +166,14 @@ void writeFile(const std::string& name, std::string_view bytes)
 
     std::error_code error;
     const fs::file_status status = fs::status(name, error);
-    if (status.type() == fs::file_type::not_found)
-        return replaceFile(followLinks(name, name), name, modeOfNewFiles(), bytes);
     if (status.type() == fs::file_type::none)
         fail(name, "open", error.value());
-    if (status.type() != fs::file_type::regular)
+    const bool isNew = status.type() == fs::file_type::not_found;
+    if (!isNew && status.type() != fs::file_type::regular)
         return writeInto(::open(name.c_str(), O_WRONLY | O_CLOEXEC), name, bytes);
 
-    const fs::path target = fs::canonical(name, error);
-    if (error)
-        fail(name, "open", error.value());
-    replaceFile(target, name, static_cast<mode_t>(status.permissions() & fs::perms::mask), bytes);
+    const auto oldMode = static_cast<mode_t>(status.permissions() & fs::perms::mask);
+    replaceFile(followLinks(name), name, isNew ? modeOfNewFiles() : oldMode, bytes);
 }
 
 } // namespace filterctl
