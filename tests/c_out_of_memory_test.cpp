@@ -252,6 +252,7 @@ struct Sentinel {
 void expectListingSurvives(FiltersGroup group, std::size_t allocationsAtLeast)
 {
     const FiltersGroup before(group);
+    expectSame(group, before); // and what is built once is there
     for (const Failing failing : FAILINGS) {
         Sentinel sentinel;
         const std::size_t start = allocationTotals().live;
