@@ -1,8 +1,7 @@
 /**
  * The kinds of match, in the order of their codes. A caller includes filter_matches.h.
- *
- * A constructor without a mask sets all bits of the mask. A class without values has a constructor
- * without arguments; the others have none.
+ * A constructor without a mask sets all its bits. Only classes without values have a constructor
+ * without arguments.
  */
 #ifndef FILTER_COMMON_FILTER_MATCH_KINDS_H
 #define FILTER_COMMON_FILTER_MATCH_KINDS_H
@@ -10,14 +9,12 @@
 #include "filter_match_families.h"
 
 #pragma GCC visibility push(default)
-
 namespace FiltersCommon {
 
 /** Every packet. */
 class MatchAll : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_ALL;
-
     MatchAll() : Match(KIND) {}
     using Match::operator==;
     bool operator==(const MatchAll&) const { return true; }
@@ -497,7 +494,6 @@ public:
 };
 
 } // namespace FiltersCommon
-
 #pragma GCC visibility pop
 
 #endif // FILTER_COMMON_FILTER_MATCH_KINDS_H
