@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <iterator>
 #include <new>
@@ -19,6 +20,20 @@ std::size_t peak = 0;
 std::size_t countdown = 0;
 Failing mode = Failing::NONE;
 bool failed = false;
+
+/** How often a test has had an allocation fail. */
+std::size_t failures = 0;
+
+/** Says so when the program ends. */
+class Report : public testing::Environment {
+    void TearDown() override
+    {
+        if (failures != 0)
+            std::printf("Failed an allocation %zu times\n", failures);
+    }
+};
+
+testing::Environment* const report = testing::AddGlobalTestEnvironment(new Report);
 
 /** The noted blocks; not a container, which would allocate. */
 void* noted[500];
@@ -104,6 +119,7 @@ bool stopFailing()
 {
     countdown = 0;
     mode = Failing::NONE;
+    failures += failed;
     return std::exchange(failed, false);
 }
 
