@@ -44,7 +44,8 @@ T fromBytes(std::string_view bytes)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     T value{};
-    std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
+    if (!bytes.empty()) // no bytes may stand nowhere
+        std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
     return value;
 }
 

@@ -161,4 +161,20 @@ TEST(DirectBytes, AreLeftToTheParserWhereTheyAreNotAsWritten)
     }
 }
 
+/** An address whose length promises more than there is, in each kind that has one. */
+TEST(DirectBytes, AreLeftToTheParserWhereAnAddressIsCut)
+{
+    const QuietParser quiet;
+    for (const char* address : {"\x04\x2A", "\x04\x3A", "\x07\x2A", "\x09\x42", "\x09\x52",
+                                "\x0A\x42", "\x0E\x5A", "\x0F\x62"}) {
+        const std::string bytes = "\x08\x01\x10\x02\x1A\x01?\x22\x04\x08" + std::string(address) +
+                                  "\x7F\x32\x04\x08\x03\x10\x01";
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        FiltersEntry expected;
+        const FiltersEntryPB left = parsed<FiltersEntryPB>(bytes);
+        expected.convertFromFiltersEntryPB(&left);
+        EXPECT_EQ(FiltersEntry(bytes), expected);
+    }
+}
+
 } // namespace
