@@ -124,13 +124,10 @@ inline std::string quoted(const std::string& text)
     return expression;
 }
 
+/** What an emulator adds when the process that it runs ends by a signal. */
 #ifdef FILTER_COMMON_EMULATED
-/** A program cannot start itself once more in an emulator, which also adds a line of its own. */
-constexpr char DEATH_TEST_STYLE[] = "fast";
 constexpr char EMULATOR_REPORT[] = "(qemu: [^\n]*\n)?";
 #else
-/** Calls are made in a fresh process each, which sanitizers and threads do not disturb. */
-constexpr char DEATH_TEST_STYLE[] = "threadsafe";
 constexpr char EMULATOR_REPORT[] = "";
 #endif
 

@@ -330,10 +330,10 @@ template <class Operation, class Check>
                  [&] { EXPECT_EQ(entry.getMatchesRef().size(), 1u); });
 }
 
-/** Each in a process of its own, where nothing has been built yet. */
+/** Each in a process of its own, where nothing has been built yet: death tests run first. */
 TEST(OutOfMemoryDeathTest, OfTheFirstUseIsOverByTheNext)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    GTEST_FLAG_SET(death_test_style, DEATH_TEST_STYLE);
     using namespace wire;
     const std::string match = delimited(4, number(1, 2) + number(3, 5));
     const std::string asWritten = number(1, 7) + number(2, 8) + delimited(3, "") + match +

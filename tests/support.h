@@ -81,6 +81,14 @@ std::string stateOf(const T& object)
     return bytes + "\n" + dump(object);
 }
 
+#ifdef FILTER_COMMON_EMULATED
+/** A program cannot start itself once more in an emulator. */
+constexpr char DEATH_TEST_STYLE[] = "fast";
+#else
+/** A fresh process each, which sanitizers, threads and earlier tests do not disturb. */
+constexpr char DEATH_TEST_STYLE[] = "threadsafe";
+#endif
+
 } // namespace FiltersCommon::test
 
 #endif // FILTER_COMMON_TESTS_SUPPORT_H

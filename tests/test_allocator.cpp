@@ -1,8 +1,8 @@
 #include "test_allocator.h"
 
-#include <malloc.h>
-
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -65,20 +65,27 @@ bool mustFail()
     return true;
 }
 
+/** Stands before each block; what the C library would round the size to depends on the heap. */
+struct alignas(std::max_align_t) Header {
+    std::size_t size;
+};
+
 void* allocate(std::size_t size) noexcept
 {
-    if (mustFail())
+    if (mustFail() || size > SIZE_MAX - sizeof(Header))
         return nullptr;
-    void* block = std::malloc(size == 0 ? 1 : size);
-    if (block != nullptr) {
-        ++totals.count;
-        ++totals.live;
-        totals.bytes += size;
-        totals.liveBytes += malloc_usable_size(block);
-        peak = std::max(peak, totals.liveBytes);
-        if (noting)
-            note(block);
-    }
+    auto* const header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
+    if (header == nullptr)
+        return nullptr;
+    header->size = size;
+    ++totals.count;
+    ++totals.live;
+    totals.bytes += size;
+    totals.liveBytes += size;
+    peak = std::max(peak, totals.liveBytes);
+    void* const block = header + 1;
+    if (noting)
+        note(block);
     return block;
 }
 
@@ -92,13 +99,14 @@ void* allocateOrThrow(std::size_t size)
 
 void release(void* block) noexcept
 {
-    if (block != nullptr) {
-        --totals.live;
-        totals.liveBytes -= malloc_usable_size(block);
-    }
+    if (block == nullptr)
+        return;
     if (noting)
         forget(block);
-    std::free(block);
+    Header* const header = static_cast<Header*>(block) - 1;
+    --totals.live;
+    totals.liveBytes -= header->size;
+    std::free(header);
 }
 
 } // namespace

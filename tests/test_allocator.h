@@ -18,7 +18,7 @@ struct AllocationTotals {
     std::size_t count;
     std::size_t bytes;
     std::size_t live;
-    std::size_t liveBytes; /**< with the room that the C library adds to each */
+    std::size_t liveBytes;
 };
 
 AllocationTotals allocationTotals();
