@@ -30,6 +30,21 @@ void uncount(void* block)
 
 namespace bench {
 
+void keepMemory()
+{
+    constexpr int MOST = 1 << 30;
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, MOST);
+}
+
+void settleHeap()
+{
+    // The C library joins its free pieces when a large one is freed.
+    constexpr std::size_t LARGE = 1 << 20;
+    void* volatile block = std::malloc(LARGE);
+    std::free(block);
+}
+
 void startCounting()
 {
     totals = {};

@@ -17,6 +17,15 @@ struct Allocations {
     std::int64_t live = 0; /**< bytes allocated and not freed; negative if more was freed */
 };
 
+/**
+ * Has the heap keep all memory that it was ever given, for blocks of any size. Without it some runs
+ * would take fresh pages from the kernel, and others the pages that the run before left.
+ */
+void keepMemory();
+
+/** Joins what lies free on the heap, so that nothing depends on the order in which it was freed. */
+void settleHeap();
+
 /** Between the two, allocations are counted. Only one thread may run then. */
 void startCounting();
 Allocations stopCounting();

@@ -1,7 +1,7 @@
 /**
  * Times every operation with Google Benchmark, and counts what it allocates.
  *
- *     filter_bench [--rules=FILE] [--sizes=N,N,...] [options of Google Benchmark]
+ *     filter_bench [--rules=FILE] [--sizes=N,N,...] [--repetitions=N] [options of Google Benchmark]
  *
  * The time is that of the processor, so that others on the machine disturb little. Progress goes to
  * standard error: with repetitions in random order, results come all at the end.
@@ -32,7 +32,10 @@ double processorSeconds()
 /** Says every few seconds how far the measurements are. */
 class Progress {
 public:
-    explicit Progress(std::size_t benchmarks) : benchmarks_(benchmarks) {}
+    /** Each benchmark is tried out about twice before it is repeated. */
+    Progress(std::size_t benchmarks, int repetitions)
+        : expected_(benchmarks * (static_cast<std::size_t>(repetitions) + 2))
+    {}
 
     void begin(const std::string& title)
     {
@@ -41,13 +44,12 @@ public:
         if (now < last_ + 5)
             return;
         last_ = now;
-        std::fprintf(stderr, "bench: %zu benchmarks, %zu measurements begun in %lld s: %s\n",
-                     benchmarks_, measurements_, static_cast<long long>(now - first_),
-                     title.c_str());
+        std::fprintf(stderr, "bench: measurement %zu of about %zu after %lld s: %s\n",
+                     measurements_, expected_, static_cast<long long>(now - first_), title.c_str());
     }
 
 private:
-    const std::size_t benchmarks_;
+    const std::size_t expected_;
     const std::time_t first_ = std::time(nullptr);
     std::time_t last_ = 0;
     std::size_t measurements_ = 0;
@@ -57,6 +59,7 @@ void measure(benchmark::State& state, const Operation& operation)
 {
     for (auto _ : state) {
         operation.prepare();
+        settleHeap();
         const double begin = processorSeconds();
         operation.run();
         state.SetIterationTime(processorSeconds() - begin);
@@ -70,15 +73,18 @@ void measure(benchmark::State& state, const Operation& operation)
     state.counters["live_bytes"] = static_cast<double>(allocations.live) / rules;
 }
 
-void registerAll(const std::vector<Workload>& workloads, Progress& progress)
+void registerAll(const std::vector<Workload>& workloads, int repetitions, Progress& progress)
 {
     for (const Workload& workload : workloads)
         for (const Description& description : allOperations()) {
             const std::string title = description.title() + "/" + std::to_string(workload.size);
-            benchmark::RegisterBenchmark(title.c_str(), [=, &workload, &progress](auto& state) {
-                progress.begin(title);
-                measure(state, description.make(workload.rules));
-            })->UseManualTime();
+            benchmark::RegisterBenchmark(title.c_str(),
+                                         [=, &workload, &progress](auto& state) {
+                                             progress.begin(title);
+                                             measure(state, description.make(workload.rules));
+                                         })
+                ->UseManualTime()
+                ->Repetitions(repetitions);
         }
 }
 
@@ -87,14 +93,16 @@ void registerAll(const std::vector<Workload>& workloads, Progress& progress)
 int main(int argc, char** argv)
 {
     try {
+        keepMemory();
         const std::vector<Workload> workloads = takeWorkloads(argc, argv);
+        const int repetitions = std::stoi(takeOption(argc, argv, "repetitions").value_or("1"));
         benchmark::Initialize(&argc, argv);
         if (workloads.empty() || benchmark::ReportUnrecognizedArguments(argc, argv))
             return 2;
         for (const Workload& workload : workloads)
             checkThatSubjectsAgree(workload.rules);
-        Progress progress(workloads.size() * allOperations().size());
-        registerAll(workloads, progress);
+        Progress progress(workloads.size() * allOperations().size(), repetitions);
+        registerAll(workloads, repetitions, progress);
         benchmark::RunSpecifiedBenchmarks();
         benchmark::Shutdown();
         return 0;

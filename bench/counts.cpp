@@ -59,6 +59,7 @@ void countInstructions(const std::string& title, const Description& description,
     warmUp(description, workload.rules);
     const Operation operation = description.make(workload.rules);
     operation.prepare();
+    settleHeap();
     CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_ZERO_STATS;
     operation.run();
@@ -124,6 +125,7 @@ void countAll(const std::vector<Workload>& workloads, const std::string& subject
 int main(int argc, char** argv)
 {
     try {
+        keepMemory();
         const std::vector<Workload> workloads = takeWorkloads(argc, argv);
         const std::string subject = takeOption(argc, argv, "subject").value_or("");
         if (argc != 2)

@@ -187,6 +187,10 @@ def page(figures, surroundings):
         f"- medians of {figures.repetitions} repetitions in random order; the time is the "
         "processor's, so others on the machine disturb little"
     )
+    yield (
+        "- before each run the free memory of the heap is joined, and none goes back to the system: "
+        "neither what ran before nor the kernel's pages are measured"
+    )
     yield "\n## Targets\n"
     yield (
         "A figure is a quotient, or the allocations a rule. A target is met where it is met at "
