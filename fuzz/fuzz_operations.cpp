@@ -1,0 +1,203 @@
+#include "operations_on_groups.h"
+#include "target.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+// The input is a program: each step is an operation on one of a few entries or groups, with its
+// arguments, and has to do what it is for; after each the invariants have to hold. In the end all
+// that holds of entries and groups at any time is checked.
+
+namespace FiltersCommon::fuzz {
+namespace {
+
+/** A longer program finds nothing that a short one cannot. */
+constexpr int MOST_STEPS = 48;
+
+class Program {
+public:
+    explicit Program(std::string_view bytes) : in_(bytes)
+    {
+        for (auto& entry : entries_)
+            entry.reset(newFiltersEntry(in_.smallNumber<filtersEntryId_t>()));
+        for (auto& group : groups_)
+            group.reset(newFiltersGroup(in_.smallNumber<filtersGroupId_t>()));
+    }
+
+    void run()
+    {
+        for (int step = 0; step != MOST_STEPS && !in_.isEmpty(); ++step)
+            (this->*STEPS[in_.below(STEPS.size())])();
+        checkAll();
+    }
+
+private:
+    using Step = void (Program::*)();
+
+    test::Handle<FiltersEntry>& anyEntry() { return entries_[in_.below(entries_.size())]; }
+    test::Handle<FiltersGroup>& anyGroup() { return groups_[in_.below(groups_.size())]; }
+
+    template <void (*operation)(FiltersEntry&, ByteSource&)>
+    void onEntry()
+    {
+        operation(*anyEntry(), in_);
+    }
+
+    template <void (*operation)(FiltersGroup&, ByteSource&)>
+    void onGroup()
+    {
+        operation(*anyGroup(), in_);
+    }
+
+    void move()
+    {
+        FiltersEntry& entry = *anyEntry();
+        moveFrom(entry, *anyEntry());
+    }
+
+    void readEntryMessage()
+    {
+        FiltersEntry& entry = *anyEntry();
+        readMessage(entry, *anyEntry());
+    }
+
+    /** Puts a copy in the place of an entry, made by either interface or by way of the bytes. */
+    void copyEntry()
+    {
+        auto& place = anyEntry();
+        FiltersEntry& source = *anyEntry();
+        switch (in_.below(3)) {
+        case 0:
+            place.reset(copyFiltersEntry(&source));
+            break;
+        case 1:
+            place = test::Handle<FiltersEntry>(new FiltersEntry(source));
+            break;
+        default:
+            place = test::Handle<FiltersEntry>(new FiltersEntry(serialized(source)));
+        }
+    }
+
+    void insert()
+    {
+        FiltersGroup& group = *anyGroup();
+        insertEntry(group, *anyEntry(), in_);
+    }
+
+    /** Most entries do not fit most groups: this one is made to, but for its policer. */
+    void insertWhatFits()
+    {
+        FiltersGroup& group = *anyGroup();
+        const FiltersEntry source(*anyEntry());
+        FiltersEntry entry(source);
+        for (const auto& match : source.getMatchesRef())
+            if (FiltersGroup::TypeDescription_.at(group.getType()).count(match.first) == 0)
+                entry.deleteMatch(match.first);
+        for (const auto& action : source.getActionsRef())
+            if (FiltersGroup::StageActionsDescription_.at(group.getStage()).count(action.first) ==
+                0)
+                entry.deleteAction(action.first);
+        entry.setId(in_.smallNumber<filtersEntryId_t>());
+        insertEntry(group, entry, in_);
+    }
+
+    void takeOut()
+    {
+        const FiltersGroup& group = *anyGroup();
+        auto& place = anyEntry();
+        if (!group.getEntriesRef().empty())
+            place = test::Handle<FiltersEntry>(
+                new FiltersEntry(group.getEntriesRef().rbegin()->second));
+    }
+
+    void assign()
+    {
+        FiltersGroup& group = *anyGroup();
+        assignGroup(group, *anyGroup(), in_);
+    }
+
+    void rebuildGroup()
+    {
+        auto& place = anyGroup();
+        FiltersSerialized envelope;
+        place->serialize(&envelope);
+        place = test::Handle<FiltersGroup>(new FiltersGroup(envelope));
+    }
+
+    void readGroupMessage()
+    {
+        const FiltersGroup& group = *anyGroup();
+        readMessage(group, *anyGroup());
+    }
+
+    /** All that holds of entries and groups at any time, and of any two of them. */
+    void checkAll()
+    {
+        for (const auto& a : entries_) {
+            checkEntry(*a);
+            for (const auto& b : entries_)
+                checkPair(*a, *b);
+        }
+        for (const auto& a : groups_) {
+            checkGroup(*a);
+            for (const auto& b : groups_)
+                checkPair(*a, *b);
+        }
+    }
+
+    void newGroup()
+    {
+        const auto id = in_.number<filtersGroupId_t>();
+        auto& place = anyGroup();
+        place.reset(newFiltersGroup(id));
+        require(filtersGroupGetId(place.get()) == id, "an identifier is kept");
+        checkInvariants(*place);
+    }
+
+    // New steps are added at the end: the inputs of the corpus go by the numbers.
+    static constexpr std::array STEPS = {
+        &Program::onEntry<setMatch>,
+        &Program::onEntry<setAction>,
+        &Program::onEntry<deleteMatch>,
+        &Program::onEntry<deleteAction>,
+        &Program::onEntry<setUnknownClass>,
+        &Program::onEntry<takeMatches>,
+        &Program::onEntry<takeActions>,
+        &Program::onEntry<copyMaps>,
+        &Program::onEntry<setMatchInC>,
+        &Program::onEntry<setActionInC>,
+        &Program::onEntry<deleteInC>,
+        &Program::onEntry<setNumbers>,
+        &Program::onEntry<setPolicer>,
+        &Program::onEntry<setCounter>,
+        &Program::move,
+        &Program::readEntryMessage,
+        &Program::copyEntry,
+        &Program::insert,
+        &Program::insertWhatFits,
+        &Program::takeOut,
+        &Program::onGroup<removeEntry>,
+        &Program::onGroup<setStage>,
+        &Program::onGroup<setType>,
+        &Program::onGroup<setGroupPriority>,
+        &Program::assign,
+        &Program::rebuildGroup,
+        &Program::readGroupMessage,
+        &Program::newGroup,
+        &Program::checkAll,
+    };
+
+    ByteSource in_;
+    std::array<test::Handle<FiltersEntry>, 3> entries_;
+    std::array<test::Handle<FiltersGroup>, 2> groups_;
+};
+
+} // namespace
+} // namespace FiltersCommon::fuzz
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FiltersCommon::fuzz::Program({reinterpret_cast<const char*>(data), size}).run();
+    return 0;
+}

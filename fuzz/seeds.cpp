@@ -1,0 +1,116 @@
+#include "named_entries.h"
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <stdexcept>
+#include <string>
+
+// Writes the inputs from which fuzzing starts: FOLDER/TARGET/NAME, and nothing else is touched.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using namespace FiltersCommon;
+
+/** Contents by names. */
+using Inputs = std::map<std::string, std::string>;
+
+/** The bytes whose golden copies the tests hold. */
+template <class T>
+void add(Inputs& inputs, const std::string& prefix, const std::vector<test::Named<T>>& samples)
+{
+    for (const auto& sample : samples)
+        sample.object->serialize(&inputs[prefix + sample.name]);
+}
+
+Inputs entries()
+{
+    Inputs inputs;
+    add(inputs, "", test::entrySamples());
+    return inputs;
+}
+
+Inputs groups()
+{
+    Inputs inputs;
+    add(inputs, "", test::groupSamples());
+    return inputs;
+}
+
+Inputs entriesAndGroups()
+{
+    Inputs inputs;
+    add(inputs, "entry_", test::entrySamples());
+    add(inputs, "group_", test::groupSamples());
+    return inputs;
+}
+
+/** Programs that nobody wrote, the same ones in every run. */
+Inputs programs()
+{
+    constexpr int COUNT = 12;
+    constexpr int SIZE = 200;
+    std::mt19937 generator(20240229);
+    Inputs inputs;
+    for (int number = 0; number < COUNT; ++number) {
+        std::string& program = inputs["program_" + std::to_string(number)];
+        for (int i = 0; i < SIZE; ++i)
+            program += static_cast<char>(generator() & 0xFF);
+    }
+    return inputs;
+}
+
+Inputs accessLists()
+{
+    return {
+        {"empty", ""},
+        {"comments", "# nothing but this\n\n \t\r\n"},
+        {"everything", "@0.0.0.0/0 0.0.0.0/0 0 : 65535 0 : 65535 0x00/0x00\n"},
+        {"columns",
+         " @10.1.0.0/16\t192.168.7.0/24  0 : 65535  1024:2047  0x06/0xFF  0x00/0x01\r\n"},
+        {"pairs", "@192.0.2.1/32 0.0.0.0/0 1 : 65534 7 : 7 0x11/0xFF\n"
+                  "@0.0.0.0/0 198.51.100.0/25 3 : 12 80 : 89 0x00/0x00"},
+        {"refused", "@10.0.0.0/8 10.0.0.0/8 0 : 1 0 : 65535 0x06/0xFF\n"
+                    "@10.0.0.0/33 10.0.0.0/8 0 : 1 0 : 65535 0x06/0xFF\n"},
+        {"backwards", "@10.0.0.0/8 10.0.0.0/8 2 : 1 0 : 65535 0x06/0xFF\n"},
+        {"mask", "@10.0.0.0/8 10.0.0.0/8 1 : 2 0 : 65535 0x06/0x0F\n"},
+        {"octal", "@10.01.0.0/8 10.0.0.0/8 1 : 2 0 : 65535 0x06/0xFF\n"},
+        {"missing", "@10.0.0.0/8\n"},
+    };
+}
+
+void write(const fs::path& folder, const Inputs& inputs)
+{
+    fs::create_directories(folder);
+    for (const auto& [name, bytes] : inputs) {
+        std::ofstream out(folder / name, std::ios::binary);
+        out << bytes << std::flush;
+        if (!out)
+            throw std::runtime_error("cannot write " + (folder / name).string());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+try {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
+        return 2;
+    }
+    const fs::path folder = argv[1];
+    write(folder / "entry_bytes", entries());
+    write(folder / "group_bytes", groups());
+    write(folder / "plain_path", entriesAndGroups());
+    write(folder / "operations", programs());
+    write(folder / "access_list", accessLists());
+    return 0;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+}

@@ -1,0 +1,14 @@
+/**
+ * What every target defines. libFuzzer calls it with inputs that it makes up, and the replay with
+ * those of the corpus.
+ */
+#ifndef FILTER_COMMON_FUZZ_TARGET_H
+#define FILTER_COMMON_FUZZ_TARGET_H
+
+#include <cstddef>
+#include <cstdint>
+
+/** Takes any bytes; aborts where a property does not hold. @return 0 */
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+#endif // FILTER_COMMON_FUZZ_TARGET_H
