@@ -7,6 +7,7 @@
 #include <ostream>
 #include <sstream>
 #include <streambuf>
+#include <vector>
 
 namespace bench {
 
@@ -19,9 +20,10 @@ FiltersGroup emptyGroup()
     return group;
 }
 
-FiltersEntry entryOf(std::size_t id, const Rule& rule)
+namespace {
+
+void fill(FiltersEntry& entry, const Rule& rule)
 {
-    FiltersEntry entry(static_cast<filtersEntryId_t>(id));
     entry.setPriority(rule.priority);
     if (rule.source.mask.s_addr != 0)
         entry.setMatch(MatchSrcIPv4(rule.source.value, rule.source.mask));
@@ -39,6 +41,14 @@ FiltersEntry entryOf(std::size_t id, const Rule& rule)
         entry.setAction(ActionDeny());
     else
         entry.setAction(ActionPermit());
+}
+
+} // namespace
+
+FiltersEntry entryOf(std::size_t id, const Rule& rule)
+{
+    FiltersEntry entry(static_cast<filtersEntryId_t>(id));
+    fill(entry, rule);
     return entry;
 }
 
@@ -69,6 +79,17 @@ SharedGroup sharedGroupOf(const Rules& rules)
 // ---------------------------------------------------------------------------------- whole groups
 
 Operation build(const Rules& rules)
+{
+    return making(rules.size(), [rules] {
+        std::vector<FiltersEntry> entries;
+        entries.reserve(rules.size());
+        for (std::size_t id = 0; id < rules.size(); ++id)
+            fill(entries.emplace_back(static_cast<filtersEntryId_t>(id)), rules[id]);
+        return entries;
+    });
+}
+
+Operation groupBuild(const Rules& rules)
 {
     return making(rules.size(), [rules] { return groupOf(rules); });
 }
@@ -224,6 +245,7 @@ Descriptions filtersOperations()
 {
     return {
         {"filters", "build", build},
+        {"filters", "group_build", groupBuild},
         {"filters", "to_bytes", toBytes},
         {"filters", "from_bytes", fromBytes},
         {"filters", "copy", copy},

@@ -131,6 +131,23 @@ Operation build(const Rules& rules)
     return making(rules.size(), [rules] { return treeOf<Tree>(rules); });
 }
 
+/** What it takes where a rule is made by itself and then taken into the group. */
+template <class Tree>
+Operation groupBuild(const Rules& rules)
+{
+    return making(rules.size(), [rules] {
+        const std::string policer = policer::Policer().Serialize();
+        Tree tree;
+        tree->mutable_entries_()->Reserve(static_cast<int>(rules.size()));
+        for (std::size_t id = 0; id < rules.size(); ++id) {
+            FiltersEntryPB entry;
+            fillEntry(&entry, id, rules[id], policer);
+            tree->add_entries_()->CopyFrom(entry);
+        }
+        return tree;
+    });
+}
+
 template <class Tree>
 Operation toBytes(const Rules& rules)
 {
@@ -198,6 +215,7 @@ void addOperations(Descriptions& to, const char* subject)
 {
     to.insert(to.end(), {
                             {subject, "build", build<Tree>},
+                            {subject, "group_build", groupBuild<Tree>},
                             {subject, "to_bytes", toBytes<Tree>},
                             {subject, "tree_to_bytes", treeToBytes<Tree>},
                             {subject, "from_bytes", fromBytes<Tree>},

@@ -15,6 +15,7 @@ from figures import PEERS, SUBJECTS
 # Each row: what it is called, the library's operation, and that of the peers.
 COMPARED = [
     ("build", "build", "build"),
+    ("build, then copy into a group", "group_build", "group_build"),
     ("to bytes", "to_bytes", "to_bytes"),
     ("to bytes; messages built first", "to_bytes", "tree_to_bytes"),
     ("from bytes", "from_bytes", "from_bytes"),
@@ -159,7 +160,7 @@ for an access list of your own, in the format that `filterctl import` reads.
 
 SUBJECTS_EXPLAINED = """\
 - **the library**: a `FiltersGroup` of rules, each a five-tuple (addresses, ports, protocol) with an
-  action.
+  action. *Build* makes the rules by themselves; a group then takes a copy of each.
 - **messages**: the messages of the library's own schema with nothing around them, as a program
   holds rules that takes the generated classes for its data model; each part on the heap, or all on
   an arena, which frees all at once but no single rule. They check nothing. Their equality is

@@ -6,6 +6,7 @@ from figures import SUBJECTS
 
 PANELS = [
     ("build", "build"),
+    ("group_build", "build, copy into a group"),
     ("to_bytes", "group to bytes"),
     ("from_bytes", "bytes to group"),
     ("copy", "copy"),
@@ -13,7 +14,7 @@ PANELS = [
     ("text", "text"),
     ("destroy", "destroy"),
 ]
-COLUMNS = 4
+COLUMNS = 3
 WIDTH, HEIGHT = 300, 250  # of a panel with its margins
 LEFT, RIGHT, TOP, BOTTOM = 62, 14, 34, 46
 

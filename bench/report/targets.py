@@ -70,6 +70,10 @@ def of_peers(figures):
             figures, f"{name}, of messages' on an arena", operation, ["arena"], same, 1.0
         )
     yield of_quickest(
+        figures, "build and copy into a group, of messages', the quicker kind",
+        "group_build", MESSAGES, ["group_build"], 1.0,
+    )
+    yield of_quickest(
         figures, "text, of the messages' debug text", "text", MESSAGES, ["text"], 0.8
     )
 
