@@ -1,11 +1,11 @@
 #include "named_entries.h"
+#include "nowhere.h"
 #include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <ostream>
-#include <streambuf>
 #include <string>
 
 namespace {
@@ -144,27 +144,6 @@ TEST_F(AllocationCounts, OfARemovedEntryAreNone)
     EXPECT_EQ(group.getEntriesRef().count(5), 0u);
     EXPECT_EQ(allocationsOf([&] { group.removeEntry(5); }), NOTHING) << "refused";
 }
-
-/** Takes any text and keeps nothing. */
-class Nowhere : public std::streambuf {
-public:
-    std::size_t length() const { return length_; }
-
-private:
-    int_type overflow(int_type c) override
-    {
-        ++length_;
-        return traits_type::not_eof(c);
-    }
-
-    std::streamsize xsputn(const char*, std::streamsize size) override
-    {
-        length_ += static_cast<std::size_t>(size);
-        return size;
-    }
-
-    std::size_t length_ = 0;
-};
 
 TEST_F(AllocationCounts, OfTheDumpOf10000EntriesAreNone)
 {

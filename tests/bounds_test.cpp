@@ -4,6 +4,7 @@
  * characters and in names of interfaces.
  */
 #include "named_entries.h"
+#include "nowhere.h"
 #include "wire_support.h"
 #include "work.h"
 
@@ -20,7 +21,6 @@
 #include <memory>
 #include <ostream>
 #include <set>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -43,27 +43,6 @@ namespace {
 
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
-
-/** Takes any text and counts its characters. */
-class Nowhere : public std::streambuf {
-public:
-    std::size_t length() const { return length_; }
-
-private:
-    int_type overflow(int_type c) override
-    {
-        ++length_;
-        return traits_type::not_eof(c);
-    }
-
-    std::streamsize xsputn(const char*, std::streamsize size) override
-    {
-        length_ += static_cast<std::size_t>(size);
-        return size;
-    }
-
-    std::size_t length_ = 0;
-};
 
 template <class T>
 std::size_t lengthOfDump(const T& object)

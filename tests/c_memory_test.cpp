@@ -2,43 +2,25 @@
  * What the C interface leaves allocated.
  */
 #include "c_support.h"
+#include "full_entries.h"
 #include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <initializer_list>
 #include <utility>
 
 namespace FiltersCommon {
 namespace {
 
+using test::fullEntry;
+using test::groupOf;
 using test::Handle;
 using test::limId;
 
 constexpr limid_t PORTS[] = {limId(0, 3, 0, 7), limId(1, 0, 0, 2), limId(255, 254, 253, 252)};
 
 std::size_t live() { return test::allocationTotals().live; }
-
-FiltersEntry fullEntry(filtersEntryId_t id)
-{
-    FiltersEntry entry(id);
-    entry.setPolicer(test::policerAt(policer::STAGE_NONE));
-    entry.setMatch(MatchIngressPorts({PORTS[0], PORTS[1]}));
-    entry.setMatch(MatchExternalVlanId(100));
-    entry.setAction(ActionBlockEgressPorts({PORTS[1]}));
-    entry.setAction(ActionDeny());
-    return entry;
-}
-
-FiltersGroup groupOf(std::initializer_list<filtersEntryId_t> ids)
-{
-    FiltersGroup group(1);
-    group.setType(GROUP_TYPE_9);
-    for (const filtersEntryId_t id : ids)
-        EXPECT_EQ(group.insertEntry(fullEntry(id)), FILTERS_OK);
-    return group;
-}
 
 TEST(LeftAllocated, NothingOfAListing)
 {

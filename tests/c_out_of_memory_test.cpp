@@ -5,13 +5,13 @@
  */
 #include "c_constructors.h"
 #include "c_support.h"
+#include "full_entries.h"
 #include "out_of_memory.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <fstream>
-#include <initializer_list>
 #include <set>
 #include <string>
 
@@ -19,26 +19,6 @@ namespace FiltersCommon {
 namespace {
 
 using namespace test;
-
-FiltersEntry fullEntry(filtersEntryId_t id)
-{
-    FiltersEntry entry(id);
-    entry.setPolicer(policerAt(policer::STAGE_NONE));
-    entry.setMatch(MatchIngressPorts({SOME_PORTS[0], SOME_PORTS[1]}));
-    entry.setMatch(MatchExternalVlanId(100));
-    entry.setAction(ActionBlockEgressPorts({SOME_PORTS[1]}));
-    entry.setAction(ActionDeny());
-    return entry;
-}
-
-FiltersGroup groupOf(std::initializer_list<filtersEntryId_t> ids)
-{
-    FiltersGroup group(1);
-    group.setType(GROUP_TYPE_9);
-    for (const filtersEntryId_t id : ids)
-        EXPECT_EQ(group.insertEntry(fullEntry(id)), FILTERS_OK);
-    return group;
-}
 
 // ----------------------------------------------------------------------------------- constructors
 

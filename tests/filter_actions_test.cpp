@@ -1,18 +1,16 @@
-#include "samples.h"
+#include "class_equality.h"
 
 #include "filter_actions.pb.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <initializer_list>
 #include <list>
 #include <set>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace FiltersCommon {
 namespace {
@@ -23,22 +21,12 @@ using test::slotOf;
 
 using Ports = std::list<limid_t>;
 
-/** Through the base class on both sides, whatever the static types. */
-bool equal(const Action& a, const Action& b) { return a == b; }
+constexpr auto& equal = test::equalAs<Action>;
 
 filtersAction_t kind(std::uint32_t code) { return static_cast<filtersAction_t>(code); }
 
 const std::set<std::uint32_t> WITHOUT_VALUES = {0, 1, 2, 13, 16};
 const std::set<int> WITH_VIRTUAL_EQUALITY = {0, 9, 11, 12, 13, 14};
-
-std::vector<std::uint32_t> knownAndUnknownCodes()
-{
-    std::vector<std::uint32_t> codes;
-    for (std::uint32_t code = 0; code <= 33; ++code)
-        codes.push_back(code);
-    codes.insert(codes.end(), {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-    return codes;
-}
 
 bool samePorts(const Ports& a, const Ports& b)
 {
@@ -116,55 +104,18 @@ TYPED_TEST(EveryActionClass, IsCopiedAssignedAndMoved)
 
 TYPED_TEST(EveryActionClass, DiffersWhenItsValueDiffers)
 {
-    const auto variants = TypeParam::variants();
-    EXPECT_EQ(variants.size() > 1, TypeParam::HAS_VALUES);
-    for (const auto& a : variants)
-        for (const auto& b : variants) {
-            EXPECT_EQ(a == b, &a == &b);
-            EXPECT_EQ(equal(a, b), &a == &b);
-        }
-}
-
-/** What comparisons with an object of the class with that code gave. */
-void expectAnswers(const std::array<bool, 3>& answers, bool expected, int code)
-{
-    for (const bool answer : answers)
-        EXPECT_EQ(answer, expected) << code;
+    test::expectDifferentWhenOneFieldDiffers<Action, TypeParam>();
 }
 
 TYPED_TEST(EveryActionClass, IsEqualToItsOwnKindOnly)
 {
-    const auto mine = TypeParam::sample();
-    test::ActionClasses::forEach([&](auto row) {
-        const auto theirs = row.sample();
-        const Action& asItsBase = theirs;
-        constexpr bool SAME = std::is_same_v<decltype(mine), decltype(theirs)>;
-        expectAnswers({mine == theirs, mine == asItsBase, equal(mine, theirs)}, SAME, row.CODE);
-    });
+    test::expectEqualToItsOwnKindOnly<Action, TypeParam, test::ActionClasses>();
 }
 
 TYPED_TEST(EveryActionClass, WithValuesDiffersFromABareAction)
 {
-    const auto action = TypeParam::sample();
-    for (const std::uint32_t code : knownAndUnknownCodes()) {
-        const Action bare(kind(code));
-        const bool same = code == TypeParam::CODE && !TypeParam::HAS_VALUES;
-        EXPECT_EQ(action == bare, same) << code;
-        EXPECT_EQ(bare == action, same) << code;
-    }
+    test::expectDifferentFromABareObject<Action, TypeParam>();
 }
-
-/** A class of a caller's own, which says by itself what it is equal to. */
-template <class T>
-class Answering : public T {
-public:
-    Answering(const T& values, bool answer) : T(values), answer_(answer) {}
-    using T::operator==;
-    bool operator==(const T&) const { return answer_; }
-
-private:
-    bool answer_;
-};
 
 TYPED_TEST(EveryActionClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual)
 {
@@ -173,7 +124,7 @@ TYPED_TEST(EveryActionClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual
     for (const auto& other : TypeParam::variants()) {
         const bool sameValues = other == TypeParam::sample();
         for (const bool answer : {false, true}) {
-            const Answering<T> action(TypeParam::sample(), answer);
+            const test::Answering<T> action(TypeParam::sample(), answer);
             const T& asItsBase = action;
             EXPECT_EQ(asItsBase == other, isVirtual ? answer : sameValues);
             EXPECT_EQ(equal(other, action), sameValues);
@@ -221,7 +172,7 @@ TEST(EveryActionClass, AreSeventeenOfDifferentCodes)
 
 TEST(FilterActions, BareActionIsBuiltWithAnyCode)
 {
-    for (const std::uint32_t code : knownAndUnknownCodes())
+    for (const std::uint32_t code : test::knownAndUnknownCodes())
         EXPECT_EQ(static_cast<std::uint32_t>(Action(kind(code)).getType()), code);
 }
 
@@ -240,8 +191,8 @@ TEST(FilterActions, AssignmentNeverCopiesTheKind)
 
 TEST(FilterActions, BareActionsAreEqualWhereTheKindHasNoValuesOrIsUnknown)
 {
-    for (const std::uint32_t a : knownAndUnknownCodes())
-        for (const std::uint32_t b : knownAndUnknownCodes()) {
+    for (const std::uint32_t a : test::knownAndUnknownCodes())
+        for (const std::uint32_t b : test::knownAndUnknownCodes()) {
             const bool same = a == b && (a > 16 || WITHOUT_VALUES.count(a) != 0);
             EXPECT_EQ(Action(kind(a)) == Action(kind(b)), same) << a << " " << b;
         }
@@ -301,7 +252,7 @@ TEST(ActionPorts, ComparesPortsInOrderWhateverTheKinds)
 TEST(ActionPorts, IsComparedByItsPortsUnderTheCodeOfBlockEgressPortsAlone)
 {
     const Ports ports = {limId(0, 1, 0, 1)};
-    for (const std::uint32_t code : knownAndUnknownCodes()) {
+    for (const std::uint32_t code : test::knownAndUnknownCodes()) {
         const bool always = code > 16 || WITHOUT_VALUES.count(code) != 0;
         const ActionPorts action(kind(code), ports);
         EXPECT_EQ(equal(action, ActionPorts(kind(code), ports)), always || code == 3) << code;

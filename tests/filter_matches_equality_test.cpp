@@ -1,4 +1,4 @@
-#include "samples.h"
+#include "class_equality.h"
 
 #include "filter_matches.pb.h"
 
@@ -10,7 +10,6 @@
 #include <list>
 #include <set>
 #include <type_traits>
-#include <vector>
 
 namespace FiltersCommon {
 namespace {
@@ -20,22 +19,12 @@ using test::limId;
 using test::mac;
 using test::slotOf;
 
-/** Through the base class on both sides, whatever the static types. */
-bool equal(const Match& a, const Match& b) { return a == b; }
+constexpr auto& equal = test::equalAs<Match>;
 
 filtersMatch_t kind(std::uint32_t code) { return static_cast<filtersMatch_t>(code); }
 
 const std::set<std::uint32_t> WITHOUT_VALUES = {0, 16, 29, 31};
 const std::set<int> WITH_VIRTUAL_EQUALITY = {23, 24, 27, 28, 29, 30};
-
-std::vector<std::uint32_t> knownAndUnknownCodes()
-{
-    std::vector<std::uint32_t> codes;
-    for (std::uint32_t code = 0; code <= 33; ++code)
-        codes.push_back(code);
-    codes.insert(codes.end(), {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-    return codes;
-}
 
 // ------------------------------------------------------------------------------------ every class
 
@@ -46,55 +35,18 @@ TYPED_TEST_SUITE(EveryMatchClass, test::MatchClasses::Tests, );
 
 TYPED_TEST(EveryMatchClass, DiffersWhenOneFieldDiffers)
 {
-    const auto variants = TypeParam::variants();
-    EXPECT_EQ(variants.size() > 1, TypeParam::HAS_VALUES);
-    for (const auto& a : variants)
-        for (const auto& b : variants) {
-            EXPECT_EQ(a == b, &a == &b);
-            EXPECT_EQ(equal(a, b), &a == &b);
-        }
-}
-
-/** What comparisons with an object of the class with that code gave. */
-void expectAnswers(const std::array<bool, 3>& answers, bool expected, int code)
-{
-    for (const bool answer : answers)
-        EXPECT_EQ(answer, expected) << code;
+    test::expectDifferentWhenOneFieldDiffers<Match, TypeParam>();
 }
 
 TYPED_TEST(EveryMatchClass, IsEqualToItsOwnKindOnly)
 {
-    const auto mine = TypeParam::sample();
-    test::MatchClasses::forEach([&](auto row) {
-        const auto theirs = row.sample();
-        const Match& asItsBase = theirs;
-        constexpr bool SAME = std::is_same_v<decltype(mine), decltype(theirs)>;
-        expectAnswers({mine == theirs, mine == asItsBase, equal(mine, theirs)}, SAME, row.CODE);
-    });
+    test::expectEqualToItsOwnKindOnly<Match, TypeParam, test::MatchClasses>();
 }
 
 TYPED_TEST(EveryMatchClass, WithValuesDiffersFromABareMatch)
 {
-    const auto match = TypeParam::sample();
-    for (const std::uint32_t code : knownAndUnknownCodes()) {
-        const Match bare(kind(code));
-        const bool same = code == TypeParam::CODE && !TypeParam::HAS_VALUES;
-        EXPECT_EQ(match == bare, same) << code;
-        EXPECT_EQ(bare == match, same) << code;
-    }
+    test::expectDifferentFromABareObject<Match, TypeParam>();
 }
-
-/** A class of a caller's own, which says by itself what it is equal to. */
-template <class T>
-class Answering : public T {
-public:
-    Answering(const T& values, bool answer) : T(values), answer_(answer) {}
-    using T::operator==;
-    bool operator==(const T&) const { return answer_; }
-
-private:
-    bool answer_;
-};
 
 TYPED_TEST(EveryMatchClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual)
 {
@@ -103,7 +55,7 @@ TYPED_TEST(EveryMatchClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual)
     for (const auto& other : TypeParam::variants()) {
         const bool sameValues = other == TypeParam::sample();
         for (const bool answer : {false, true}) {
-            const Answering<T> match(TypeParam::sample(), answer);
+            const test::Answering<T> match(TypeParam::sample(), answer);
             const T& asItsBase = match;
             EXPECT_EQ(equal(match, other), isVirtual ? answer : sameValues);
             EXPECT_EQ(asItsBase == other, isVirtual ? answer : sameValues);
@@ -137,8 +89,8 @@ TEST(MatchEquality, BaseHasItsVirtualFunctionsInTheirSlots)
 
 TEST(MatchEquality, BareMatchesAreEqualWhereTheKindHasNoValues)
 {
-    for (const std::uint32_t a : knownAndUnknownCodes())
-        for (const std::uint32_t b : knownAndUnknownCodes())
+    for (const std::uint32_t a : test::knownAndUnknownCodes())
+        for (const std::uint32_t b : test::knownAndUnknownCodes())
             EXPECT_EQ(Match(kind(a)) == Match(kind(b)), a == b && WITHOUT_VALUES.count(a) != 0)
                 << a << " " << b;
 }
@@ -245,7 +197,7 @@ TYPED_TEST_SUITE(EveryFamily, Families, );
 
 TYPED_TEST(EveryFamily, IsComparedByItsValuesUnderItsOwnCodesAlone)
 {
-    for (const std::uint32_t code : knownAndUnknownCodes()) {
+    for (const std::uint32_t code : test::knownAndUnknownCodes()) {
         const auto objects = TestFixture::objects(code);
         const auto same = TestFixture::objects(code);
         const auto& own = TypeParam::CODES;
