@@ -118,7 +118,7 @@ TEST(DirectBytes, HoldPartsOfEachLength)
         lengths.push_back(length);
     for (std::size_t length = 16384 - 60; length < 16384 + 10; ++length)
         lengths.push_back(length);
-    for (const std::size_t length : {2097148, 2097149, 2097150, 2097151})
+    for (const std::size_t length : {2097148u, 2097149u, 2097150u, 2097151u})
         lengths.push_back(length);
 
     for (const std::size_t length : lengths) {

@@ -97,7 +97,7 @@ TEST(LargeMessages, OfPolicersAreReadAsNoBytes)
     NEEDS_MEMORY(5 * GIB);
     using namespace wire;
     std::string mode;
-    for (const std::uint32_t field : {1, 2, 3, 4, 5, 6, 7})
+    for (const std::uint32_t field : {1u, 2u, 3u, 4u, 5u, 6u, 7u})
         mode += number(field, 0);
     std::string bytes = number(1, 7) + number(2, 0) + delimited(3, mode);
     EXPECT_EQ(policer::Policer(bytes).GetId(), 7u);

@@ -56,7 +56,7 @@ template <class Prepare>
 Work expectProportional(std::size_t size, Prepare prepare)
 {
     std::vector<Work> works;
-    for (const std::size_t factor : {1, 2, 4}) {
+    for (const std::size_t factor : {1u, 2u, 4u}) {
         const auto operation = prepare(size * factor);
         works.push_back(workOf(operation));
     }
