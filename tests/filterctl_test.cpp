@@ -1,135 +1,21 @@
-#include "support.h"
+#include "filterctl_support.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <sys/wait.h>
-
 namespace {
 
-namespace fs = std::filesystem;
-
 using namespace FiltersCommon;
+using namespace FiltersCommon::test;
 using namespace std::string_literals;
-using test::ipv4;
 
 constexpr std::array<const char*, 5> COLUMNS = {"@10.1.0.9/16", "192.168.7.0/24", "0 : 65535",
                                                 "1024 : 2047", "0x06/0xFF"};
-constexpr char GOOD_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 2047  0x06/0xFF\n";
-
-/** The only entry that the good line gives. */
-FiltersEntry goodEntry()
-{
-    FiltersEntry entry(0);
-    entry.setPriority(1);
-    entry.setMatch(MatchSrcIPv4(ipv4("10.1.0.9"), ipv4("255.255.0.0")));
-    entry.setMatch(MatchDstIPv4(ipv4("192.168.7.0"), ipv4("255.255.255.0")));
-    entry.setMatch(MatchDstL4Port(1024, 0xFC00));
-    entry.setMatch(MatchIpProtocol(6));
-    entry.setAction(ActionPermit());
-    return entry;
-}
-
-FiltersGroup goodGroup()
-{
-    FiltersGroup group(0);
-    group.setType(GROUP_TYPE_3);
-    group.insertEntry(goodEntry());
-    return group;
-}
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-/** Runs the program in a folder of its own that holds the file "good" with one rule. */
-class Filterctl : public testing::Test {
-protected:
-    Filterctl()
-    {
-        std::string path = testing::TempDir() + "filterctl.XXXXXX";
-        if (::mkdtemp(path.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        folder_ = path;
-        fs::create_directory(folder_ / "files");
-        write("good", GOOD_LINE);
-    }
-    ~Filterctl() override { fs::remove_all(folder_); }
-
-    fs::path file(const std::string& name) const { return folder_ / "files" / name; }
-
-    void write(const std::string& name, const std::string& bytes) const
-    {
-        std::ofstream(file(name), std::ios::binary) << bytes;
-    }
-
-    std::string read(const std::string& name) const
-    {
-        std::ostringstream bytes;
-        bytes << std::ifstream(file(name), std::ios::binary).rdbuf();
-        return bytes.str();
-    }
-
-    std::vector<std::string> names() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder_ / "files"))
-            names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-    /** The arguments may redirect; @p before is run in the same shell. */
-    Outcome run(const std::string& arguments, const std::string& before = "") const
-    {
-        const std::string command = "cd '" + file("").string() + "' && (" + before +
-                                    FILTERCTL_COMMAND " " + arguments + ") >../out 2>../err";
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("../out"), read("../err")};
-    }
-
-    void expectDone(const std::string& arguments, const std::string& out = "",
-                    const std::string& before = "") const
-    {
-        const Outcome outcome = run(arguments, before);
-        EXPECT_EQ(outcome.status, 0) << arguments;
-        EXPECT_EQ(outcome.out, out) << arguments;
-        EXPECT_EQ(outcome.err, "") << arguments;
-    }
-
-    void expectRefused(const std::string& arguments, const std::string& why,
-                       const std::string& before = "") const
-    {
-        const auto namesBefore = names();
-        const Outcome outcome = run(arguments, before);
-        EXPECT_EQ(outcome.status, 1) << arguments;
-        EXPECT_EQ(outcome.out, "") << arguments;
-        EXPECT_EQ(outcome.err, "filterctl: " + why + "\n") << arguments;
-        EXPECT_EQ(names(), namesBefore) << arguments;
-    }
-
-private:
-    fs::path folder_;
-};
-
-std::string bytesOf(const FiltersGroup& group)
-{
-    std::string bytes;
-    group.serialize(&bytes);
-    return bytes;
-}
 
 constexpr char SHOWN[] = "=FiltersGroup=\n"
                          "  ID: 0\n"
@@ -169,6 +55,8 @@ TEST_F(Filterctl, ImportsAndShowsThroughFilesAndStreams)
     EXPECT_EQ(names(), (std::vector<std::string>{"good", "group"}));
     for (const char* arguments : {"show group", "show < group", "show - < group"})
         expectDone(arguments, SHOWN);
+    expectDone("show group -o text");
+    EXPECT_EQ(read("text"), SHOWN);
     expectDone("import /dev/null", "\x08\0\x10\0\x18\0\x20\x03"s);
 }
 
@@ -204,7 +92,7 @@ TEST_F(Filterctl, WrongUsage)
         {"import", "import takes one access list"},
         {"import good good", "import takes one access list"},
         {"show good good", "show takes one file"},
-        {"show -o x good", "invalid option -- 'o'"},
+        {"show -x good", "invalid option -- 'x'"},
         {"import good -o", "option requires an argument -- 'o'"},
         {"import good --stage", "option '--stage' requires an argument"},
         {"import good --color", "unrecognized option '--color'"},

@@ -1,0 +1,14 @@
+# The tests of the command filterctl, and of what it is made of.
+
+filter_common_test(access_list_test filterctl_core)
+filter_common_test(files_test filterctl_core)
+target_link_options(files_test PRIVATE
+  LINKER:--wrap=read,--wrap=write,--wrap=fchmod,--wrap=fsync,--wrap=close)
+
+# Those that run the program.
+set(words ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:filterctl>)
+foreach(name filterctl_test)
+  filter_common_test(${name} filterctl_core)
+  target_compile_definitions(${name} PRIVATE FILTERCTL_COMMAND="'$<JOIN:${words},' '>'")
+  add_dependencies(${name} filterctl)
+endforeach()

@@ -1,0 +1,69 @@
+/**
+ * What stands behind the name of a command: options and operands.
+ */
+#ifndef FILTER_COMMON_TOOLS_COMMAND_LINE_H
+#define FILTER_COMMON_TOOLS_COMMAND_LINE_H
+
+#include "group_import.h"
+
+#include <getopt.h>
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace filterctl {
+
+/** The command line is wrong; the message is empty if it has been printed already. */
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+struct CommandLine {
+    bool help = false;
+    std::string output = "-";
+    std::vector<std::string> operands;
+
+    /** Stage and type stand beside it, for they may be left to what a file holds. */
+    ImportOptions import;
+    std::optional<FiltersCommon::filtersGroupStage_t> stage;
+    std::optional<FiltersCommon::filtersGroupType_t> type;
+
+    /** The only operand, or standard input. */
+    std::string operand() const { return operands.empty() ? "-" : operands.front(); }
+
+    ImportOptions importOptions() const;
+};
+
+// The rows of which a command makes its list of long options, which LAST_OPTION ends.
+enum OptionCode {
+    OPERAND = 1,
+    OPTION_OUTPUT = 'o',
+    OPTION_HELP = 256,
+    OPTION_GROUP,
+    OPTION_PRIORITY,
+    OPTION_STAGE,
+    OPTION_TYPE,
+    OPTION_ACTION
+};
+
+constexpr option HELP_OPTION = {"help", no_argument, nullptr, OPTION_HELP};
+constexpr option GROUP_OPTION = {"group", required_argument, nullptr, OPTION_GROUP};
+constexpr option PRIORITY_OPTION = {"priority", required_argument, nullptr, OPTION_PRIORITY};
+constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STAGE};
+constexpr option TYPE_OPTION = {"type", required_argument, nullptr, OPTION_TYPE};
+constexpr option ACTION_OPTION = {"action", required_argument, nullptr, OPTION_ACTION};
+constexpr option LAST_OPTION = {nullptr, 0, nullptr, 0};
+
+/**
+ * Reads what stands behind the command, which argv begins with. The short options are in the form
+ * of getopt_long and begin with '-': operands are then handed out in their place too, and options
+ * may follow them in every environment. Raises UsageError.
+ */
+CommandLine readCommandLine(int argc, char** argv, const char* shortOptions,
+                            const option* longOptions);
+
+} // namespace filterctl
+
+#endif // FILTER_COMMON_TOOLS_COMMAND_LINE_H

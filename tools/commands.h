@@ -1,0 +1,34 @@
+/**
+ * The commands of filterctl. What a command cannot read, write or take is raised as a
+ * std::exception with the message for the user.
+ */
+#ifndef FILTER_COMMON_TOOLS_COMMANDS_H
+#define FILTER_COMMON_TOOLS_COMMANDS_H
+
+#include "command_line.h"
+
+#include <cstddef>
+
+namespace filterctl {
+
+/** The exit status. Two commands answer a question by it: check and diff. */
+enum Status { DONE = 0, REFUSED = 1, WRONG_USAGE = 2 };
+
+struct Command {
+    const char* name;
+    const char* shortOptions;
+    const option* longOptions;
+    std::size_t fewestOperands;
+    std::size_t mostOperands;
+    const char* operands; /**< how many and which, for a message */
+    int (*run)(const CommandLine& line);
+    int failure; /**< the exit status when an exception ends the command */
+    const char* help;
+};
+
+extern const Command IMPORT;
+extern const Command SHOW;
+
+} // namespace filterctl
+
+#endif // FILTER_COMMON_TOOLS_COMMANDS_H
