@@ -1,6 +1,8 @@
 # The tests of the command filterctl, and of what it is made of.
 
-filter_common_test(access_list_test filterctl_core)
+foreach(name access_list_test checks_test)
+  filter_common_test(${name} filterctl_core)
+endforeach()
 filter_common_test(files_test filterctl_core)
 target_link_options(files_test PRIVATE
   LINKER:--wrap=read,--wrap=write,--wrap=fchmod,--wrap=fsync,--wrap=close)

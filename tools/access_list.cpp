@@ -178,11 +178,10 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-} // namespace
-
-std::variant<AccessList, Refusal> readAccessList(std::string_view text)
+/** Reads until @p refuse, which is given each refusal, answers that there is no going on. */
+template <class Refuse>
+void readLines(std::string_view text, AccessList& rules, Refuse&& refuse)
 {
-    AccessList rules;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::string_view line = takeLine(text);
         if (isSkipped(line))
@@ -190,11 +189,36 @@ std::variant<AccessList, Refusal> readAccessList(std::string_view text)
         AccessRule rule;
         rule.line = number;
         LineReader reader(line);
-        if (!reader.read(rule))
-            return Refusal{number, reader.reason()};
-        rules.push_back(rule);
+        if (reader.read(rule))
+            rules.push_back(rule);
+        else if (!refuse(Refusal{number, reader.reason()}))
+            return;
     }
+}
+
+} // namespace
+
+std::variant<AccessList, Refusal> readAccessList(std::string_view text)
+{
+    AccessList rules;
+    std::optional<Refusal> first;
+    readLines(text, rules, [&](Refusal&& refusal) {
+        first = std::move(refusal);
+        return false;
+    });
+    if (first)
+        return *std::move(first);
     return rules;
+}
+
+std::vector<Refusal> readAccessList(std::string_view text, AccessList& rules)
+{
+    std::vector<Refusal> refusals;
+    readLines(text, rules, [&](Refusal&& refusal) {
+        refusals.push_back(std::move(refusal));
+        return true;
+    });
+    return refusals;
 }
 
 std::vector<PortPair> coverPortRange(const PortRange& range)

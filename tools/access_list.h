@@ -61,6 +61,9 @@ struct Refusal {
 /** Takes any bytes; refuses at the first malformed line. */
 std::variant<AccessList, Refusal> readAccessList(std::string_view text);
 
+/** Adds the rules of all other lines to @p rules, and returns the refusals of malformed ones. */
+std::vector<Refusal> readAccessList(std::string_view text, AccessList& rules);
+
 /**
  * The fewest blocks of ports that make up @p range, in ascending order. A block is what a mask of
  * leading ones selects, so blocks never overlap; the full range is one pair with the mask 0.

@@ -28,6 +28,7 @@ struct Command {
 
 extern const Command IMPORT;
 extern const Command SHOW;
+extern const Command CHECK;
 
 } // namespace filterctl
 

@@ -5,7 +5,6 @@
 #include <arpa/inet.h>
 
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,9 +15,6 @@ namespace filterctl {
 namespace {
 
 using namespace FiltersCommon;
-
-constexpr std::uint32_t MOST_ENTRIES =
-    std::uint32_t{std::numeric_limits<filtersEntryId_t>::max()} + 1;
 
 template <class MatchPrefix>
 void addPrefix(FiltersEntry& entry, const Prefix& prefix)
@@ -49,6 +45,18 @@ FiltersEntry makeEntry(const AccessRule& rule, bool deny)
     return entry;
 }
 
+/** The entry of a rule for one pair of each of its port ranges. */
+FiltersEntry makeEntry(const FiltersEntry& common, const PortPair& source,
+                       const PortPair& destination)
+{
+    FiltersEntry entry(common);
+    addPorts<MatchSrcL4Port>(entry, source);
+    addPorts<MatchDstL4Port>(entry, destination);
+    if (entry.getMatchesRef().empty())
+        entry.setMatch(MatchAll());
+    return entry;
+}
+
 /** A group that is filled rule by rule. Each step gives the reason of a refusal, or nothing. */
 class Import {
 public:
@@ -76,11 +84,7 @@ public:
         const std::vector<PortPair> destinations = coverPortRange(rule.destinationPorts);
         for (const PortPair& source : coverPortRange(rule.sourcePorts))
             for (const PortPair& destination : destinations) {
-                FiltersEntry entry(common);
-                addPorts<MatchSrcL4Port>(entry, source);
-                addPorts<MatchDstL4Port>(entry, destination);
-                if (entry.getMatchesRef().empty())
-                    entry.setMatch(MatchAll());
+                FiltersEntry entry = makeEntry(common, source, destination);
                 if (auto reason = insert(entry))
                     return reason;
             }
@@ -93,7 +97,7 @@ private:
     std::optional<std::string> insert(FiltersEntry& entry)
     {
         if (nextId_ == MOST_ENTRIES)
-            return "a group holds at most " + std::to_string(MOST_ENTRIES) + " entries";
+            return tooManyEntries();
         entry.setId(static_cast<filtersEntryId_t>(nextId_));
         if (const filtersErr_t error = group_.insertEntry(entry); error != FILTERS_OK)
             return "entry " + std::to_string(nextId_) + " is refused: " + filtersErrName(error);
@@ -120,6 +124,22 @@ std::variant<FiltersGroup, Refusal> importGroup(const AccessList& rules,
         if (auto reason = import.add(rule, priority--))
             return Refusal{rule.line, *reason};
     return import.takeGroup();
+}
+
+FiltersEntry firstEntry(const AccessRule& rule, const ImportOptions& options)
+{
+    return makeEntry(makeEntry(rule, options.deny), coverPortRange(rule.sourcePorts).front(),
+                     coverPortRange(rule.destinationPorts).front());
+}
+
+std::size_t countEntries(const AccessRule& rule)
+{
+    return coverPortRange(rule.sourcePorts).size() * coverPortRange(rule.destinationPorts).size();
+}
+
+std::string tooManyEntries()
+{
+    return "a group holds at most " + std::to_string(MOST_ENTRIES) + " entries";
 }
 
 } // namespace filterctl

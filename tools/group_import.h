@@ -14,6 +14,10 @@
 
 #include <filter_groups.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
 #include <variant>
 
 namespace filterctl {
@@ -34,6 +38,18 @@ struct ImportOptions {
  */
 std::variant<FiltersCommon::FiltersGroup, Refusal> importGroup(const AccessList& rules,
                                                                const ImportOptions& options);
+
+/** The first entry of a rule, as the others but for the values of its ports; identifier 0. */
+FiltersCommon::FiltersEntry firstEntry(const AccessRule& rule, const ImportOptions& options);
+
+/** How many entries a rule becomes. */
+std::size_t countEntries(const AccessRule& rule);
+
+constexpr std::uint32_t MOST_ENTRIES =
+    std::uint32_t{std::numeric_limits<FiltersCommon::filtersEntryId_t>::max()} + 1;
+
+/** The reason of the refusal of a rule with which there are more than MOST_ENTRIES. */
+std::string tooManyEntries();
 
 } // namespace filterctl
 

@@ -10,10 +10,14 @@ namespace filterctl {
 
 using namespace FiltersCommon;
 
+std::string placeOf(const std::string& name, const Refusal& refusal)
+{
+    return name + (refusal.line == 0 ? "" : ":" + std::to_string(refusal.line)) + ":";
+}
+
 std::string messageOf(const std::string& name, const Refusal& refusal)
 {
-    const std::string line = refusal.line == 0 ? "" : ":" + std::to_string(refusal.line);
-    return name + line + ": " + refusal.reason;
+    return placeOf(name, refusal) + " " + refusal.reason;
 }
 
 bool parseGroup(FiltersGroupPB& message, const std::string& bytes)
@@ -26,7 +30,7 @@ FiltersGroup readGroup(const std::string& name)
 {
     FiltersGroupPB message;
     if (!parseGroup(message, readFile(name)))
-        throw std::runtime_error(messageOf(name, {0, "holds no group"}));
+        throw std::runtime_error(messageOf(name, {0, NO_GROUP}));
     FiltersGroup group(0);
     group.convertFromFiltersGroupPB(&message);
     return group;

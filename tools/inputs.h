@@ -16,7 +16,13 @@
 
 namespace filterctl {
 
-/** "NAME:LINE: reason", or "NAME: reason". */
+/** Why bytes are refused that are to be a group. */
+constexpr char NO_GROUP[] = "holds no group";
+
+/** "NAME:LINE:", or "NAME:" for what no line is to blame for. */
+std::string placeOf(const std::string& name, const Refusal& refusal);
+
+/** The place and the reason. */
 std::string messageOf(const std::string& name, const Refusal& refusal);
 
 /** What a step made, or the refusal raised as an error. */

@@ -1,0 +1,39 @@
+/**
+ * Colours, for people alone: what is not a terminal never gets any.
+ */
+#ifndef FILTER_COMMON_TOOLS_TERMINAL_H
+#define FILTER_COMMON_TOOLS_TERMINAL_H
+
+#include <string>
+#include <string_view>
+
+namespace filterctl {
+
+/**
+ * Whether what is written there may be coloured: to a terminal that knows colours, unless the
+ * environment holds a NO_COLOR that is not empty.
+ */
+bool takesColor(int descriptor);
+
+/** Colours texts, or leaves them as they are. */
+class Painter {
+public:
+    explicit Painter(bool paints) : paints_(paints) {}
+
+    std::string bold(std::string_view text) const { return paint("\033[1m", text); }
+    std::string red(std::string_view text) const { return paint("\033[31m", text); }
+    std::string green(std::string_view text) const { return paint("\033[32m", text); }
+
+private:
+    std::string paint(const char* color, std::string_view text) const
+    {
+        const std::string plain(text);
+        return paints_ ? color + plain + "\033[0m" : plain;
+    }
+
+    bool paints_;
+};
+
+} // namespace filterctl
+
+#endif // FILTER_COMMON_TOOLS_TERMINAL_H
