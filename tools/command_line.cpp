@@ -46,6 +46,12 @@ void takeOption(int code, CommandLine& line)
     case OPTION_OUTPUT:
         line.output = optarg;
         break;
+    case OPTION_BRIEF:
+        line.brief = true;
+        break;
+    case OPTION_CONTENT:
+        line.byContent = true;
+        break;
     case OPTION_GROUP:
         line.import.group = readNumber<filtersGroupId_t>("group");
         break;

@@ -24,6 +24,8 @@ struct CommandLine {
     bool help = false;
     std::string output = "-";
     std::vector<std::string> operands;
+    bool byContent = false;
+    bool brief = false;
 
     /** Stage and type stand beside it, for they may be left to what a file holds. */
     ImportOptions import;
@@ -40,7 +42,9 @@ struct CommandLine {
 enum OptionCode {
     OPERAND = 1,
     OPTION_OUTPUT = 'o',
+    OPTION_BRIEF = 'q',
     OPTION_HELP = 256,
+    OPTION_CONTENT,
     OPTION_GROUP,
     OPTION_PRIORITY,
     OPTION_STAGE,
@@ -49,6 +53,8 @@ enum OptionCode {
 };
 
 constexpr option HELP_OPTION = {"help", no_argument, nullptr, OPTION_HELP};
+constexpr option BRIEF_OPTION = {"brief", no_argument, nullptr, OPTION_BRIEF};
+constexpr option CONTENT_OPTION = {"content", no_argument, nullptr, OPTION_CONTENT};
 constexpr option GROUP_OPTION = {"group", required_argument, nullptr, OPTION_GROUP};
 constexpr option PRIORITY_OPTION = {"priority", required_argument, nullptr, OPTION_PRIORITY};
 constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STAGE};

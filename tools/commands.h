@@ -29,6 +29,7 @@ struct Command {
 extern const Command IMPORT;
 extern const Command SHOW;
 extern const Command CHECK;
+extern const Command DIFF;
 
 } // namespace filterctl
 

@@ -11,7 +11,7 @@ namespace {
 
 using namespace filterctl;
 
-const Command* const COMMANDS[] = {&IMPORT, &SHOW, &CHECK};
+const Command* const COMMANDS[] = {&IMPORT, &SHOW, &CHECK, &DIFF};
 
 constexpr char HELP[] =
     "usage: filterctl COMMAND [OPTION]... [FILE]...\n"
