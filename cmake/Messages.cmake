@@ -14,10 +14,12 @@ elseif(Protobuf_VERSION VERSION_LESS FILTER_COMMON_PROTOBUF_MINIMUM)
 endif()
 
 # Generates the message classes of the given .proto files, which stand in one folder, into the build
-# tree, and adds them to the target. PUBLIC shows them to those who link the target.
+# tree, and adds them to the target. PUBLIC shows them to those who link the target. The files may
+# import those of the library.
 function(filter_common_messages target visibility)
   set(out ${CMAKE_CURRENT_BINARY_DIR}/messages)
   file(MAKE_DIRECTORY ${out})
+  set(imports --proto_path=${PROJECT_SOURCE_DIR}/protobuf)
   set(generated)
   foreach(proto IN LISTS ARGN)
     cmake_path(ABSOLUTE_PATH proto NORMALIZE)
@@ -25,7 +27,7 @@ function(filter_common_messages target visibility)
     cmake_path(GET proto STEM name)
     add_custom_command(
       OUTPUT ${out}/${name}.pb.cc ${out}/${name}.pb.h
-      COMMAND protobuf::protoc --proto_path=${folder} --cpp_out=${out} ${proto}
+      COMMAND protobuf::protoc --proto_path=${folder} ${imports} --cpp_out=${out} ${proto}
       DEPENDS ${proto} protobuf::protoc
       COMMENT "Generating the messages of ${name}.proto"
       VERBATIM)

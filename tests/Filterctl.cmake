@@ -1,6 +1,6 @@
 # The tests of the command filterctl, and of what it is made of.
 
-foreach(name access_list_test checks_test fields_test group_diff_test)
+foreach(name access_list_test checks_test fields_test group_diff_test group_json_test)
   filter_common_test(${name} filterctl_core)
 endforeach()
 filter_common_test(files_test filterctl_core)
@@ -9,7 +9,7 @@ target_link_options(files_test PRIVATE
 
 # Those that run the program.
 set(words ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:filterctl>)
-foreach(name filterctl_test)
+foreach(name filterctl_test filterctl_commands_test)
   filter_common_test(${name} filterctl_core)
   target_compile_definitions(${name} PRIVATE FILTERCTL_COMMAND="'$<JOIN:${words},' '>'")
   add_dependencies(${name} filterctl)

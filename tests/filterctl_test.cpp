@@ -77,10 +77,17 @@ TEST_F(Filterctl, Options)
 
 TEST_F(Filterctl, Help)
 {
-    for (const char* arguments : {"--help", "import --help", "show --help"}) {
-        const Outcome outcome = run(arguments);
+    const std::string general = run("--help").out;
+    EXPECT_EQ(general.substr(0, 17), "usage: filterctl ");
+    for (const std::string command : {"import", "show", "check", "diff", "json", "stats"}) {
+        EXPECT_NE(general.find("  filterctl " + command + " "), std::string::npos) << command;
+        const Outcome outcome = run(command + " --help");
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(outcome.out.substr(0, 17), "usage: filterctl ");
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(outcome.out.rfind("usage: filterctl " + command + " ", 0), 0u) << outcome.out;
+        const std::size_t examples = outcome.out.find("\nExamples:\n");
+        ASSERT_NE(examples, std::string::npos) << command;
+        EXPECT_NE(outcome.out.find("filterctl " + command, examples), std::string::npos);
     }
 }
 
@@ -96,6 +103,9 @@ TEST_F(Filterctl, WrongUsage)
         {"import good -o", "option requires an argument -- 'o'"},
         {"import good --stage", "option '--stage' requires an argument"},
         {"import good --color", "unrecognized option '--color'"},
+        {"check good good", "check takes one file"},
+        {"check good -o x", "invalid option -- 'o'"},
+        {"json --brief good", "unrecognized option '--brief'"},
         {"import good --action drop", "--action takes permit or deny"},
         {"import good --group 65536", "--group takes a number from 0 to 65535"},
         {"import good --group ''", "--group takes a number from 0 to 65535"},

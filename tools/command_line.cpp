@@ -52,6 +52,9 @@ void takeOption(int code, CommandLine& line)
     case OPTION_CONTENT:
         line.byContent = true;
         break;
+    case OPTION_COMPACT:
+        line.compact = true;
+        break;
     case OPTION_GROUP:
         line.import.group = readNumber<filtersGroupId_t>("group");
         break;

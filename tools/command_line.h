@@ -26,6 +26,7 @@ struct CommandLine {
     std::vector<std::string> operands;
     bool byContent = false;
     bool brief = false;
+    bool compact = false;
 
     /** Stage and type stand beside it, for they may be left to what a file holds. */
     ImportOptions import;
@@ -45,6 +46,7 @@ enum OptionCode {
     OPTION_BRIEF = 'q',
     OPTION_HELP = 256,
     OPTION_CONTENT,
+    OPTION_COMPACT,
     OPTION_GROUP,
     OPTION_PRIORITY,
     OPTION_STAGE,
@@ -55,6 +57,7 @@ enum OptionCode {
 constexpr option HELP_OPTION = {"help", no_argument, nullptr, OPTION_HELP};
 constexpr option BRIEF_OPTION = {"brief", no_argument, nullptr, OPTION_BRIEF};
 constexpr option CONTENT_OPTION = {"content", no_argument, nullptr, OPTION_CONTENT};
+constexpr option COMPACT_OPTION = {"compact", no_argument, nullptr, OPTION_COMPACT};
 constexpr option GROUP_OPTION = {"group", required_argument, nullptr, OPTION_GROUP};
 constexpr option PRIORITY_OPTION = {"priority", required_argument, nullptr, OPTION_PRIORITY};
 constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STAGE};

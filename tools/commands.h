@@ -30,6 +30,8 @@ extern const Command IMPORT;
 extern const Command SHOW;
 extern const Command CHECK;
 extern const Command DIFF;
+extern const Command JSON;
+extern const Command STATS;
 
 } // namespace filterctl
 

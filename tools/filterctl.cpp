@@ -11,26 +11,33 @@ namespace {
 
 using namespace filterctl;
 
-const Command* const COMMANDS[] = {&IMPORT, &SHOW, &CHECK, &DIFF};
+const Command* const COMMANDS[] = {&IMPORT, &SHOW, &CHECK, &DIFF, &JSON, &STATS};
 
 constexpr char HELP[] =
     "usage: filterctl COMMAND [OPTION]... [FILE]...\n"
     "\n"
     "Makes groups of packet-filter rules from access lists and looks at them.\n"
     "\n"
-    "  filterctl import RULES [-o FILE]  make a group of an access list\n"
-    "  filterctl show [FILE]             print a group as text\n"
-    "  filterctl COMMAND --help          explain a command and its options\n"
+    "  filterctl import RULES    make a group from an access list\n"
+    "  filterctl show [FILE]     print a group as text\n"
+    "  filterctl check [FILE]    say all at once why a list or a group is refused\n"
+    "  filterctl diff A B        say in what two groups differ\n"
+    "  filterctl json [FILE]     print a group as JSON\n"
+    "  filterctl stats [FILE]    say how much there is in a group\n"
+    "  filterctl COMMAND --help  explain a command and its options\n"
     "\n"
-    "Each command reads standard input where a FILE is - and writes to standard output, or\n"
-    "to another file with -o FILE.\n"
+    "The name - stands for standard input, which is read too where no FILE is given. What a\n"
+    "command makes goes to standard output, or to another file with -o FILE.\n"
     "\n"
     "Examples:\n"
     "  filterctl import office.rules -o office.group\n"
     "  filterctl show office.group | less\n"
+    "  filterctl check office.rules || exit\n"
+    "  filterctl import office.rules | filterctl diff --content office.group -\n"
     "\n"
     "The exit status is 0, or 1 if an input is refused or cannot be read or an output\n"
-    "cannot be written, or 2 if the command line is wrong.\n";
+    "cannot be written, or 2 if the command line is wrong. That of diff is 0 if the groups\n"
+    "are the same, 1 if they differ, and 2 for everything else.\n";
 
 const Command& findCommand(const std::string& name)
 {
