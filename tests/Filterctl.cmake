@@ -14,3 +14,17 @@ foreach(name filterctl_test filterctl_commands_test)
   target_compile_definitions(${name} PRIVATE FILTERCTL_COMMAND="'$<JOIN:${words},' '>'")
   add_dependencies(${name} filterctl)
 endforeach()
+
+# What is installed beside it.
+set(completion ${PROJECT_SOURCE_DIR}/tools/filterctl.bash)
+set(page ${PROJECT_SOURCE_DIR}/tools/filterctl.1)
+add_test(NAME filterctl.completion
+  COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/completion_test ${completion} ${words})
+find_program(FILTER_COMMON_GROFF groff DOC "The formatter of manual pages, for the tests")
+if(FILTER_COMMON_GROFF)
+  add_test(NAME filterctl.man_page
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/man_page_test ${FILTER_COMMON_GROFF} ${page} ${words})
+else()
+  include(${PROJECT_SOURCE_DIR}/cmake/SkippedTest.cmake)
+  filter_common_skipped_test(filterctl.man_page groff)
+endif()
