@@ -28,3 +28,11 @@ else()
   include(${PROJECT_SOURCE_DIR}/cmake/SkippedTest.cmake)
   filter_common_skipped_test(filterctl.man_page groff)
 endif()
+
+# The modules of the messages are made for the other tests in Python.
+if(TARGET python_messages)
+  add_test(NAME interop.json
+    COMMAND ${FILTER_COMMON_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/interop/json_test.py
+      ${CMAKE_CURRENT_BINARY_DIR}/interop/python ${CMAKE_CURRENT_SOURCE_DIR}/golden ${words})
+  set_tests_properties(interop.json PROPERTIES LABELS interop)
+endif()
