@@ -42,6 +42,8 @@ endif()
 expect_none("${dynamic}" "\\(RPATH\\)[^\n]*" "a path before that of the caller")
 string(REGEX MATCH "\\(RUNPATH\\)[^\n]*\\[([^]\n]*)\\]" runpath "${dynamic}")
 string(REGEX REPLACE ":+$" "" runpath "${CMAKE_MATCH_1}") # room for the installed path
+cmake_path(GET FILE PARENT_PATH origin)
+string(REPLACE "$ORIGIN" "${origin}" runpath "${runpath}")
 string(REPLACE ":" ";" folders "${runpath}")
 foreach(folder IN LISTS folders)
   cmake_path(IS_PREFIX BUILD "${folder}" NORMALIZE inside)
