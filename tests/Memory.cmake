@@ -1,0 +1,20 @@
+# The tests that look at memory have an allocator of their own.
+add_library(test_allocator OBJECT test_allocator.cpp)
+target_link_libraries(test_allocator PUBLIC GTest::gtest)
+filter_common_warnings(test_allocator)
+filter_common_test(alloc_counts_test test_allocator)
+filter_common_test(bounds_test test_allocator)
+filter_common_test(c_memory_test test_allocator)
+filter_common_test(c_out_of_memory_test test_allocator)
+target_compile_definitions(c_out_of_memory_test PRIVATE
+  C_SYMBOLS="${CMAKE_CURRENT_SOURCE_DIR}/golden/c_symbols.txt")
+filter_common_test(filter_entries_ownership_test test_allocator)
+filter_common_test(hostile_bytes_test test_allocator)
+filter_common_test(filter_refusals_memory_test test_allocator)
+filter_common_test(out_of_memory_test test_allocator)
+filter_common_test(out_of_memory_kinds_test test_allocator)
+filter_common_test(out_of_memory_text_test test_allocator)
+filter_common_test(out_of_memory_wire_test test_allocator)
+target_include_directories(out_of_memory_wire_test PRIVATE ${PROJECT_SOURCE_DIR}/protobuf)
+# By itself.
+filter_common_test(size_limits_test)
