@@ -19,7 +19,8 @@ const char* nameOf(Code code, const char* const (&names)[N])
     return index < N ? names[index] : "";
 }
 
-constexpr const char* STAGES[] = {"Ingress", "Egress", "None"};
+// A policer of no stage is not written.
+constexpr const char* STAGES[] = {"Ingress", "Egress"};
 constexpr const char* COLORS[] = {"Red", "Yellow", "Green"};
 
 /** Four fill characters of the stream. */
@@ -98,11 +99,8 @@ std::basic_ostream<char>& operator<<(std::basic_ostream<char>& out, const Filter
     writeLine(out, "    Priority: ", entry.getPriority());
     if (entry.getPolicer().GetStage() != policer::STAGE_NONE)
         writePolicer(out, entry.getPolicer());
-    if (entry.getCounter().GetType() != COUNTER_TYPE_INVALID) {
-        out << "  =Counter=" << std::endl;
-        out.width(4);
-        out << entry.getCounter() << std::endl;
-    }
+    if (entry.getCounter().GetType() != COUNTER_TYPE_INVALID)
+        out << "  =Counter=" << std::endl << entry.getCounter() << std::endl;
     for (const auto& element : entry.getMatchesRef())
         out << *element.second;
     for (const auto& element : entry.getActionsRef())

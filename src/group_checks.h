@@ -2,8 +2,9 @@
  * The checks of groups, each in the one order in which it runs.
  *
  * A check hands every refusal to its last argument, a callable that tells whether the check goes
- * on, and tells the same itself. An operation stops at the first refusal and keeps its code alone;
- * an explanation goes on to the end.
+ * on; that of a single rule tells the same itself. An operation stops at the first refusal and
+ * keeps its code alone; an explanation goes on to the end, and adds the stage and the type that it
+ * asked about.
  */
 #ifndef FILTER_COMMON_SRC_GROUP_CHECKS_H
 #define FILTER_COMMON_SRC_GROUP_CHECKS_H
@@ -27,18 +28,16 @@ filtersErr_t firstRefusal(Check check)
 
 // --------------------------------------------------------------------- refusals of a whole group
 
-constexpr FiltersRefusal unknownType(filtersGroupType_t type)
+constexpr FiltersRefusal unknownType()
 {
     FiltersRefusal refusal(REFUSAL_UNKNOWN_TYPE);
-    refusal.type = type;
     refusal.admittedTypes = keysOf(TYPE_MATCHES);
     return refusal;
 }
 
-constexpr FiltersRefusal unknownStage(filtersGroupStage_t stage)
+constexpr FiltersRefusal unknownStage()
 {
     FiltersRefusal refusal(REFUSAL_UNKNOWN_STAGE);
-    refusal.stage = stage;
     refusal.admittedStages = keysOf(STAGE_TYPES);
     return refusal;
 }
@@ -60,7 +59,7 @@ bool checkMatches(const FiltersEntry& entry, filtersGroupType_t type, Refuse&& r
 {
     const auto* row = findRow(TYPE_MATCHES, type);
     if (row == nullptr)
-        return refuse(unknownType(type));
+        return refuse(unknownType());
     for (const auto& element : entry.getMatchesRef()) {
         const filtersMatch_t kind = element.second->getType();
         if (row->admitted.contains(kind))
@@ -68,7 +67,6 @@ bool checkMatches(const FiltersEntry& entry, filtersGroupType_t type, Refuse&& r
         FiltersRefusal refusal(REFUSAL_MATCH_NOT_IN_TYPE);
         refusal.entry = entry.getId();
         refusal.match = kind;
-        refusal.type = type;
         refusal.admittedMatches = row->admitted;
         if (!refuse(refusal))
             return false;
@@ -81,7 +79,7 @@ bool checkActions(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&&
 {
     const auto* row = findRow(STAGE_ACTIONS, stage);
     if (row == nullptr)
-        return refuse(unknownStage(stage));
+        return refuse(unknownStage());
     for (const auto& element : entry.getActionsRef()) {
         const filtersAction_t kind = element.second->getType();
         if (row->admitted.contains(kind))
@@ -89,7 +87,6 @@ bool checkActions(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&&
         FiltersRefusal refusal(REFUSAL_ACTION_NOT_AT_STAGE);
         refusal.entry = entry.getId();
         refusal.action = kind;
-        refusal.stage = stage;
         refusal.admittedActions = row->admitted;
         if (!refuse(refusal))
             return false;
@@ -104,12 +101,11 @@ bool checkPolicer(const policer::Policer& policer, filtersGroupStage_t stage, Re
         return true;
     const auto* row = findRow(STAGE_POLICERS, stage);
     if (row == nullptr)
-        return refuse(unknownStage(stage));
+        return refuse(unknownStage());
     if (policer.GetStage() == row->policerStage)
         return true;
     FiltersRefusal refusal(REFUSAL_POLICER_NOT_AT_STAGE);
     refusal.policerStage = policer.GetStage();
-    refusal.stage = stage;
     refusal.admittedPolicerStages = {row->policerStage, policer::STAGE_NONE};
     return refuse(refusal);
 }
@@ -119,12 +115,10 @@ bool checkTypeAtStage(filtersGroupStage_t stage, filtersGroupType_t type, Refuse
 {
     const auto* row = findRow(STAGE_TYPES, stage);
     if (row == nullptr)
-        return refuse(unknownStage(stage));
+        return refuse(unknownStage());
     if (row->admitted.contains(type))
         return true;
     FiltersRefusal refusal(REFUSAL_TYPE_NOT_AT_STAGE);
-    refusal.stage = stage;
-    refusal.type = type;
     refusal.admittedStages = stagesOf(type);
     refusal.admittedTypes = row->admitted;
     return refuse(refusal);
@@ -144,32 +138,31 @@ bool checkEntryAtStage(const FiltersEntry& entry, filtersGroupStage_t stage, Ref
 }
 
 template <class Refuse>
-bool checkInsertion(const FiltersEntry& entry, filtersGroupStage_t stage, filtersGroupType_t type,
+void checkInsertion(const FiltersEntry& entry, filtersGroupStage_t stage, filtersGroupType_t type,
                     Refuse&& refuse)
 {
-    return checkMatches(entry, type, refuse) && checkEntryAtStage(entry, stage, refuse);
+    if (checkMatches(entry, type, refuse))
+        checkEntryAtStage(entry, stage, refuse);
 }
 
 /** Whether a group of @p type may go on to @p stage with the entries that it holds. */
 template <class Refuse>
-bool checkStageChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
+void checkStageChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
                       filtersGroupType_t type, Refuse&& refuse)
 {
     bool goesOn = checkTypeAtStage(stage, type, refuse);
     for (auto entry = held.begin(); goesOn && entry != held.end(); ++entry)
         goesOn = checkEntryAtStage(entry->second, stage, refuse);
-    return goesOn;
 }
 
 /** Whether a group at @p stage may go on to @p type with the entries that it holds. */
 template <class Refuse>
-bool checkTypeChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
+void checkTypeChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
                      filtersGroupType_t type, Refuse&& refuse)
 {
     bool goesOn = checkTypeAtStage(stage, type, refuse);
     for (auto entry = held.begin(); goesOn && entry != held.end(); ++entry)
         goesOn = checkMatches(entry->second, type, refuse);
-    return goesOn;
 }
 
 } // namespace FiltersCommon

@@ -323,7 +323,6 @@ TEST(EntryDump, AppliesAWidthToItsTitleAlone)
 
 TEST(EntryDump, GivesTheLinesOfTheCounterNoIndentWhateverTheFillCharacter)
 {
-    // Both labels are as wide as the width that they are written with, or wider.
     FiltersEntry entry;
     entry.setCounter(Counter(5, COUNTER_TYPE_PACKETS));
     std::ostringstream out;
