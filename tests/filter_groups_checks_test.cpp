@@ -311,6 +311,15 @@ TEST(SetStage, AsksForEveryEntry)
     expectSetStage(group, 0, FILTERS_OK);
 }
 
+TEST(SetStage, AsksForTheEntriesAfterAPolicerThatFits)
+{
+    const FiltersGroup group =
+        groupAt(2, 0, {withPolicer(1, 1), withAction(2, ActionRedirectCancel())});
+    ASSERT_EQ(group.groupPolicerValidation(group.getEntriesRef().at(1).getPolicer(), stage(3)),
+              FILTERS_OK);
+    expectSetStage(group, 3, FILTERS_ERR_ACTION_NOT_ALLOWED);
+}
+
 TEST(SetStage, DoesNotAskForMatchesAgain)
 {
     const FiltersGroup group = groupAt(0, 8, {withMatch(1, MatchPcp(3))});

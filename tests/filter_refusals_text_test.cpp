@@ -193,6 +193,23 @@ TEST(RefusalSentences, OfUnknownKinds)
               std::string("action kind 17 is unknown; known are ") + KNOWN_ACTIONS);
 }
 
+TEST(RefusalSentences, OfMatchesThatTheCInterfaceDoesNotOffer)
+{
+    const FiltersRefusal match = refusal(REFUSAL_MATCH_NOT_IN_C, [](FiltersRefusal& r) {
+        r.entry = filtersEntryId_t{12};
+        r.match = MATCH_FORWARDING_TYPE;
+        r.admittedMatches = {MATCH_TTL, MATCH_ALL};
+    });
+    EXPECT_EQ(match.sentence(), "entry 12: match kind MATCH_FORWARDING_TYPE is not offered in the "
+                                "C interface; offered are MATCH_ALL and MATCH_TTL");
+}
+
+TEST(RefusalSentences, OfCodesThatAreNotThere)
+{
+    EXPECT_EQ(FiltersRefusal(REFUSAL_MATCH_NOT_IN_TYPE).sentence(),
+              "match kind unknown is not admitted in a group of type unknown; none is admitted");
+}
+
 TEST(RefusalSentences, AreOneLineForEveryReasonWhateverElseIsThere)
 {
     for (int reason = -1; reason <= 15; ++reason) {
