@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -159,6 +160,29 @@ TEST(DirectBytes, AreLeftToTheParserWhereTheyAreNotAsWritten)
         expected.convertFromFiltersEntryPB(&left);
         EXPECT_EQ(FiltersEntry(bytes + end), expected);
     }
+}
+
+/** Numbers and lengths in more bytes than they must have, and in more than the parser takes. */
+TEST(DirectBytes, AreLeftToTheParserWhereANumberIsLongerThanItMustBe)
+{
+    const QuietParser quiet;
+    const std::string policer = "\x1A\x01?";
+    const std::string counter = "\x32\x04\x08\x03\x10\x01";
+    const std::pair<std::string, std::string> around[] = {
+        {"\x08", "\x10\x02" + policer + counter}, // the identifier
+        {"\x08\x01\x10", policer + counter},      // the priority
+        {"\x08\x01\x10\x02\x1A", counter},        // the length of the policer
+    };
+    for (const auto& [before, after] : around)
+        for (std::size_t more = 1; more <= 11; ++more)
+            for (const char last : {'\0', '\1'}) {
+                const std::string bytes = before + std::string(more, '\x80') + last + after;
+                SCOPED_TRACE(testing::PrintToString(bytes));
+                FiltersEntry expected;
+                const FiltersEntryPB left = parsed<FiltersEntryPB>(bytes);
+                expected.convertFromFiltersEntryPB(&left);
+                EXPECT_EQ(FiltersEntry(bytes), expected);
+            }
 }
 
 /** An address whose length promises more than there is, in each kind that has one. */
