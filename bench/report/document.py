@@ -195,7 +195,8 @@ def page(figures, surroundings):
     yield "\n## Targets\n"
     yield (
         "A figure is a quotient, or the allocations a rule. A target is met where it is met at "
-        "every size.\n"
+        "every size. Messages are those on the heap: an arena gives nothing back before all goes, "
+        "so rules that come and go cannot be held there. Its times stand below all the same.\n"
     )
     yield from aims(figures)
     yield "## Time\n"

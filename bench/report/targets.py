@@ -1,6 +1,8 @@
 """What the library sets itself, and whether the figures hold it."""
 
-MESSAGES = ["messages", "arena"]
+# Those on the heap: an arena gives nothing back before all goes, so messages there cannot be what
+# holds rules that come and go.
+MESSAGES = ["messages"]
 WITHOUT_ALLOCATION = ["equality", "stage_change", "type_change", "removal", "text_walk"]
 # What looks up a place among all entries takes longer the more there are.
 LOOKING_UP = ["insertion", "replacement", "removal"]
@@ -45,11 +47,11 @@ def of_quickest(figures, text, operation, peers, peer_operations, limit, stretch
 
 def of_bytes(figures):
     yield of_quickest(
-        figures, "rules to bytes, of messages built and serialized, the quicker kind",
+        figures, "rules to bytes, of messages built and serialized",
         "to_bytes", MESSAGES, ["tree_to_bytes"], 0.5, 0.15,
     )
     yield of_quickest(
-        figures, "bytes to rules, of messages parsed, the quicker kind",
+        figures, "bytes to rules, of messages parsed",
         "from_bytes", MESSAGES, ["from_bytes"], 1.0, 0.7,
     )
 
@@ -65,12 +67,9 @@ def of_peers(figures):
         yield of_quickest(
             figures, f"{name}, of libnftnl's", operation, ["nftnl"], same, 1 / 3
         )
-        yield of_quickest(figures, f"{name}, of messages'", operation, ["messages"], same, 1.0)
-        yield of_quickest(
-            figures, f"{name}, of messages' on an arena", operation, ["arena"], same, 1.0
-        )
+        yield of_quickest(figures, f"{name}, of messages'", operation, MESSAGES, same, 1.0)
     yield of_quickest(
-        figures, "build and copy into a group, of messages', the quicker kind",
+        figures, "build and copy into a group, of messages'",
         "group_build", MESSAGES, ["group_build"], 1.0,
     )
     yield of_quickest(
