@@ -252,7 +252,7 @@ public:
     Terminal() : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK))
     {
         if (master_ < 0 || ::grantpt(master_) != 0 || ::unlockpt(master_) != 0)
-            throw std::runtime_error("no terminal");
+            return;
         name_ = ::ptsname(master_);
         // What was written is kept while somebody has the terminal open.
         slave_ = ::open(name_.c_str(), O_RDWR | O_NOCTTY);
@@ -264,6 +264,9 @@ public:
         ::close(slave_);
         ::close(master_);
     }
+
+    /** Not where the machine has no terminals to give, as in some containers. */
+    bool isOpen() const { return slave_ >= 0; }
 
     const std::string& name() const { return name_; }
 
@@ -288,6 +291,12 @@ protected:
     {
         write("changed", CHANGED_LINE);
         EXPECT_EQ(run("import changed -o other").status, 0);
+    }
+
+    void SetUp() override
+    {
+        if (!terminal_.isOpen())
+            GTEST_SKIP() << "there is no terminal";
     }
 
     bool colors(const std::string& arguments, const std::string& environment) const
