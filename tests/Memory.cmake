@@ -16,5 +16,5 @@ filter_common_test(out_of_memory_kinds_test test_allocator)
 filter_common_test(out_of_memory_text_test test_allocator)
 filter_common_test(out_of_memory_wire_test test_allocator)
 target_include_directories(out_of_memory_wire_test PRIVATE ${PROJECT_SOURCE_DIR}/protobuf)
-# By itself.
+# This one replaces the operators in its own file.
 filter_common_test(size_limits_test)
