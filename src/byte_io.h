@@ -17,6 +17,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace FiltersCommon {
 
@@ -246,13 +247,10 @@ public:
     }
 
     /**
-     * Whether the bytes were understood to their end. The zero that ends the bytes of an envelope
-     * may follow, at which the runtime's parser stops too.
+     * Whether the bytes were understood to their end, or to a zero like the one that ends the bytes
+     * of an envelope, at which the runtime's parser stops too.
      */
-    bool understood() const
-    {
-        return understood_ && (next_ == end_ || (end_ - next_ == 1 && *next_ == 0));
-    }
+    bool understood() const { return understood_ && (next_ == end_ || *next_ == 0); }
 
 private:
     std::size_t left() const { return static_cast<std::size_t>(end_ - next_); }

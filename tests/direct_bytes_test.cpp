@@ -2,6 +2,7 @@
 // is held here against the message, at every width that a number or a length can have.
 
 #include "named_entries.h"
+#include "wire_bytes.h"
 #include "wire_support.h"
 
 #include <gtest/gtest.h>
@@ -144,6 +145,7 @@ TEST(DirectBytes, AreLeftToTheParserWhereTheyAreNotAsWritten)
     const std::vector<std::string> ends = {
         std::string("\0", 1),                         // the end of an envelope
         std::string("\0\0", 2),                       // and more behind it
+        std::string("\0\x08\x02", 3),                 // which is not read
         std::string("\x08\x02", 2),                   // the identifier again
         std::string("\x10\x80", 2),                   // cut in a number
         std::string("\x10\x80\0", 3),                 // longer than it must be
@@ -183,6 +185,29 @@ TEST(DirectBytes, AreLeftToTheParserWhereANumberIsLongerThanItMustBe)
                 expected.convertFromFiltersEntryPB(&left);
                 EXPECT_EQ(FiltersEntry(bytes), expected);
             }
+}
+
+/** A truth is any number but 0, of all 64 bits. */
+TEST(DirectBytes, AreLeftToTheParserWhereATruthIsWide)
+{
+    const std::pair<filtersMatch_t, std::uint32_t> fields[] = {
+        {MATCH_DROP, MatchPB::kDropFlagFieldNumber},
+        {MATCH_MPLS_TERM, MatchPB::kMplsTerminatedFieldNumber}};
+    for (const auto& [kind, field] : fields)
+        for (unsigned bit = 0; bit <= 64; ++bit) {
+            SCOPED_TRACE(bit);
+            const std::uint64_t number = bit == 64 ? 0 : std::uint64_t{1} << bit;
+            const std::string match = wire::number(1, kind) + wire::number(field, number);
+            const FiltersEntry entry(wire::number(1, 7) + wire::number(2, 8) +
+                                     wire::delimited(3, "?") + wire::delimited(4, match));
+            FiltersEntry expected(7);
+            expected.setPriority(8);
+            if (kind == MATCH_DROP)
+                expected.setMatch(MatchDrop(number != 0));
+            else
+                expected.setMatch(MatchMplsTerm(number != 0));
+            EXPECT_EQ(entry, expected);
+        }
 }
 
 /** An address whose length promises more than there is, in each kind that has one. */
