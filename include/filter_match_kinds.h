@@ -337,6 +337,7 @@ public:
 
     explicit MatchEgressPorts(std::list<limid_t> ports) : MatchPorts(KIND, std::move(ports)) {}
 
+    void convertToMatchPB(MatchPB* pb) const override;
     /** Appends the ports and ignores the excluded port types of the message. */
     void convertFromMatchPB(const MatchPB* pb) override;
     using Match::operator==;

@@ -35,7 +35,7 @@ STEPS = {"++": "--", "--": "++"}
 # Names of which one is easily taken for another.
 CONFUSED = [
     ["true", "false"], ["all_of", "any_of"], ["min", "max"], ["hex", "dec"],
-    ["At", "Appended", "WrittenOnly"],
+    ["At", "Appended"],
 ]
 LINKS = {".", "->", "::"}
 OPEN = {"(": ")", "[": "]", "{": "}"}

@@ -162,21 +162,6 @@ struct Appended : At<Field, member> {
     }
 };
 
-/** The member is written to the field; reading leaves it alone. */
-template <class Field, auto member>
-struct WrittenOnly : At<Field, member> {
-    struct Value {};
-
-    template <class Reader>
-    static Value read(Reader&)
-    {
-        return {};
-    }
-    template <class T>
-    static void commit(T&, Value&) noexcept
-    {}
-};
-
 /** The rows of one class, in ascending order of the field numbers. */
 template <class... Rows>
 struct Fields {

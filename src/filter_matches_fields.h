@@ -15,9 +15,8 @@ struct MatchFields {
     static Fields<Appended<match_fields::ports_, &MatchPorts::ports_>,
                   Appended<match_fields::excluded_port_types_, &MatchPorts::excludedPortTypes_>>
         of(const MatchPorts*);
-    // Deliberately reads no port types.
-    static Fields<Appended<match_fields::ports_, &MatchPorts::ports_>,
-                  WrittenOnly<match_fields::excluded_port_types_, &MatchPorts::excludedPortTypes_>>
+    // Deliberately no port types.
+    static Fields<Appended<match_fields::ports_, &MatchPorts::ports_>>
         of(const MatchEgressPorts*);
     static Fields<At<match_fields::limid_, &MatchLimId::limId_>>
         of(const MatchLimId*);

@@ -21,20 +21,18 @@ void Match::convertToMatchPB(MatchPB* pb) const
 
 void Match::convertFromMatchPB(const MatchPB* /*pb*/) {}
 
-#define FILTERS_COMMON_WRITTEN(Class)                                                              \
+#define FILTERS_COMMON_CONVERTED(Class)                                                            \
     void Class::convertToMatchPB(MatchPB* pb) const                                                \
     {                                                                                              \
         Match::convertToMatchPB(pb);                                                               \
         MessageWriter<MatchPB> writer(pb);                                                         \
         MatchFieldsOf<Class>::write(writer, *this);                                                \
-    }
-#define FILTERS_COMMON_READ(Class)                                                                 \
+    }                                                                                              \
     void Class::convertFromMatchPB(const MatchPB* pb)                                              \
     {                                                                                              \
         MessageReader<MatchPB> reader(*pb);                                                        \
         MatchFieldsOf<Class>::read(reader, *this);                                                 \
     }
-#define FILTERS_COMMON_CONVERTED(Class) FILTERS_COMMON_WRITTEN(Class) FILTERS_COMMON_READ(Class)
 
 FILTERS_COMMON_CONVERTED(MatchPorts)
 FILTERS_COMMON_CONVERTED(MatchLimId)
@@ -52,7 +50,7 @@ FILTERS_COMMON_CONVERTED(MatchIpProtocol)
 FILTERS_COMMON_CONVERTED(MatchPacketRes)
 FILTERS_COMMON_CONVERTED(MatchMplsTerm)
 FILTERS_COMMON_CONVERTED(MatchToS)
-FILTERS_COMMON_READ(MatchEgressPorts)
+FILTERS_COMMON_CONVERTED(MatchEgressPorts)
 FILTERS_COMMON_CONVERTED(MatchIngressStpState)
 FILTERS_COMMON_CONVERTED(MatchVlanInfo)
 FILTERS_COMMON_CONVERTED(MatchTTL)
@@ -61,7 +59,5 @@ FILTERS_COMMON_CONVERTED(MatchDrop)
 FILTERS_COMMON_CONVERTED(MatchForwardingType)
 
 #undef FILTERS_COMMON_CONVERTED
-#undef FILTERS_COMMON_READ
-#undef FILTERS_COMMON_WRITTEN
 
 } // namespace FiltersCommon

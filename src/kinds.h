@@ -59,9 +59,9 @@ public:
     template <class Function>
     static void visit(Code code, Function&& function)
     {
-        dispatch(code, false, [&](auto kind) {
+        dispatch(code, nullptr, [&](auto kind) {
             function(kind);
-            return true;
+            return nullptr;
         });
     }
 

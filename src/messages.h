@@ -50,7 +50,7 @@ template <class Message, class Read>
 void readMessage(std::string_view bytes, Read read)
 {
     if (bytes.size() > MAX_MESSAGE)
-        bytes = bytes.substr(0, 0);
+        bytes.remove_suffix(bytes.size());
     ByteReader direct(bytes);
     if (read(direct))
         return;

@@ -54,6 +54,22 @@ TEST(CodeSet, IsWalkedInAscendingOrder)
     }
 }
 
+TEST(CodeSet, IsWalkedByBothFormsOfTheStep)
+{
+    const Kinds set = {MATCH_TPID, MATCH_TTL, MATCH_DROP};
+    Kinds::Iterator at = set.begin();
+    for (const filtersMatch_t code : {MATCH_TPID, MATCH_TTL, MATCH_DROP}) {
+        const Kinds::Iterator place = at;
+        EXPECT_TRUE(at == place);
+        EXPECT_FALSE(at == set.end());
+        EXPECT_EQ(*at++, code);
+        EXPECT_FALSE(at == place);
+        EXPECT_TRUE(++Kinds::Iterator(place) == at);
+    }
+    EXPECT_TRUE(at == set.end());
+    EXPECT_FALSE(at != set.end());
+}
+
 TEST(CodeSet, MeetsAndLeavesOthers)
 {
     for (std::uint32_t number = 0; number < SUBSETS; number += 7)

@@ -326,6 +326,14 @@ TEST(MatchMessages, LeaveExcludedPortTypesOutOfEgressPorts)
     match.convertFromMatchPB(&pb);
     EXPECT_TRUE(match.getExcludedPortTypes().empty());
     EXPECT_TRUE(isMessage(written(match), "type_: 22 ports_: 7"));
+
+    // Not even where the base was given some.
+    static_cast<MatchPorts&>(match) =
+        MatchPorts(MATCH_EGRESS_PORTS, std::list<port_type_t>{PORT_TYPE_CPU});
+    EXPECT_TRUE(isMessage(written(match), "type_: 22"));
+    FiltersEntry entry;
+    entry.setMatch(match);
+    EXPECT_EQ(written(entry).SerializeAsString(), serialized(entry));
 }
 
 TEST(MatchMessages, ReplaceTheVlanIdsOfTheMessage)
