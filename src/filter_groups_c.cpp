@@ -92,7 +92,7 @@ void filtersGroupGetEntries(FiltersGroup* g, entriesStruct* entries)
             "FiltersCommon::FiltersGroup*, FiltersCommon::entriesStruct*)");
 
     // The caller's record is touched last; until then the listing frees itself.
-    entriesStruct listing = {0, nullptr, nullptr};
+    entriesStruct listing = {};
     std::unique_ptr<entriesStruct, decltype(&deleteFiltersEntriesStruct)> guard(
         &listing, deleteFiltersEntriesStruct);
     const FiltersGroup::EntryMap& held = g->getEntriesRef();

@@ -21,14 +21,14 @@ class FiltersRefusals {
 public:
     struct Reason {
         FiltersRefusal refusal;
-        std::string sentence; /**< made when it is asked for */
+        std::string sentence = {}; /**< made when it is asked for */
     };
 
     explicit FiltersRefusals(const std::vector<FiltersRefusal>& refusals)
     {
         reasons.reserve(refusals.size());
         for (const FiltersRefusal& refusal : refusals)
-            reasons.push_back({refusal, {}});
+            reasons.push_back({refusal});
     }
 
     std::vector<Reason> reasons;
@@ -69,9 +69,9 @@ std::vector<FiltersRefusal> handleRefusals(const FiltersEntry& entry, const Base
     std::vector<FiltersRefusal> refusals;
     const auto refused = [&](filtersRefusalReason_t reason) {
         refusals.push_back(refusalOf(entry.getId(), object.getType(), reason));
-        return false;
+        return nullptr;
     };
-    withClass<Kinds>(object, refused, [](const auto&) { return true; });
+    withClass<Kinds>(object, refused, [](const auto&) { return nullptr; });
     return refusals;
 }
 

@@ -35,7 +35,7 @@ template <class Kinds, class Base, class Refused, class Function>
 auto withClass(Base& object, Refused refused, Function function)
 {
     constexpr bool IS_MATCH = std::is_same_v<Kinds, MatchKinds>;
-    using Result = decltype(refused(REFUSAL_UNKNOWN_MATCH_KIND));
+    using Result = std::invoke_result_t<Refused, filtersRefusalReason_t>;
     if (!Kinds::codes().contains(object.getType()))
         return refused(IS_MATCH ? REFUSAL_UNKNOWN_MATCH_KIND : REFUSAL_UNKNOWN_ACTION_KIND);
     return Kinds::dispatch(object.getType(), Result(), [&](auto kind) -> Result {

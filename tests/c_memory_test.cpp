@@ -2,12 +2,14 @@
  * What the C interface leaves allocated.
  */
 #include "c_support.h"
+#include "filter_refusals_c.h"
 #include "full_entries.h"
 #include "test_allocator.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace FiltersCommon {
@@ -104,6 +106,20 @@ TEST(LeftAllocated, NothingOfARule)
         ASSERT_EQ(filtersGroupInsertEntry(group.get(), entry.get()), FILTERS_OK);
         const Handle<FiltersEntry> copy(copyFiltersEntry(entry.get()));
     }
+    EXPECT_EQ(live(), start);
+}
+
+TEST(LeftAllocated, NothingOfRefusals)
+{
+    FiltersGroup group(1);
+    FiltersEntry entry(fullEntry(1));
+    const std::size_t start = live();
+    FiltersRefusals* const refusals = filtersGroupInsertEntryRefusals(&group, &entry);
+    ASSERT_GT(filtersRefusalsGetCount(refusals), 1u);
+    for (std::uint32_t i = 0; i < filtersRefusalsGetCount(refusals); ++i)
+        EXPECT_NE(filtersRefusalsGetSentence(refusals, i), nullptr);
+    EXPECT_GT(live(), start);
+    deleteFiltersRefusals(refusals);
     EXPECT_EQ(live(), start);
 }
 
