@@ -198,10 +198,13 @@ TEST(DirectBytes, AreLeftToTheParserWhereATruthIsWide)
             SCOPED_TRACE(bit);
             const std::uint64_t number = bit == 64 ? 0 : std::uint64_t{1} << bit;
             const std::string match = wire::number(1, kind) + wire::number(field, number);
+            const std::string counter = wire::number(1, 3) + wire::number(2, COUNTER_TYPE_PACKETS);
             const FiltersEntry entry(wire::number(1, 7) + wire::number(2, 8) +
-                                     wire::delimited(3, "?") + wire::delimited(4, match));
+                                     wire::delimited(3, "?") + wire::delimited(4, match) +
+                                     wire::delimited(6, counter));
             FiltersEntry expected(7);
             expected.setPriority(8);
+            expected.setCounter(Counter(3, COUNTER_TYPE_PACKETS));
             if (kind == MATCH_DROP)
                 expected.setMatch(MatchDrop(number != 0));
             else
