@@ -92,23 +92,6 @@ TEST(LargeMessages, InAnEnvelopeCountItsTerminatingZero)
     }
 }
 
-TEST(LargeMessages, OfPolicersAreReadAsNoBytes)
-{
-    NEEDS_MEMORY(5 * GIB);
-    using namespace wire;
-    std::string mode;
-    for (const std::uint32_t field : {1u, 2u, 3u, 4u, 5u, 6u, 7u})
-        mode += number(field, 0);
-    std::string bytes = number(1, 7) + number(2, 0) + delimited(3, mode);
-    EXPECT_EQ(policer::Policer(bytes).GetId(), 7u);
-    // An unknown string to the end, as long as one may be.
-    const std::size_t length = LIMIT - 16;
-    bytes += tag(100, DELIMITED) + varint(length);
-    bytes.resize(bytes.size() + length, 'x');
-    ASSERT_GT(bytes.size(), LIMIT);
-    EXPECT_EQ(policer::Policer(bytes).GetId(), policer::Policer::INVALID_ID);
-}
-
 // ---------------------------------------------------------------------------------------- writing
 
 /** The bytes of a policer, so long that their length takes four bytes. */

@@ -3,6 +3,7 @@
  * allocation is the same few pages over and over, so what is written to it reads as anything.
  */
 #include "support.h"
+#include "wire_bytes.h"
 
 #include "filter_serialized.h"
 
@@ -120,6 +121,31 @@ TEST(SizeLimits, MoreThanAMessageReadsAsNoBytes)
     const std::string more = bytesOfSize(MOST_OF_MESSAGE + 1);
     EXPECT_TRUE(FiltersEntry(more) == FiltersEntry(std::string()));
     EXPECT_TRUE(FiltersGroup(more) == FiltersGroup(std::string()));
+}
+
+TEST(SizeLimits, MoreThanAMessageReadsAsNoPolicer)
+{
+    NEEDS_64_BITS;
+    using namespace test::wire;
+    std::string mode;
+    for (const std::uint32_t field : {1u, 2u, 3u, 4u, 5u, 6u, 7u})
+        mode += number(field, 0);
+    const std::string policer = number(1, 7) + number(2, 0) + delimited(3, mode);
+    EXPECT_EQ(policer::Policer(policer).GetId(), 7u);
+    // An unknown string, and the identifier again.
+    const std::string end = number(1, 7);
+    const std::size_t others = policer.size() + tag(100, DELIMITED).size() + 5 + end.size();
+    for (const std::size_t size : {MOST_OF_MESSAGE, MOST_OF_MESSAGE + 1}) {
+        const std::size_t length = size - others;
+        const std::string begin = policer + tag(100, DELIMITED) + varint(length);
+        std::string bytes(size, 'x');
+        // Not by what also writes the terminating zero, which may be the first byte as well here.
+        begin.copy(&bytes[0], begin.size());
+        end.copy(&bytes[size - end.size()], end.size());
+        ASSERT_EQ(begin.size() + length + end.size(), size);
+        EXPECT_EQ(policer::Policer(bytes).GetId(),
+                  size > MOST_OF_MESSAGE ? policer::Policer::INVALID_ID : 7);
+    }
 }
 
 std::size_t bytesWithPolicerOf(std::size_t size)
