@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -107,6 +111,103 @@ TEST(AccessList, EveryColumnIsNeeded)
     };
     for (const auto& [line, why] : cut)
         EXPECT_EQ(refusalOf(line).reason, why);
+}
+
+TEST(AccessList, TakesEveryValueOfAColumn)
+{
+    const auto rule = [](const std::string& source, const std::string& ports,
+                         const std::string& protocol) {
+        return rulesOf("@" + source + " 9.8.7.6/32 " + ports + " 0 : 0 " + protocol).at(0);
+    };
+    for (unsigned length = 0; length <= 32; ++length)
+        EXPECT_EQ(rule("1.2.3.4/" + std::to_string(length), "1:1", "0x6/0xFF").source.length,
+                  length);
+    for (unsigned octet = 0; octet <= 255; ++octet) {
+        const std::string digits = std::to_string(octet);
+        const std::string addresses[] = {digits + ".2.3.4/8", "1." + digits + ".3.4/8",
+                                         "1.2." + digits + ".4/8", "1.2.3." + digits + "/8"};
+        const std::uint32_t expected[] = {octet << 24 | 0x020304, 0x01000304 | octet << 16,
+                                          0x01020004 | octet << 8, 0x01020300 | octet};
+        for (std::size_t place = 0; place < 4; ++place)
+            EXPECT_EQ(rule(addresses[place], "1:1", "0x6/0xFF").source.address, expected[place]);
+        std::ostringstream column;
+        column << "0x" << std::hex << octet << "/0xFF";
+        EXPECT_EQ(rule("1.2.3.4/8", "1:1", column.str()).protocol, octet);
+    }
+    for (unsigned port = 0; port <= 65535; ++port) {
+        const PortRange range =
+            rule("1.2.3.4/8", std::to_string(port) + ":" + std::to_string(port), "0x6/0xFF")
+                .sourcePorts;
+        ASSERT_EQ(range.low, port);
+        ASSERT_EQ(range.high, port);
+    }
+}
+
+TEST(AccessList, WithoutColumnsARuleIsOfAllPackets)
+{
+    const AccessRule rule;
+    for (const Prefix& prefix : {rule.source, rule.destination}) {
+        EXPECT_EQ(prefix.address, 0u);
+        EXPECT_EQ(prefix.length, 0u);
+    }
+    for (const PortRange& range : {rule.sourcePorts, rule.destinationPorts}) {
+        EXPECT_EQ(range.low, 0);
+        EXPECT_EQ(range.high, 65535);
+    }
+    EXPECT_EQ(rule.protocol, std::nullopt);
+    EXPECT_EQ(rule.line, 0u);
+    EXPECT_EQ(Refusal().line, 0u);
+}
+
+TEST(AccessList, TheFirstRefusalIsGiven)
+{
+    const Refusal refusal = refusalOf(GOOD_LINE + "@1.2.3.4/33\n@1.2.3.4/x\n"s + GOOD_LINE);
+    EXPECT_EQ(refusal.line, 2u);
+    EXPECT_EQ(refusal.reason, "source prefix: length is over 32");
+}
+
+/** What a line says, read in another way: whole, by a pattern. */
+bool isRule(const std::string& line)
+{
+    static const std::regex pattern("[ \t]*@(\\d+)\\.(\\d+)\\.(\\d+)\\.(\\d+)/(\\d+)[ \t]+"
+                                    "(\\d+)\\.(\\d+)\\.(\\d+)\\.(\\d+)/(\\d+)[ \t]+"
+                                    "(\\d+)[ \t]*:[ \t]*(\\d+)[ \t]+(\\d+)[ \t]*:[ \t]*(\\d+)[ \t]+"
+                                    "0x([0-9a-fA-F]+)/0x([0-9a-fA-F]+)([ \t][^]*)?\r?");
+    std::smatch columns;
+    if (!std::regex_match(line, columns, pattern))
+        return false;
+    const auto number = [&](std::size_t index) {
+        return std::stoul(columns[index], nullptr, index < 15 ? 10 : 16);
+    };
+    const auto isOctet = [&](std::size_t index) {
+        return number(index) <= 255 && (columns.length(index) == 1 || *columns[index].first != '0');
+    };
+    for (const std::size_t prefix : {1u, 6u})
+        for (std::size_t octet = 0; octet < 4; ++octet)
+            if (!isOctet(prefix + octet) || number(prefix + 4) > 32)
+                return false;
+    for (const std::size_t range : {11u, 13u})
+        if (number(range + 1) > 65535 || number(range) > number(range + 1))
+            return false;
+    return number(15) <= 255 && (number(16) == 0 || number(16) == 255);
+}
+
+TEST(AccessList, IsReadAsAPatternReadsIt)
+{
+    const std::string good = "@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF";
+    ASSERT_TRUE(isRule(good));
+    for (std::size_t position = 0; position < good.size(); ++position)
+        for (int byte = 0; byte < 256; ++byte) {
+            if (byte == '\n' || (byte == '#' && position == 0))
+                continue; // another line, and a comment
+            std::string text = good;
+            text[position] = static_cast<char>(byte);
+            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+            text.insert(position, 1, good[position]);
+            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+            text.erase(position, 2);
+            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+        }
 }
 
 TEST(AccessList, TakesAnyByteAnywhere)

@@ -163,6 +163,7 @@ const std::vector<Malformed>& malformedLines()
         {1, "192.168.7.0/240", "destination prefix: length is over 32"},
         {2, ": 65535", "source port range: low port is not a number"},
         {2, "-1 : 65535", "source port range: low port is not a number"},
+        {2, "0~: 65535", "source port range: low port is not a number"},
         {2, "0x0 : 65535", "source port range: low port is not a number"},
         {2, "65536 : 65536", "source port range: low port is over 65535"},
         {2, "4294967296 : 65535", "source port range: low port is over 65535"},

@@ -13,36 +13,38 @@ namespace {
 constexpr std::string_view BLANKS = " \t";
 
 /** Reads digits and nothing else; a number that is too large for the type reads as the largest. */
-bool readNumber(std::string_view digits, int base, unsigned& number)
+std::optional<unsigned> readNumber(std::string_view digits, int base)
 {
+    unsigned number = std::numeric_limits<unsigned>::max();
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number, base);
     if (error == std::errc::invalid_argument || stop != end)
-        return false;
-    if (error == std::errc::result_out_of_range)
-        number = std::numeric_limits<unsigned>::max();
-    return true;
+        return std::nullopt;
+    return number;
 }
 
 /** Leading zeros are refused, for other programs read such an octet as an octal number. */
-bool readOctet(std::string_view digits, unsigned& octet)
+std::optional<unsigned> readOctet(std::string_view digits)
 {
     const bool leadingZero = digits.size() > 1 && digits.front() == '0';
-    return !leadingZero && readNumber(digits, 10, octet) && octet <= 0xFF;
+    const auto octet = readNumber(digits, 10);
+    if (leadingZero || octet > 0xFFu)
+        return std::nullopt;
+    return octet;
 }
 
-bool readAddress(std::string_view text, std::uint32_t& address)
+std::optional<std::uint32_t> readAddress(std::string_view text)
 {
-    address = 0;
+    std::uint32_t address = 0;
     for (int index = 0; index < 4; ++index) {
         const std::size_t length = index < 3 ? text.find('.') : text.size();
-        unsigned octet = 0;
-        if (length == std::string_view::npos || !readOctet(text.substr(0, length), octet))
-            return false;
-        address = address << 8 | octet;
+        const auto octet = readOctet(text.substr(0, length));
+        if (length == std::string_view::npos || !octet)
+            return std::nullopt;
+        address = address << 8 | *octet;
         text.remove_prefix(std::min(length + 1, text.size()));
     }
-    return true;
+    return address;
 }
 
 /** Reads one line from left to right and remembers why it stopped. */
@@ -99,24 +101,25 @@ private:
     {
         const std::string_view column = takeUntil(BLANKS);
         const std::size_t slash = column.find('/');
-        if (!readAddress(column.substr(0, slash), prefix.address))
+        const auto address = readAddress(column.substr(0, slash));
+        if (!address)
             return refuse("not an address of four octets");
         if (slash == std::string_view::npos)
             return refuse("missing length");
-        if (!readNumber(column.substr(slash + 1), 10, prefix.length))
+        const auto length = readNumber(column.substr(slash + 1), 10);
+        if (!length)
             return refuse("length is not a number");
-        return prefix.length <= 32 || refuse("length is over 32");
+        prefix = {*address, *length};
+        return length <= 32u || refuse("length is over 32");
     }
 
     bool readPort(std::string_view ends, const std::string& name, std::uint16_t& port)
     {
-        unsigned number = 0;
-        if (!readNumber(takeUntil(ends), 10, number))
+        const auto number = readNumber(takeUntil(ends), 10);
+        if (!number)
             return refuse(name + " is not a number");
-        if (number > 0xFFFF)
-            return refuse(name + " is over 65535");
-        port = static_cast<std::uint16_t>(number);
-        return true;
+        port = static_cast<std::uint16_t>(*number);
+        return number <= 0xFFFFu || refuse(name + " is over 65535");
     }
 
     bool readRange(PortRange& range)
@@ -132,30 +135,33 @@ private:
         return range.low <= range.high || refuse("low port is above high port");
     }
 
-    bool readHexadecimal(std::string_view digits, const std::string& name, unsigned& number)
+    std::optional<unsigned> readHexadecimal(std::string_view digits, const std::string& name)
     {
-        const bool marked = digits.substr(0, 2) == "0x";
-        return (marked && readNumber(digits.substr(2), 16, number)) ||
-               refuse(name + " is not 0x and hexadecimal digits");
+        std::optional<unsigned> number;
+        if (digits.substr(0, 2) == "0x")
+            number = readNumber(digits.substr(2), 16);
+        if (!number)
+            refuse(name + " is not 0x and hexadecimal digits");
+        return number;
     }
 
     bool readProtocol(std::optional<std::uint8_t>& protocol)
     {
         const std::string_view column = takeUntil(BLANKS);
         const std::size_t slash = column.find('/');
-        unsigned value = 0;
-        unsigned mask = 0;
-        if (!readHexadecimal(column.substr(0, slash), "value", value))
+        const auto value = readHexadecimal(column.substr(0, slash), "value");
+        if (!value)
             return false;
-        if (value > 0xFF)
+        if (value > 0xFFu)
             return refuse("value is over 0xFF");
         if (slash == std::string_view::npos)
             return refuse("missing mask");
-        if (!readHexadecimal(column.substr(slash + 1), "mask", mask))
+        const auto mask = readHexadecimal(column.substr(slash + 1), "mask");
+        if (!mask)
             return false;
-        if (mask == 0xFF)
-            protocol = static_cast<std::uint8_t>(value);
-        return mask == 0x00 || mask == 0xFF || refuse("mask is neither 0x00 nor 0xFF");
+        if (mask == 0xFFu)
+            protocol = static_cast<std::uint8_t>(*value);
+        return mask == 0x00u || mask == 0xFFu || refuse("mask is neither 0x00 nor 0xFF");
     }
 
     std::string_view rest_;

@@ -12,15 +12,15 @@ using namespace FiltersCommon;
 
 namespace {
 
-constexpr std::string_view BLANKS = " ";
+constexpr char BLANK = ' ';
 
 /** The words of a line, with one blank between them. */
 std::string words(std::string_view line)
 {
     std::string text;
     while (!line.empty()) {
-        line.remove_prefix(std::min(line.find_first_not_of(BLANKS), line.size()));
-        const std::string_view word = line.substr(0, line.find_first_of(BLANKS));
+        line.remove_prefix(std::min(line.find_first_not_of(BLANK), line.size()));
+        const std::string_view word = line.substr(0, line.find_first_of(BLANK));
         line.remove_prefix(word.size());
         if (!word.empty())
             (text += text.empty() ? "" : " ") += word;
