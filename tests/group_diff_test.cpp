@@ -8,9 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iomanip>
 #include <map>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -225,6 +227,22 @@ TEST(GroupDiff, Policers)
                              "Green Set DSCP 46\n";
     EXPECT_EQ(changes(without, with), "+" + text);
     EXPECT_EQ(changes(with, without), "-" + text);
+}
+
+/** Two hexadecimal digits for each byte. */
+std::string hexadecimal(const std::string& bytes)
+{
+    std::ostringstream text;
+    text << std::hex << std::setfill('0');
+    for (const char byte : bytes)
+        text << std::setw(2) << static_cast<unsigned>(static_cast<unsigned char>(byte));
+    return text.str();
+}
+
+TEST(WireText, OfAPolicerIsItsBytes)
+{
+    const policer::Policer policer(0xFEDCBA98, policer::STAGE_EGRESS, policer::Mode(), {});
+    EXPECT_EQ(wireTextOf(policer), "bytes " + hexadecimal(policer.Serialize()));
 }
 
 TEST(GroupDiff, WhatDumpsDoNotShow)
