@@ -14,6 +14,8 @@ foreach(name filterctl_test filterctl_commands_test)
   target_compile_definitions(${name} PRIVATE FILTERCTL_COMMAND="'$<JOIN:${words},' '>'")
   add_dependencies(${name} filterctl)
 endforeach()
+target_compile_definitions(filterctl_test PRIVATE
+  GOLDEN_FOLDER="${CMAKE_CURRENT_SOURCE_DIR}/golden")
 
 # What is installed beside it.
 set(completion ${PROJECT_SOURCE_DIR}/tools/filterctl.bash)

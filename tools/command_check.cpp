@@ -48,8 +48,8 @@ int check(const CommandLine& line)
     return refusals.empty() ? DONE : REFUSED;
 }
 
-constexpr option OPTIONS[] = {GROUP_OPTION,  PRIORITY_OPTION, STAGE_OPTION, TYPE_OPTION,
-                              ACTION_OPTION, HELP_OPTION,     LAST_OPTION};
+constexpr auto OPTIONS = optionList(GROUP_OPTION, PRIORITY_OPTION, STAGE_OPTION, TYPE_OPTION,
+                                    ACTION_OPTION, HELP_OPTION);
 
 constexpr char HELP[] =
     "usage: filterctl check [FILE] [OPTION]...\n"
@@ -74,6 +74,6 @@ constexpr char HELP[] =
 
 } // namespace
 
-const Command CHECK = {"check", "-", OPTIONS, 0, 1, "one file", check, REFUSED, HELP};
+const Command CHECK = {"check", "-", OPTIONS.data(), 0, 1, "one file", check, REFUSED, HELP};
 
 } // namespace filterctl

@@ -28,7 +28,7 @@ int diff(const CommandLine& line)
     return text.empty() ? DONE : DIFFERENT;
 }
 
-constexpr option OPTIONS[] = {CONTENT_OPTION, BRIEF_OPTION, HELP_OPTION, LAST_OPTION};
+constexpr auto OPTIONS = optionList(CONTENT_OPTION, BRIEF_OPTION, HELP_OPTION);
 
 constexpr char HELP[] =
     "usage: filterctl diff A B [-o FILE] [OPTION]...\n"
@@ -53,6 +53,6 @@ constexpr char HELP[] =
 
 } // namespace
 
-const Command DIFF = {"diff", "-o:q", OPTIONS, 2, 2, "two files", diff, TROUBLE, HELP};
+const Command DIFF = {"diff", "-o:q", OPTIONS.data(), 2, 2, "two files", diff, TROUBLE, HELP};
 
 } // namespace filterctl

@@ -16,8 +16,8 @@ int importRules(const CommandLine& line)
     return DONE;
 }
 
-constexpr option OPTIONS[] = {GROUP_OPTION,  PRIORITY_OPTION, STAGE_OPTION, TYPE_OPTION,
-                              ACTION_OPTION, HELP_OPTION,     LAST_OPTION};
+constexpr auto OPTIONS = optionList(GROUP_OPTION, PRIORITY_OPTION, STAGE_OPTION, TYPE_OPTION,
+                                    ACTION_OPTION, HELP_OPTION);
 
 constexpr char HELP[] =
     "usage: filterctl import RULES [-o FILE] [OPTION]...\n"
@@ -39,7 +39,7 @@ constexpr char HELP[] =
 
 } // namespace
 
-const Command IMPORT = {"import",          "-o:",       OPTIONS, 1,   1,
-                        "one access list", importRules, REFUSED, HELP};
+const Command IMPORT = {"import",          "-o:",       OPTIONS.data(), 1,   1,
+                        "one access list", importRules, REFUSED,        HELP};
 
 } // namespace filterctl

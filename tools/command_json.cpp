@@ -13,7 +13,7 @@ int printJson(const CommandLine& line)
     return DONE;
 }
 
-constexpr option OPTIONS[] = {COMPACT_OPTION, HELP_OPTION, LAST_OPTION};
+constexpr auto OPTIONS = optionList(COMPACT_OPTION, HELP_OPTION);
 
 constexpr char HELP[] =
     "usage: filterctl json [FILE] [-o FILE] [OPTION]...\n"
@@ -34,6 +34,6 @@ constexpr char HELP[] =
 
 } // namespace
 
-const Command JSON = {"json", "-o:", OPTIONS, 0, 1, "one file", printJson, REFUSED, HELP};
+const Command JSON = {"json", "-o:", OPTIONS.data(), 0, 1, "one file", printJson, REFUSED, HELP};
 
 } // namespace filterctl

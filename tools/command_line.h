@@ -8,6 +8,7 @@
 
 #include <getopt.h>
 
+#include <array>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -39,7 +40,7 @@ struct CommandLine {
     ImportOptions importOptions() const;
 };
 
-// The rows of which a command makes its list of long options, which LAST_OPTION ends.
+// The rows of which a command makes its list of long options.
 enum OptionCode {
     OPERAND = 1,
     OPTION_OUTPUT = 'o',
@@ -63,7 +64,13 @@ constexpr option PRIORITY_OPTION = {"priority", required_argument, nullptr, OPTI
 constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STAGE};
 constexpr option TYPE_OPTION = {"type", required_argument, nullptr, OPTION_TYPE};
 constexpr option ACTION_OPTION = {"action", required_argument, nullptr, OPTION_ACTION};
-constexpr option LAST_OPTION = {nullptr, 0, nullptr, 0};
+
+/** The list in the form of getopt_long, which an empty row ends. */
+template <class... Options>
+constexpr std::array<option, sizeof...(Options) + 1> optionList(Options... options)
+{
+    return {{options..., option{}}};
+}
 
 /**
  * Reads what stands behind the command, which argv begins with. The short options are in the form

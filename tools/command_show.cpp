@@ -16,7 +16,7 @@ int showGroup(const CommandLine& line)
     return DONE;
 }
 
-constexpr option OPTIONS[] = {HELP_OPTION, LAST_OPTION};
+constexpr auto OPTIONS = optionList(HELP_OPTION);
 
 constexpr char HELP[] = "usage: filterctl show [FILE] [-o FILE]\n"
                         "\n"
@@ -31,6 +31,6 @@ constexpr char HELP[] = "usage: filterctl show [FILE] [-o FILE]\n"
 
 } // namespace
 
-const Command SHOW = {"show", "-o:", OPTIONS, 0, 1, "one file", showGroup, REFUSED, HELP};
+const Command SHOW = {"show", "-o:", OPTIONS.data(), 0, 1, "one file", showGroup, REFUSED, HELP};
 
 } // namespace filterctl

@@ -88,7 +88,7 @@ int printStatistics(const CommandLine& line)
     return DONE;
 }
 
-constexpr option OPTIONS[] = {HELP_OPTION, LAST_OPTION};
+constexpr auto OPTIONS = optionList(HELP_OPTION);
 
 constexpr char HELP[] =
     "usage: filterctl stats [FILE] [-o FILE]\n"
@@ -107,6 +107,7 @@ constexpr char HELP[] =
 
 } // namespace
 
-const Command STATS = {"stats", "-o:", OPTIONS, 0, 1, "one file", printStatistics, REFUSED, HELP};
+const Command STATS = {"stats",    "-o:",           OPTIONS.data(), 0,   1,
+                       "one file", printStatistics, REFUSED,        HELP};
 
 } // namespace filterctl
