@@ -17,6 +17,7 @@
 #include <string>
 #include <system_error>
 
+#include <fcntl.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -88,7 +89,16 @@ int __wrap_close(int file)
 
 namespace {
 
-/** A folder with the file "target", which holds "kept". */
+std::size_t openFiles()
+{
+    std::size_t count = 0;
+    for (int file = 0; file < 256; ++file)
+        if (::fcntl(file, F_GETFD) != -1)
+            ++count;
+    return count;
+}
+
+/** A folder with the file "target", which holds "kept". No test leaves a file open. */
 class Files : public testing::Test {
 protected:
     Files()
@@ -104,6 +114,7 @@ protected:
     {
         failingCall.clear();
         fs::remove_all(folder_);
+        EXPECT_EQ(openFiles(), openFiles_);
     }
 
     std::string path(const char* name) const { return (folder_ / name).string(); }
@@ -122,6 +133,7 @@ protected:
     }
 
 private:
+    const std::size_t openFiles_ = openFiles();
     fs::path folder_;
 };
 

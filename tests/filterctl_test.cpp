@@ -337,8 +337,14 @@ TEST_F(Filterctl, TheTargetKeepsItsNatureAndPermissions)
     const auto permissions = [this](const char* name) {
         return static_cast<unsigned>(fs::status(file(name)).permissions());
     };
-    expectDone("import good -o new", "", "umask 027; ");
-    EXPECT_EQ(permissions("new"), 0640u);
+    const std::pair<const char*, unsigned> masks[] = {
+        {"umask 0; ", 0666}, {"umask 022; ", 0644}, {"umask 077; ", 0600}, {"umask 777; ", 0}};
+    for (const auto& [mask, expected] : masks) {
+        expectDone("import good -o new", "", mask);
+        EXPECT_EQ(permissions("new"), expected);
+        fs::remove(file("new"));
+    }
+    expectDone("import good -o new");
     fs::permissions(file("new"), static_cast<fs::perms>(0604));
     fs::create_directory(file("folder"));
     fs::create_symlink("../new", file("folder/link"));
