@@ -94,7 +94,10 @@ std::string quoted(char letter) { return letter == '\'' ? "'\\''" : std::string(
 
 TEST_F(Filterctl, Help)
 {
-    const std::string general = run("--help").out;
+    const Outcome generalOutcome = run("--help");
+    EXPECT_EQ(generalOutcome.status, 0);
+    EXPECT_EQ(generalOutcome.err, "");
+    const std::string general = generalOutcome.out;
     EXPECT_EQ(general.substr(0, 17), "usage: filterctl ");
     for (const std::string command : {"import", "show", "check", "diff", "json", "stats"}) {
         EXPECT_NE(general.find("  filterctl " + command + " "), std::string::npos) << command;
