@@ -197,7 +197,8 @@ TEST(DirectBytes, AreLeftToTheParserWhereATruthIsWide)
         for (unsigned bit = 0; bit <= 64; ++bit) {
             SCOPED_TRACE(bit);
             const std::uint64_t number = bit == 64 ? 0 : std::uint64_t{1} << bit;
-            const std::string match = wire::number(1, kind) + wire::number(field, number);
+            const std::string match =
+                wire::number(1, static_cast<std::uint32_t>(kind)) + wire::number(field, number);
             const std::string counter = wire::number(1, 3) + wire::number(2, COUNTER_TYPE_PACKETS);
             const FiltersEntry entry(wire::number(1, 7) + wire::number(2, 8) +
                                      wire::delimited(3, "?") + wire::delimited(4, match) +
