@@ -42,6 +42,20 @@ struct Piece {
 void writeLongest(ByteWriter& writer) { writer.number(Signed(), MINUS_ONE); }
 const std::string LONGEST = wire::number(1, ~std::uint64_t{0});
 
+template <std::size_t length>
+void writePart(ByteWriter& writer)
+{
+    writer.message(Part(), [](ByteWriter& part) {
+        part.bytes(Text(), std::string(length, 'x'));
+        writeLongest(part);
+    });
+}
+
+std::string part(std::size_t length)
+{
+    return wire::delimited(4, wire::delimited(3, std::string(length, 'x')) + LONGEST);
+}
+
 const std::vector<Piece> PIECES = {
     {"number", [](ByteWriter& writer) { writer.number(Unsigned(), MINUS_ONE); },
      wire::number(2, MINUS_ONE)},
@@ -59,22 +73,8 @@ const std::vector<Piece> PIECES = {
          writer.message(Far(), [](ByteWriter& part) { writeLongest(part); });
      },
      wire::delimited(16, LONGEST)},
-    {"part with a length of two bytes",
-     [](ByteWriter& writer) {
-         writer.message(Part(), [](ByteWriter& part) {
-             part.bytes(Text(), std::string(200, 'x'));
-             writeLongest(part);
-         });
-     },
-     wire::delimited(4, wire::delimited(3, std::string(200, 'x')) + LONGEST)},
-    {"part with a length of three bytes",
-     [](ByteWriter& writer) {
-         writer.message(Part(), [](ByteWriter& part) {
-             part.bytes(Text(), std::string(20000, 'x'));
-             writeLongest(part);
-         });
-     },
-     wire::delimited(4, wire::delimited(3, std::string(20000, 'x')) + LONGEST)},
+    {"part with a length of two bytes", writePart<200>, part(200)},
+    {"part with a length of three bytes", writePart<20000>, part(20000)},
 };
 
 TEST(ByteWriter, WritesTheSameWhereverItsBufferEnds)
