@@ -15,7 +15,7 @@ constexpr std::string_view BLANKS = " \t";
 /** Reads digits and nothing else; a number that is too large for the type reads as the largest. */
 std::optional<unsigned> readNumber(std::string_view digits, int base)
 {
-    unsigned number = std::numeric_limits<unsigned>::max();
+    unsigned number = std::numeric_limits<unsigned>::max(); // stays if the digits say more
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number, base);
     if (error == std::errc::invalid_argument || stop != end)
