@@ -81,8 +81,8 @@ void writeMatches()
                  "An entry may be in a group only if the group's type (columns 0 to 9) admits each "
                  "of its match kinds;\notherwise `FILTERS_ERR_MATCH_NOT_ALLOWED`. Type 0 takes "
                  "entries without matches only. A `MatchDSCP`\ncounts as a `MatchToS`.\n\n"
-                 "The column \"entry\" is a rule of entries: one with a kind of IPv4 takes none of "
-                 "IPv6, and the other\nway round (`FILTERS_ERR_INVALID`).\n\n";
+                 "The column \"entry\" is a rule of entries: IPv4 and IPv6 kinds cannot be in the "
+                 "same entry\n(`FILTERS_ERR_INVALID`).\n\n";
     writeHeader("| code | kind | class | entry |", "", FiltersGroup::TypeDescription_.size());
     for (const auto& kind : MATCH_KINDS)
         std::cout << kindCells(kind, filtersMatchName(kind.code)) << cell(familyOf(kind.code))
@@ -92,7 +92,7 @@ void writeMatches()
 void writeTypes()
 {
     std::cout << "\n## Group types by group stage\n\n"
-                 "A stage and a type that do not fit are refused with "
+                 "A stage and a type that do not fit each other are refused with "
                  "`FILTERS_ERR_TYPE_NOT_ALLOWED`.\n\n";
     writeHeader("| stage |", "type ", FiltersGroup::TypeDescription_.size());
     for (const auto& [stage, types] : FiltersGroup::StageTypesDescription_) {
@@ -117,9 +117,9 @@ void writeActions()
 void writePolicers()
 {
     std::cout << "\n## Policers by group stage\n\n"
-                 "A policer of a stage that does not fit is refused with "
+                 "A policer whose stage does not fit is refused with "
                  "`FILTERS_ERR_POLICER_STAGE`. A policer of\n`STAGE_NONE`, which an entry has "
-                 "unless it was given another, passes everywhere.\n\n";
+                 "by default, is admitted everywhere.\n\n";
     const FiltersGroup anyGroup(0);
     writeHeader("| policer stage |", "stage ", FiltersGroup::StageActionsDescription_.size());
     for (const auto stage : {policer::STAGE_INGRESS, policer::STAGE_EGRESS, policer::STAGE_NONE}) {
@@ -137,7 +137,7 @@ int main()
 {
     std::cout << "<!-- Written by scripts/regenerate-docs; not edited by hand. -->\n\n"
                  "# What a group admits\n\n"
-                 "The same tables in code: `FiltersGroup::TypeDescription_`, "
+                 "In code, these tables are `FiltersGroup::TypeDescription_`, "
                  "`StageTypesDescription_`,\n`StageActionsDescription_` and "
                  "`groupPolicerValidation`.\n\n";
     writeMatches();

@@ -1,13 +1,12 @@
-# Takes the files and the sessions out of a page, into the folder OUT.
+# Extracts the files and the sessions of a page into the folder OUT.
 #
 #   awk -v out=OUT -f extract.awk PAGE
 #
-# A block of code behind the line "<!-- file: NAME -->" is a file; blocks of the same name are put
-# together. A block of "console" is a session, or more of the one that "<!-- session: NAME -->"
-# began; it goes to OUT/sessions/NAME. A block of "text" behind "<!-- output: NAME -->" is what the
-# program NAME prints, or the next part of it, after a blank line: a session too. Other blocks of
-# "text" are left alone. There is no other code in a page: nothing stands there that no test has
-# seen.
+# A code block after the line "<!-- file: NAME -->" is a file; blocks with the same name are joined.
+# A "console" block is a session, or continues the one that "<!-- session: NAME -->" began; it goes
+# to OUT/sessions/NAME. A "text" block after "<!-- output: NAME -->" is what the program NAME
+# prints, or the next part of it, after a blank line; this is a session too. Other "text" blocks are
+# ignored. Any other code in a page is an error, so that no code goes untested.
 
 /^<!-- file: [^ ]+ -->$/ { name = $3; next }
 /^<!-- session: [^ ]+ -->$/ { session = $3; next }

@@ -28,7 +28,7 @@ std::string typeOf(const FieldDescriptor& field)
     return repeated + field.type_name();
 }
 
-/** A row for each class: its code, and the fields that any form of it fills besides the type. */
+/** A row for each class: its code, and the fields besides the type that its samples fill. */
 template <class Message, class Base>
 void writeTable(const std::vector<test::Sample<Base>>& samples)
 {
@@ -68,8 +68,8 @@ int main()
 {
     std::cout << "<!-- Written by scripts/regenerate-docs; not edited by hand. -->\n\n"
                  "# Fields by kind\n\n"
-                 "Each kind fills `type_`, which is field 1, and the fields named here, with their "
-                 "numbers and types.\n[wire.md](wire.md) says how the values stand in them.\n\n"
+                 "Each kind fills `type_`, which is field 1, and the fields listed here with their "
+                 "numbers and types.\n[wire.md](wire.md) says how values are encoded.\n\n"
                  "## MatchPB\n\n";
     writeTable<MatchPB>(test::matchSamples());
     std::cout << "\n## ActionPB\n\n";

@@ -12,7 +12,7 @@ import picture
 import targets
 from figures import PEERS, SUBJECTS
 
-# Each row: what it is called, the library's operation, and that of the peers.
+# Each row: its title, the library's operation, and the peers'.
 COMPARED = [
     ("build", "build", "build"),
     ("build, then copy into a group", "group_build", "group_build"),
@@ -26,7 +26,7 @@ COMPARED = [
     ("text; floor appends to a string", "text", "text_appended"),
     ("destroy", "destroy", "destroy"),
 ]
-# What the library alone does.
+# Operations that only the library has.
 ALONE = {
     "text_walk": "text to a stream that keeps nothing",
     "stage_change": "stage change of a full group",
@@ -87,16 +87,16 @@ def alone(figures):
 
 def counted(figures):
     few, many = figures.sizes[0], figures.sizes[-1]
-    header = ["a rule"]
+    header = ["per rule"]
     for what in "allocations", "live bytes", "instructions":
-        header += [f"{what}, {few:,}", f"{many:,}", "quotient"]
+        header += [f"{what}, {few:,}", f"{many:,}", "ratio"]
     rows = []
     for own, name in OPERATIONS.items():
         row = [name]
         for what in "allocations", "live_bytes", "instructions":
             a, b = (figures.count(what, "filters", own, size) for size in (few, many))
             digits = 2 if what == "allocations" else 0
-            # What is next to nothing has no growth.
+            # The growth of next to nothing means nothing.
             grown = b / a if abs(a) >= 0.5 else None
             row += [number(a, digits), number(b, digits), quotient(grown)]
         rows.append(row)
@@ -150,9 +150,10 @@ def loading(figures):
 INTRODUCTION = """\
 # Performance
 
-A switch loads its whole rule set anew when it restarts: every rule is built, checked, copied into
-its group, serialized, parsed in the next process, and compared. This is what each of these costs
-for a rule, how it grows with the number of rules, and how it stands to other ways of holding rules.
+When a switch restarts, it reloads its whole rule set: every rule is built, checked, copied into its
+group, serialized, parsed in the next process, and compared. This page shows what each of these
+steps costs per rule, how the cost grows with the number of rules, and how it compares to other ways
+of holding rules.
 
 `scripts/bench` repeats all measurements and writes this page. `scripts/bench --rules FILE` does so
 for an access list of your own, in the format that `filterctl import` reads.
@@ -161,62 +162,61 @@ for an access list of your own, in the format that `filterctl import` reads.
 SUBJECTS_EXPLAINED = """\
 - **the library**: a `FiltersGroup` of rules, each a five-tuple (addresses, ports, protocol) with an
   action. *Build* makes the rules by themselves; a group then takes a copy of each.
-- **messages**: the messages of the library's own schema with nothing around them, as a program
-  holds rules that takes the generated classes for its data model; each part on the heap, or all on
-  an arena, which frees all at once but no single rule. They check nothing. Their equality is
-  `MessageDifferencer`'s, their text `DebugString`'s.
-- **libnftnl**: the library that programs use to hand rules to the packet filter of the Linux
-  kernel. A rule is a list of expressions: load, mask if the mask is not full, compare; and a
-  verdict. A copy goes through the bytes, and equality is that of the bytes, for there are no
-  others.
-- **floor**: the least code that does the same, written by hand for these matches alone, without
+- **messages**: bare messages of the library's own schema, as in a program that uses the generated
+  classes as its data model; each part on the heap, or all on an arena, which frees everything at
+  once but no single rule. They check nothing. Equality is `MessageDifferencer`'s, text
+  `DebugString`'s.
+- **libnftnl**: the library that programs use to pass rules to the packet filter of the Linux
+  kernel. A rule is a list of expressions (load, mask if the mask is not full, compare) and a
+  verdict. Rules are copied and compared by their bytes, since there is no other way.
+- **floor**: the least code that does the same, written by hand for just these matches, without
   checks: 12 allocations for *build* and their frees for *destroy*; objects in maps encoded,
   decoded, copied with hints, and walked in parallel; the same text through a stream, and appended
   to a string.
 
-All write the same bytes and the same text where the format is the library's; the benchmark checks
-that before it begins.
+Where the format is the library's, all write the same bytes and the same text; the benchmark checks
+this before it begins.
 """
 
 
 def page(figures, surroundings):
     yield INTRODUCTION
-    yield "![Nanoseconds a rule against the number of rules](performance.svg)\n"
-    yield "## On what\n"
+    yield "![Nanoseconds per rule against the number of rules](performance.svg)\n"
+    yield "## Setup\n"
     yield from (f"- {name}: {value}" for name, value in surroundings.items())
     yield (
-        f"- medians of {figures.repetitions} repetitions in random order; the time is the "
-        "processor's, so others on the machine disturb little"
+        f"- medians of {figures.repetitions} repetitions in random order, in processor time, so "
+        "that other processes disturb little"
     )
     yield (
-        "- before each run the free memory of the heap is joined, and none goes back to the system: "
-        "neither what ran before nor the kernel's pages are measured"
+        "- before each run free heap memory is joined, and none is returned to the system: earlier "
+        "runs and the kernel's page handling are not measured"
     )
     yield "\n## Targets\n"
     yield (
-        "A figure is a quotient, or the allocations a rule. A target is met where it is met at "
-        "every size. Messages are those on the heap: an arena gives nothing back before all goes, "
-        "so rules that come and go cannot be held there. Its times stand below all the same.\n"
+        "A figure is a ratio, or the allocations per rule. A target must be met at every size. "
+        "Messages are those on the heap: an arena frees nothing until everything is freed, so it "
+        "cannot hold rules that come and go. Its times are given below all the same.\n"
     )
     yield from aims(figures)
     yield "## Time\n"
     yield SUBJECTS_EXPLAINED
     yield (
-        "In nanoseconds a rule. In brackets the library's time divided by that of the column: "
-        "below 1 the library is quicker.\n"
+        "In nanoseconds per rule. In brackets, the library's time divided by that of the column: "
+        "below 1 the library is faster.\n"
     )
     for size in figures.sizes:
         yield from compared(figures, size)
-    yield "What the library does besides, for each rule that is touched:\n"
+    yield "The library's other operations, for each rule that is touched:\n"
     yield from alone(figures)
     yield "## Allocations, memory and instructions\n"
     yield (
-        "Counted, so exact: allocations with all that the runtimes make, bytes that live on "
-        "after the operation, instructions as callgrind counts them.\n"
+        "Counted, so exact: allocations, including those of the runtimes; bytes still allocated "
+        "after the operation; instructions as callgrind counts them.\n"
     )
     yield from counted(figures)
     yield (
-        "The instructions of the others; in brackets the library's divided by those of the "
+        "The instructions of the others; in brackets, the library's divided by those of the "
         "column:\n"
     )
     yield from peers_counted(figures)

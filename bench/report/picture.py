@@ -97,7 +97,7 @@ def axes(sizes, across, up, title):
     middle = (LEFT + WIDTH - RIGHT) / 2
     yield text(middle, HEIGHT - BOTTOM + 34, "rules in the group")
     turned = f'transform="rotate(-90 14 {(TOP + HEIGHT - BOTTOM) / 2})"'
-    yield text(14, (TOP + HEIGHT - BOTTOM) / 2, "ns a rule", "middle", turned)
+    yield text(14, (TOP + HEIGHT - BOTTOM) / 2, "ns per rule", "middle", turned)
 
 
 def legend(subjects):
@@ -137,7 +137,7 @@ def draw(figures):
     wide, high = COLUMNS * WIDTH, rows * HEIGHT
     return (
         f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {wide} {high}" role="img" '
-        f'aria-label="Nanoseconds a rule against the number of rules">\n'
+        f'aria-label="Nanoseconds per rule against the number of rules">\n'
         f"<style>\n{style()}\n</style>\n"
         f'<rect class="paper" width="{wide}" height="{high}"/>\n'
         + "\n".join(parts)

@@ -47,11 +47,11 @@ def of_quickest(figures, text, operation, peers, peer_operations, limit, stretch
 
 def of_bytes(figures):
     yield of_quickest(
-        figures, "rules to bytes, of messages built and serialized",
+        figures, "rules to bytes, against messages built and serialized",
         "to_bytes", MESSAGES, ["tree_to_bytes"], 0.5, 0.15,
     )
     yield of_quickest(
-        figures, "bytes to rules, of messages parsed",
+        figures, "bytes to rules, against messages parsed",
         "from_bytes", MESSAGES, ["from_bytes"], 1.0, 0.7,
     )
 
@@ -65,15 +65,15 @@ def of_peers(figures):
     for operation, name in names.items():
         same = ways.get(operation, [operation])
         yield of_quickest(
-            figures, f"{name}, of libnftnl's", operation, ["nftnl"], same, 1 / 3
+            figures, f"{name}, against libnftnl", operation, ["nftnl"], same, 1 / 3
         )
-        yield of_quickest(figures, f"{name}, of messages'", operation, MESSAGES, same, 1.0)
+        yield of_quickest(figures, f"{name}, against messages", operation, MESSAGES, same, 1.0)
     yield of_quickest(
-        figures, "build and copy into a group, of messages'",
+        figures, "build and copy into a group, against messages",
         "group_build", MESSAGES, ["group_build"], 1.0,
     )
     yield of_quickest(
-        figures, "text, of the messages' debug text", "text", MESSAGES, ["text"], 0.8
+        figures, "text, against the messages' debug text", "text", MESSAGES, ["text"], 0.8
     )
 
 
@@ -117,7 +117,7 @@ def of_growth(figures, operations):
     grown = {o: growth(figures, o) for o in operations if o not in LOOKING_UP}
     worst = max(grown, key=lambda operation: grown[operation] or 0)
     yield Target(
-        "instructions a rule with the most rules, of those with the fewest; the worst: "
+        "instructions per rule with the most rules, against the fewest; the worst: "
         + worst.replace("_", " "),
         GROWTH,
         [None] * (len(figures.sizes) - 1) + [grown[worst]],
