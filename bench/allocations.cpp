@@ -39,7 +39,7 @@ void keepMemory()
 
 void settleHeap()
 {
-    // The C library joins its free pieces when a large one is freed.
+    // Freeing a large block makes the C library join its free blocks.
     constexpr std::size_t LARGE = 1 << 20;
     void* volatile block = std::malloc(LARGE);
     std::free(block);
@@ -61,7 +61,7 @@ Allocations stopCounting()
 
 extern "C" {
 
-// The C library's own, under the names that stay when the usual ones are taken.
+// The C library's own functions, under names that are not overridden.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);

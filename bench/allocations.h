@@ -1,8 +1,8 @@
 /**
- * Counts what a program allocates, whichever language and library it comes from: the programs that
- * link this have malloc and its like go through it. Needs the GNU C library.
+ * Counts what a program allocates, in any language and library: in programs that link this, malloc
+ * and the like go through it. Needs the GNU C library.
  *
- * The allocator of the tests is another: it fails on demand, and sees only what C++ allocates.
+ * The tests have a different allocator, which fails on demand and sees only C++ allocations.
  */
 #ifndef FILTER_COMMON_BENCH_ALLOCATIONS_H
 #define FILTER_COMMON_BENCH_ALLOCATIONS_H
@@ -18,15 +18,15 @@ struct Allocations {
 };
 
 /**
- * Has the heap keep all memory that it was ever given, for blocks of any size. Without it some runs
- * would take fresh pages from the kernel, and others the pages that the run before left.
+ * Makes the heap keep all memory it was ever given, for blocks of any size. Otherwise some runs
+ * would take fresh pages from the kernel, and others the pages left by the previous run.
  */
 void keepMemory();
 
-/** Joins what lies free on the heap, so that nothing depends on the order in which it was freed. */
+/** Joins the free blocks of the heap, so that the order of earlier frees does not matter. */
 void settleHeap();
 
-/** Between the two, allocations are counted. Only one thread may run then. */
+/** Allocations are counted between these two. Only one thread may run meanwhile. */
 void startCounting();
 Allocations stopCounting();
 

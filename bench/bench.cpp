@@ -3,8 +3,8 @@
  *
  *     filter_bench [--rules=FILE] [--sizes=N,N,...] [--repetitions=N] [options of Google Benchmark]
  *
- * The time is that of the processor, so that others on the machine disturb little. Progress goes to
- * standard error: with repetitions in random order, results come all at the end.
+ * Measures processor time, so that other processes disturb little. Progress goes to standard error,
+ * because with repetitions in random order all results come at the end.
  */
 #include "allocations.h"
 #include "operations.h"
@@ -29,7 +29,7 @@ double processorSeconds()
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-/** Says every few seconds how far the measurements are. */
+/** Reports every few seconds how far the measurements have got. */
 class Progress {
 public:
     /** Each benchmark is tried out about twice before it is repeated. */
@@ -66,7 +66,7 @@ void measure(benchmark::State& state, const Operation& operation)
         operation.clear();
     }
     const auto rules = static_cast<double>(operation.rules);
-    // One run beside those that are timed.
+    // A run that is not timed.
     const Allocations allocations = allocationsOf(operation);
     state.counters["rules"] = rules;
     state.counters["allocations"] = static_cast<double>(allocations.count) / rules;

@@ -1,12 +1,12 @@
 /**
- * Counts, once for each operation, what does not depend on the machine's mood.
+ * Counts, once for each operation, what does not vary from run to run.
  *
  *     filter_counts [--rules=FILE] [--sizes=N,N,...] [--subject=NAME] allocations | instructions
  *
- * For each operation a line with its title, the number of its rules, and for "allocations" how many
- * allocations it made and how many bytes more live after it. "instructions" runs under callgrind
- * without instrumentation at its start, and has it dump the instructions of each operation under
- * its title; bench/report/counts.py runs it and reads the dumps.
+ * Prints for each operation a line with its title, its number of rules, and for "allocations" how
+ * many allocations it made and how many more bytes are allocated after it. "instructions" runs
+ * under callgrind, with instrumentation off at the start, and dumps the instructions of each
+ * operation under its title; bench/report/counts.py runs it and reads the dumps.
  */
 #include "allocations.h"
 #include "operations.h"
@@ -42,7 +42,7 @@ void countAllocations(const std::string& title, const Description& description,
 
 #ifdef HAVE_CALLGRIND
 
-/** Has what is done once in a process behind it, in the runtimes and the dynamic linker. */
+/** Gets everything done that the runtimes and the dynamic linker do once per process. */
 void warmUp(const Description& description, const Rules& rules)
 {
     constexpr std::size_t FEW = 16;
@@ -88,7 +88,7 @@ Count countOf(const std::string& what)
     throw std::runtime_error("cannot count " + what);
 }
 
-/** Each in a process of its own, so that none finds the heap as another left it. */
+/** Each operation gets its own process, so that it does not see the heap that another left. */
 void countInAChild(Count count, const std::string& title, const Description& description,
                    const Workload& workload)
 {

@@ -154,7 +154,7 @@ Operation stageChange(const Rules& rules)
     });
 }
 
-/** No other type admits all five matches, so the type stays what it was. */
+/** No other type admits all five matches, so the type is set to itself. */
 Operation typeChange(const Rules& rules)
 {
     return asking(rules.size(), [group = sharedGroupOf(rules)] {
@@ -164,7 +164,7 @@ Operation typeChange(const Rules& rules)
 
 // --------------------------------------------------------------------- some entries of many
 
-/** A group, and every sixteenth of its entries. */
+/** A group, and one in sixteen of its entries. */
 struct Sixteenth {
     explicit Sixteenth(const Rules& rules) : group(groupOf(rules))
     {
@@ -192,7 +192,7 @@ struct Sixteenth {
     std::vector<FiltersEntry> entries;
 };
 
-/** The least that an insertion has to make. */
+/** The minimum that an insertion has to allocate. */
 Operation nodeCopy(const Rules& rules)
 {
     const auto some = std::make_shared<Sixteenth>(rules);

@@ -13,7 +13,7 @@
 
 namespace bench {
 
-/** Of a stage and type that admit five-tuples. */
+/** A group whose stage and type admit five-tuples. */
 FiltersCommon::FiltersGroup emptyGroup();
 
 FiltersCommon::FiltersEntry entryOf(std::size_t id, const Rule& rule);

@@ -20,7 +20,7 @@ Entries entriesOf(const Rules& rules)
     return entries;
 }
 
-/** The operation that does @p act with each entry, and has to get true of each. */
+/** The operation that calls @p act with each entry; each call has to return true. */
 template <class Act>
 Operation withEach(const std::shared_ptr<Entries>& entries, Act act)
 {
@@ -32,7 +32,7 @@ Operation withEach(const std::shared_ptr<Entries>& entries, Act act)
     });
 }
 
-// Every entry of any rule set takes a match of the time to live, which no rule asks for.
+// No rule asks for a time to live, so a match of it can be added to every entry.
 
 bool addMatch(FiltersEntry& entry) { return entry.setMatch(MatchTTL(64)) == FILTERS_OK; }
 

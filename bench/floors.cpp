@@ -100,7 +100,7 @@ bool same(const Entries& a, const Entries& b)
     });
 }
 
-/** As many as a rule of a five-tuple has objects and nodes for them, half of each size. */
+/** As many blocks as a five-tuple rule has objects and nodes, half of each size. */
 constexpr std::size_t BLOCKS = 12;
 constexpr std::size_t OBJECT = 24, NODE = 48;
 

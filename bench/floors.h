@@ -1,6 +1,6 @@
 /**
- * The least code that holds rules as the library does and does the same with them: it knows the
- * kinds of a five-tuple and nothing else, and checks nothing.
+ * The least code that holds rules as the library does and does the same with them: it knows only
+ * the kinds of a five-tuple, and checks nothing.
  */
 #ifndef FILTER_COMMON_BENCH_FLOORS_H
 #define FILTER_COMMON_BENCH_FLOORS_H
@@ -15,7 +15,7 @@
 
 namespace bench {
 
-/** An address or a port with its mask, a protocol, or nothing but its kind. */
+/** An address or a port with its mask, a protocol, or only a kind. */
 struct Object {
     explicit Object(int code, std::uint32_t v = 0, std::uint32_t m = 0)
         : kind(code), value(v), mask(m)

@@ -12,7 +12,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-// The tags of the fields, as they stand before the values.
+// The tags of the fields, as written before the values.
 constexpr std::uint32_t NUMBER_1 = 0x08, NUMBER_2 = 0x10, NUMBER_3 = 0x18, NUMBER_4 = 0x20;
 constexpr std::uint32_t BYTES_3 = 0x1A, BYTES_4 = 0x22, BYTES_5 = 0x2A, BYTES_6 = 0x32;
 constexpr std::uint32_t PORT = 6 << 3, PORT_MASK = 18 << 3, PROTOCOL = 14 << 3;
@@ -167,7 +167,7 @@ private:
     const char* end_;
 };
 
-/** A match, or an action, which has no values here. */
+/** A match, or an action (actions have no values here). */
 std::unique_ptr<Object> takeObject(Reader message)
 {
     std::uint32_t kind = 0, value = 0, mask = 0;

@@ -1,6 +1,6 @@
 /**
- * The rules as bare messages of the library's own schema: what a program does that takes the
- * generated classes for its data model. "messages" stand on the heap, "arena" on an arena each.
+ * The rules as bare messages of the library's own schema, as in a program that uses the generated
+ * classes as its data model. "messages" are on the heap, "arena" on an arena each.
  */
 #include "messages.h"
 
@@ -75,7 +75,7 @@ void fillGroup(FiltersGroupPB* group, const Rules& rules)
     group->set_priority_(0);
     group->set_stage_(GROUP_STAGE_0);
     group->set_type_(GROUP_TYPE_3);
-    // As the library's rules do, each of these has a policer of its own.
+    // Like the library's rules, each has its own policer.
     const std::string policer = policer::Policer().Serialize();
     group->mutable_entries_()->Reserve(static_cast<int>(rules.size()));
     for (std::size_t id = 0; id < rules.size(); ++id)
@@ -131,7 +131,7 @@ Operation build(const Rules& rules)
     return making(rules.size(), [rules] { return treeOf<Tree>(rules); });
 }
 
-/** What it takes where a rule is made by itself and then taken into the group. */
+/** Builds each rule separately, then copies it into the group. */
 template <class Tree>
 Operation groupBuild(const Rules& rules)
 {
@@ -154,7 +154,7 @@ Operation toBytes(const Rules& rules)
     return making(rules.size(), [tree = sharedTreeOf<Tree>(rules)] { return bytesOf(*tree); });
 }
 
-/** What it takes where the messages are not the data model but only the way to the bytes. */
+/** Builds the messages only to serialize them, as if they were not the data model. */
 template <class Tree>
 Operation treeToBytes(const Rules& rules)
 {

@@ -7,7 +7,7 @@
 
 namespace bench {
 
-/** The bytes of a group of the rules, which messages alone have written. */
+/** The bytes of a group of the rules, written with messages only. */
 std::string messageBytesOf(const Rules& rules);
 
 } // namespace bench

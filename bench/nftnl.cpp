@@ -111,11 +111,11 @@ Chain chainOf(const Rules& rules)
 
 // ---------------------------------------------------------------------------------------- messages
 
-/** A netlink message for each rule, one behind the other. */
+/** A netlink message for each rule, one after the other. */
 std::string bytesOf(nftnl_chain* chain)
 {
     constexpr std::size_t LARGEST = 4096;
-    // Filled, for libmnl leaves what pads an attribute as it was.
+    // Zeroed, because libmnl does not write the padding of attributes.
     alignas(nlmsghdr) char message[LARGEST] = {};
     std::string bytes;
     nftnl_rule_iter* rules = nftnl_rule_iter_create(chain);
@@ -178,14 +178,14 @@ Operation fromBytes(const Rules& rules)
     return making(rules.size(), [bytes = bytesOf(chainOf(rules).get())] { return chainOf(bytes); });
 }
 
-/** There is no copy but through the messages. */
+/** Rules can only be copied through the messages. */
 Operation copy(const Rules& rules)
 {
     return making(rules.size(),
                   [chain = sharedChainOf(rules)] { return chainOf(bytesOf(chain.get())); });
 }
 
-/** Nor is there an equality but that of the messages. */
+/** Likewise, rules can only be compared through the messages. */
 Operation equality(const Rules& rules)
 {
     return asking(rules.size(), [one = sharedChainOf(rules), other = sharedChainOf(rules)] {

@@ -7,7 +7,7 @@
 
 namespace bench {
 
-/** How many rules come back unchanged from the messages that libnftnl writes. */
+/** How many rules are read back unchanged from the messages that libnftnl writes. */
 std::size_t nftnlRulesReadBack(const Rules& rules);
 
 } // namespace bench

@@ -21,7 +21,7 @@
 
 namespace bench {
 
-/** Only run is measured; prepare comes before each run and clear after it. */
+/** Only run is measured; prepare is called before each run and clear after it. */
 struct Operation {
     std::size_t rules; /**< how many rules a run goes through */
     std::function<void()> run;
@@ -42,18 +42,18 @@ using Descriptions = std::vector<Description>;
 Descriptions filtersOperations();
 Descriptions filtersEntryOperations();
 Descriptions messagesOperations();
-Descriptions nftnlOperations(); /**< only where there is libnftnl */
+Descriptions nftnlOperations(); /**< only if libnftnl is available */
 Descriptions floorsOperations();
-/** Those of all subjects. */
+/** The operations of all subjects. */
 Descriptions allOperations();
 
-/** Raises std::logic_error unless the subjects write the same bytes and texts of the rules. */
+/** Raises std::logic_error unless the subjects write the same bytes and texts for the rules. */
 void checkThatSubjectsAgree(const Rules& rules);
 
 /** What one run of the operation allocates. */
 Allocations allocationsOf(const Operation& operation);
 
-/** The operation that makes something. What was made is freed when it is cleared. */
+/** An operation that makes something, which clear frees. */
 template <class Make>
 Operation making(std::size_t rules, Make make)
 {
@@ -65,7 +65,7 @@ Operation making(std::size_t rules, Make make)
     return operation;
 }
 
-/** The operation that frees what @p make makes. */
+/** An operation that frees what @p make makes. */
 template <class Make>
 Operation freeing(std::size_t rules, Make make)
 {
@@ -77,7 +77,7 @@ Operation freeing(std::size_t rules, Make make)
     return operation;
 }
 
-/** The operation that asks something to which the answer has to be yes. */
+/** An operation that has to return true. */
 template <class Ask>
 Operation asking(std::size_t rules, Ask ask)
 {

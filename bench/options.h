@@ -19,7 +19,7 @@ struct Workload {
 
 /**
  * Takes --rules=FILE and --sizes=N,N,... out of the arguments. Sizes that the file is too short for
- * give way to the whole file. Raises std::runtime_error for what it cannot take.
+ * are replaced by the whole file. Raises std::runtime_error for what it cannot parse.
  */
 std::vector<Workload> takeWorkloads(int& argc, char** argv);
 

@@ -16,10 +16,10 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** The engine's numbers are fixed by the language; those of its distributions are not. */
+/** The standard fixes what the engine produces, but not what distributions make of it. */
 class Numbers {
 public:
-    /** One of 0 to @p end - 1. */
+    /** A number from 0 to @p end - 1. */
     std::uint32_t below(std::uint32_t end) { return static_cast<std::uint32_t>(engine_() % end); }
 
     template <class T, std::size_t N>
@@ -34,7 +34,7 @@ private:
 
 Address addressOf(Numbers& numbers)
 {
-    // Hosts are the most frequent, then the usual networks.
+    // Hosts are the most frequent, then common network sizes.
     constexpr unsigned LENGTHS[] = {32, 32, 32, 24, 24, 16, 28, 30, 8, 21};
     const std::uint32_t mask = UINT32_MAX << (32 - numbers.oneOf(LENGTHS));
     const std::uint32_t value = numbers.below(UINT32_MAX) & mask;

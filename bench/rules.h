@@ -1,6 +1,6 @@
 /**
- * The rules on which everything is measured, apart from any data model: each subject builds its own
- * objects of them.
+ * The rules on which everything is measured, independent of any data model: each subject builds its
+ * own objects from them.
  */
 #ifndef FILTER_COMMON_BENCH_RULES_H
 #define FILTER_COMMON_BENCH_RULES_H
@@ -42,10 +42,10 @@ struct Rule {
 
 using Rules = std::vector<Rule>;
 
-/** Always the same rules, each of which asks for all five. */
+/** Always the same rules, each with all five conditions. */
 Rules generateRules(std::size_t count);
 
-/** The entries that an access list gives. Raises std::runtime_error where there are none. */
+/** The entries of an access list. Raises std::runtime_error if there are none. */
 Rules readRules(const std::string& path);
 
 } // namespace bench

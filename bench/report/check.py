@@ -1,8 +1,8 @@
-"""Holds what the library's operations allocate and execute against what is committed.
+"""Compares what the library's operations allocate and execute with the committed counts.
 
 usage: check.py allocations | instructions | renew  PROGRAM EXPECTED.json NAME=VALUE...
-Allocations have to be the same. Instructions a rule may differ by a tenth, and are compared only
-where they were counted with the same: each NAME=VALUE has to be as it is in the file.
+Allocations have to be the same. Instructions per rule may differ by a tenth, and are compared only
+if they were counted with the same setup: each NAME=VALUE has to be the same as in the file.
 """
 
 import json
@@ -22,13 +22,13 @@ def operation_of(title):
 
 
 def allocations(program):
-    """Of one run with all rules, by operation."""
+    """Counts of one run with all rules, by operation."""
     counted = counts.allocations(program, ARGUMENTS)
     return {operation_of(title): count for title, (_, count, _) in counted.items()}
 
 
 def instructions(program):
-    """Of one rule, by operation."""
+    """Counts per rule, by operation."""
     executed = counts.instructions(program, ARGUMENTS)
     return {
         operation_of(title): round(executed[title] / rules)
@@ -37,7 +37,7 @@ def instructions(program):
 
 
 def differences(counted, expected, tolerance):
-    """A line for each operation that is not as expected, that is missing or that is new."""
+    """A line for each operation that is not as expected, is missing or is new."""
     for operation in sorted({*counted, *expected}):
         now, then = counted.get(operation), expected.get(operation)
         if now is None or then is None or abs(now - then) > tolerance * then:

@@ -1,4 +1,4 @@
-"""Counts everything once, and says what it is counted on.
+"""Counts everything once, and describes the machine and the software that it ran on.
 
 usage: collect.py BINARIES COUNTS.json SURROUNDINGS.json NAME=VALUE... -- ARGUMENTS
 ARGUMENTS go to filter_counts; each NAME=VALUE is one more line of the surroundings.

@@ -1,4 +1,4 @@
-"""What repeats exactly: allocations, and instructions as callgrind counts them."""
+"""Counts that repeat exactly: allocations, and instructions as callgrind counts them."""
 
 import os
 import shutil
@@ -7,12 +7,12 @@ import tempfile
 from pathlib import Path
 
 
-# How filter_counts ends where it cannot count what it is asked for.
+# The exit status of filter_counts if it cannot count what it is asked for.
 CANNOT_COUNT = 77
 
 
 class Missing(Exception):
-    """What counting needs and this machine has not."""
+    """What counting needs is missing on this machine."""
 
 
 def callgrind(arguments, out, options=(), environment=()):
@@ -34,7 +34,7 @@ def callgrind(arguments, out, options=(), environment=()):
 
 
 def read_dump(path):
-    """What triggered a dump, and its total of instructions."""
+    """What triggered a dump, and its total number of instructions."""
     trigger, total = "", 0
     with open(path, encoding="utf-8") as lines:
         for line in lines:
@@ -52,7 +52,7 @@ def instructions(program, arguments):
             [program, *arguments, "instructions"],
             f"{folder}/%p",
             ["--instr-atstart=no"],
-            # Resolved when the program is loaded, symbols cost the operations nothing.
+            # Symbols resolved at load time cost the operations nothing.
             {"LD_BIND_NOW": "1"},
         ).splitlines()
         totals = dict(read_dump(path) for path in Path(folder).iterdir())
@@ -60,21 +60,21 @@ def instructions(program, arguments):
 
 
 def allocations(program, arguments):
-    """{title: (rules, allocations, bytes that live on) of one run}; needs no valgrind."""
+    """{title: (rules, allocations, bytes still allocated) of one run}; needs no valgrind."""
     lines = subprocess.run(
         [program, *arguments, "allocations"], check=True, stdout=subprocess.PIPE, text=True
     ).stdout.splitlines()
     return {title: [int(n) for n in numbers] for title, *numbers in map(str.split, lines)}
 
 
-# The names that compilers give to what a source file has run when it is loaded.
+# The names that compilers give to a source file's initialisation code.
 INITIALISERS = "_GLOBAL__sub_I*"
 OWN_INITIALISERS = "_GLOBAL__sub_I*.cpp"
 
 
 def loading(program):
-    """The instructions of a whole program, those of the dynamic initialisers that have names, and
-    those of them that are not of generated code."""
+    """The instructions of a whole program, those of its named dynamic initialisers, and those of
+    the named ones outside generated code."""
     counted = []
     initialisers, own = (f"--toggle-collect={p}" for p in (INITIALISERS, OWN_INITIALISERS))
     for options in [], [initialisers], [own]:

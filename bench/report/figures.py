@@ -3,7 +3,7 @@
 import json
 import statistics
 
-# How a subject is called in the document. The library comes first, then its peers.
+# What a subject is called in the document. The library comes first, then its peers.
 SUBJECTS = {
     "filters": "the library",
     "messages": "messages",
@@ -15,7 +15,7 @@ PEERS = [subject for subject in SUBJECTS if subject != "filters"]
 
 
 class Figures:
-    """A figure is asked for as (subject, operation, size); it is None where there is none."""
+    """Figures are looked up by (subject, operation, size), and are None if not measured."""
 
     def __init__(self, times, counted):
         self.context = times["context"]
@@ -39,7 +39,7 @@ class Figures:
         return self._times.get((subject, operation, size))
 
     def count(self, what, subject, operation, size):
-        """Of "allocations", "live_bytes" or "instructions"."""
+        """The count of "allocations", "live_bytes" or "instructions"."""
         return self._counted.get((subject, operation, size), {}).get(what)
 
     def quickest(self, subjects, operations, size):

@@ -1,4 +1,4 @@
-"""The cost per rule against the number of rules as a picture, a panel for each operation."""
+"""Draws the cost per rule against the number of rules, a panel for each operation."""
 
 import math
 
@@ -31,7 +31,7 @@ DASHES = {"filters": "none", "messages": "7 3", "arena": "2 3", "nftnl": "10 3 2
 
 
 def colours(palette):
-    """Style rules without variables, which not every viewer knows."""
+    """Style rules without variables, which not every viewer supports."""
     yield f"text {{ fill: {palette['ink']}; }}"
     yield f".axis {{ stroke: {palette['ink']}; }}"
     yield f".paper {{ fill: {palette['paper']}; }}"
@@ -121,7 +121,7 @@ def draw(figures):
     values = [time for points in times.values() for _, time in points]
     low = 10 ** math.floor(math.log10(min(values)))
     top = 10 ** math.ceil(math.log10(max(values)))
-    # Room beside the first and the last size; a single size stands in the middle.
+    # Room beside the first and the last size; a single size is in the middle.
     edges = figures.sizes[0] * 0.7, figures.sizes[-1] * 1.4
     across = Scale(*edges, LEFT, WIDTH - RIGHT)
     up = Scale(low, top, HEIGHT - BOTTOM, TOP)

@@ -16,7 +16,7 @@ def benchmark(name, time, rules, run_type="iteration"):
 
 
 def figures_of(times, counted=()):
-    """Figures of {title: nanoseconds a rule} and {title: (allocations, instructions)} a rule."""
+    """Figures from {title: nanoseconds} and {title: (allocations, instructions)}, per rule."""
     return figures.Figures(
         {"context": {}, "benchmarks": [benchmark(t, time, 1) for t, time in times.items()]},
         {

@@ -1,10 +1,10 @@
-"""What the library sets itself, and whether the figures hold it."""
+"""The library's performance targets, and whether the figures meet them."""
 
-# Those on the heap: an arena gives nothing back before all goes, so messages there cannot be what
-# holds rules that come and go.
+# Those on the heap: an arena frees nothing until everything is freed, so it cannot hold rules that
+# come and go.
 MESSAGES = ["messages"]
 WITHOUT_ALLOCATION = ["equality", "stage_change", "type_change", "removal", "text_walk"]
-# What looks up a place among all entries takes longer the more there are.
+# Looking up a place among all entries takes longer the more there are.
 LOOKING_UP = ["insertion", "replacement", "removal"]
 GROWTH = 1.15
 
@@ -34,7 +34,7 @@ def ratio(a, b):
 
 
 def of_quickest(figures, text, operation, peers, peer_operations, limit, stretch=None):
-    """The library's time for an operation, of the quickest of the peers' ways to do it."""
+    """The library's time for an operation, divided by the peers' fastest way to do it."""
     values = [
         ratio(
             figures.time("filters", operation, size),
@@ -78,7 +78,7 @@ def of_peers(figures):
 
 
 def exact_allocations(figures, text, operation, expected):
-    """The allocations that one rule more costs must be exactly those expected at each size."""
+    """The allocations per rule must be exactly those expected at each size."""
     values = [figures.count("allocations", "filters", operation, s) for s in figures.sizes]
     known = [pair for pair in zip(values, figures.sizes) if pair[0] is not None]
     passed = all(value == expected(size) for value, size in known) if known else None
@@ -89,7 +89,7 @@ def of_allocations(figures):
     def of(operation):
         return lambda size: figures.count("allocations", "filters", operation, size)
 
-    # The entries that are inserted are some of those of the group.
+    # The inserted entries are a subset of the group's.
     for operation in "insertion", "replacement":
         yield exact_allocations(
             figures, f"allocations of {operation}: those of a copy in a node",
@@ -105,7 +105,7 @@ def of_allocations(figures):
 
 
 def growth(figures, operation):
-    """How the instructions a rule grow from the fewest rules to the most."""
+    """How the instructions per rule grow from the fewest rules to the most."""
     few, many = figures.sizes[0], figures.sizes[-1]
     return ratio(
         figures.count("instructions", "filters", operation, many),
