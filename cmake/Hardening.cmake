@@ -1,8 +1,8 @@
-# The flags with which distributions build what they release, for our own optimised builds. Where
-# this project is a part of another, that other decides.
+# Gives our own optimised builds the flags that distributions use for releases. If this project is
+# part of another, that one decides.
 option(FILTER_COMMON_HARDENING "Harden optimised builds" ${PROJECT_IS_TOP_LEVEL})
 
-# Sanitizers do their own checks and get in the way of these.
+# Sanitizers have their own checks, which conflict with these.
 if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$"
     AND NOT "${CMAKE_C_FLAGS} ${CMAKE_CXX_FLAGS}" MATCHES "-fsanitize")
   set(FILTER_COMMON_HARDENED ${FILTER_COMMON_HARDENING})
@@ -15,8 +15,8 @@ if(FILTER_COMMON_HARDENED)
   include(CheckLinkerFlag)
   include(CheckPIESupported)
 
-  # Of checks at run time where sizes are known, of canaries on the stack, of large steps of the
-  # stack, of indirect jumps (x86, ARM); and no format strings that come from elsewhere.
+  # Run-time checks where sizes are known, stack canaries, checks of large stack allocations and of
+  # indirect jumps (x86, ARM); no format strings from elsewhere.
   add_compile_options("SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2" -Wformat -Werror=format-security)
   foreach(flag -fstack-protector-strong -fstack-clash-protection
       -fcf-protection -mbranch-protection=standard)
@@ -30,8 +30,8 @@ if(FILTER_COMMON_HARDENED)
     endif()
   endforeach()
 
-  # Relocations that nobody can write after the start, a stack that nobody can run, and programs at
-  # addresses that nobody knows beforehand.
+  # Relocations that are read-only after startup, a non-executable stack, and programs at
+  # unpredictable addresses.
   foreach(flag relro now noexecstack)
     check_linker_flag(CXX -Wl,-z,${flag} FILTER_COMMON_LINKER_HAS_${flag})
     if(FILTER_COMMON_LINKER_HAS_${flag})

@@ -1,8 +1,8 @@
 # Installs a library as a package of its own: the shared library, a relocatable CMake package and a
-# relocatable pkg-config file. Headers are installed beside this, for each library has its own way.
+# relocatable pkg-config file. Each library installs its headers itself.
 #
 #   filter_common_install(TARGET
-#     COMPONENTS runtime development   # their names: what programs need to run, and to be built
+#     COMPONENTS runtime development   # names of the components needed to run and to build programs
 #     INCLUDES folder                  # of the headers, below the prefix
 #     VERSION version
 #     DESCRIPTION text
@@ -22,7 +22,7 @@ function(filter_common_install target)
   set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
   set(out ${CMAKE_CURRENT_BINARY_DIR}/package)
 
-  # Libraries of one prefix find each other wherever the prefix is moved.
+  # Libraries in one prefix find each other even if the prefix is moved.
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   target_include_directories(${target} PUBLIC $<INSTALL_INTERFACE:${arg_INCLUDES}>)
   install(TARGETS ${target} EXPORT ${target}

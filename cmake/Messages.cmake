@@ -13,8 +13,8 @@ elseif(Protobuf_VERSION VERSION_LESS FILTER_COMMON_PROTOBUF_MINIMUM)
     "found ${Protobuf_VERSION} in ${Protobuf_INCLUDE_DIRS}")
 endif()
 
-# Generates the message classes of the given .proto files, which stand in one folder, into the build
-# tree, and adds them to the target. PUBLIC shows them to those who link the target. The files may
+# Generates the message classes for the given .proto files, all in one folder, into the build tree,
+# and adds them to the target. With PUBLIC, whatever links the target can use them. The files may
 # import those of the library.
 function(filter_common_messages target visibility)
   set(out ${CMAKE_CURRENT_BINARY_DIR}/messages)

@@ -1,7 +1,7 @@
-# What scripts/mutate includes, to which every second counts that a changed source takes to build.
+# Included by scripts/mutate, to build changed sources as fast as possible.
 
-# The headers of others are read once. The files that instantiate the readers and writers for all
-# classes are compiled as one, as they share nearly all of that.
+# Precompiles external headers. The files that instantiate the readers and writers for all classes
+# are compiled as one, since they share nearly all of that.
 function(filter_common_quickly)
   target_precompile_headers(filter_common PRIVATE
     <filter_groups.pb.h> <policer_common.h> <limidmgr_decode.h> <arpa/inet.h> <netinet/ether.h>

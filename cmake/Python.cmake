@@ -1,4 +1,4 @@
-# FILTER_COMMON_PYTHON: the first Python that has Protocol Buffers; for the tests.
+# FILTER_COMMON_PYTHON: the first Python found with Protocol Buffers, for the tests.
 
 function(filter_common_has_protobuf result python)
   execute_process(COMMAND ${python} -c "import google.protobuf"

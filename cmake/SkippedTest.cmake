@@ -1,4 +1,4 @@
-# A test that stands in for one that needs what was not found: it is skipped and says why.
+# Adds a test in place of one whose requirements were not found. It is skipped and says why.
 function(filter_common_skipped_test name missing)
   set(why "skipped: ${missing} was not found at configuration")
   message(STATUS "Test ${name} will be ${why}")

@@ -1,4 +1,4 @@
-# A program in C as the standard has it, over the library and nothing else.
+# A program in strict standard C that links only the library.
 function(filter_common_c_program name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE filter_common)
@@ -7,7 +7,7 @@ function(filter_common_c_program name)
     C_STANDARD 11
     C_STANDARD_REQUIRED ON
     C_EXTENSIONS OFF)
-  # The library needs what sanitizers bring for C++, which the C compiler does not link.
+  # The library needs the sanitizers' C++ runtime, which the C compiler does not link.
   if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
   endif()

@@ -1,4 +1,4 @@
-# The warnings that our own code is free of. Generated code is not asked.
+# The warnings that our own code must be free of. Generated code is exempt.
 function(filter_common_warnings target)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion

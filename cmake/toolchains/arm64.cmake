@@ -1,3 +1,3 @@
-# 64 bits, and a char without a sign.
+# 64 bits, unsigned char.
 include(${CMAKE_CURRENT_LIST_DIR}/debian.cmake)
 filter_common_debian_toolchain(arm64 aarch64 aarch64-linux-gnu qemu-aarch64)

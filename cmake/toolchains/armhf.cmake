@@ -1,3 +1,3 @@
-# 32 bits, and a char without a sign.
+# 32 bits, unsigned char.
 include(${CMAKE_CURRENT_LIST_DIR}/debian.cmake)
 filter_common_debian_toolchain(armhf armv7l arm-linux-gnueabihf qemu-arm)

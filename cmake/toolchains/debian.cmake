@@ -1,5 +1,5 @@
-# Debian's cross compiler for another architecture, and qemu's user mode to run what it builds. The
-# file of each architecture gives Debian's name for it, the compiler's prefix and the emulator;
+# Debian's cross compiler for another architecture, and qemu in user mode to run what it builds.
+# Each architecture's file gives Debian's name for it, the compiler's prefix and the emulator;
 # scripts/sysroot fetches the libraries.
 macro(filter_common_debian_toolchain name processor triplet emulator)
   set(CMAKE_SYSTEM_NAME Linux)

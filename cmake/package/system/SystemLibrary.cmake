@@ -1,5 +1,5 @@
-# One of the neighbouring libraries as the target system has it, found by the names of its header
-# and of its library: what the find modules of this folder do, which know the name.
+# Finds the target system's copy of a neighbouring library by the names of its header and library.
+# The find modules in this folder include this file and give the name.
 set(library ${CMAKE_FIND_PACKAGE_NAME})
 find_path(${library}_INCLUDE_DIR ${library}.h)
 find_library(${library}_LIBRARY ${library})
