@@ -1,11 +1,11 @@
 """Prints how much of each source file the tests reach, and what they do not reach.
 usage: coverage_report.py EXPORT LINES BRANCHES FOLDER...
   EXPORT           what llvm-cov export wrote
-  LINES, BRANCHES  fails below so many percent
+  LINES, BRANCHES  fails below this percentage
   FOLDER           whose files count
 A line counts as reached, and an outcome of a condition as taken, if it is in any instantiation of
 its template. What the compiler decides is not counted: constant conditions, and constexpr functions
-that are used in constant expressions only.
+that are used only in constant expressions.
 """
 import collections
 import itertools
@@ -21,7 +21,7 @@ Row = collections.namedtuple("Row", "name lines missing_lines branches missing_b
 def line_counts(segments):
     """How often each line that holds code was reached."""
     counts = {}
-    before = None  # the piece that reaches into the line from above
+    before = None  # the segment that extends into the line from above
     by_line = {n: list(s) for n, s in itertools.groupby(segments, lambda s: s[0])}
     for number in range(segments[0][0], segments[-1][0] + 1):
         here = by_line.get(number, [])
@@ -36,14 +36,14 @@ def line_counts(segments):
 
 
 def outcome_counts(branches):
-    """How often each outcome of each condition was taken, by its place and what it is."""
+    """How often each outcome of each condition was taken, by place and outcome."""
     counts = collections.Counter()
     for first_line, first_column, last_line, last_column, yes, no, *_ in branches:
         place = (first_line, first_column, last_line, last_column)
         counts[place, "true"] += yes
         counts[place, "false"] += no
-    # Where neither was taken the condition is constant; or an earlier one keeps it from being
-    # asked, and counts itself.
+    # If neither was taken, the condition is constant; or an earlier one, which is counted itself,
+    # keeps it from being evaluated.
     return {(place, outcome): count for (place, outcome), count in counts.items()
             if counts[place, "true"] + counts[place, "false"] > 0}
 
@@ -62,7 +62,7 @@ def constant_lines(functions):
 
 
 def declaration(file, first):
-    """What stands before the body of a function that begins in the line."""
+    """What precedes the body of a function that begins in the line."""
     before = "\n".join(pathlib.Path(file).read_text().split("\n")[max(first - 5, 0):first])
     return re.split(r"[;}]\s*\n|\n\s*\n", before)[-1]
 

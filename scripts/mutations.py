@@ -1,6 +1,6 @@
 """Small changes to C++ source, each of which a test should notice.
 
-The source is split into tokens; comments, preprocessor directives but for the bodies of macros, and
+The source is split into tokens. Comments, preprocessor directives (except the bodies of macros) and
 what only the compiler checks (static_assert) are left alone.
 """
 import collections
@@ -22,7 +22,7 @@ TOKEN = re.compile(
 Token = collections.namedtuple("Token", "kind text start end")
 Edit = collections.namedtuple("Edit", "start end text")
 
-# Operators between two operands, which the formatting sets off by blanks.
+# Operators between two operands, which the formatter surrounds with spaces.
 BINARY = {
     "==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">",
     "&&": "||", "||": "&&", "&": "|", "|": "&", "<<": ">>", ">>": "<<",
@@ -32,7 +32,7 @@ BINARY = {
 }
 STEPS = {"++": "--", "--": "++"}
 
-# Names of which one is easily taken for another.
+# Names that are easily confused.
 CONFUSED = [
     ["true", "false"], ["all_of", "any_of"], ["min", "max"], ["hex", "dec"],
     ["At", "Appended"],
@@ -54,19 +54,19 @@ DECLARATION = re.compile(r"(?!throw|delete)[\w:]+(<[^;]*?>)?[&*\s]+[\w:]+\s*(=[^
 
 
 def tokens_of(source):
-    """The tokens that count, those of blanks and comments left out."""
+    """The tokens, without spaces, comments and directives."""
     found = [Token(m.lastgroup, m.group(), m.start(), m.end()) for m in TOKEN.finditer(source)]
     return [t for t in found if t.kind not in ("comment", "directive", "space")]
 
 
 def followers(names):
-    """For each name the one after it, and for the last the first."""
+    """Maps each name to the next, and the last to the first."""
     names = list(dict.fromkeys(names))
     return {name: other for name, other in zip(names, names[1:] + names[:1]) if name != other}
 
 
 def enumerations_of(sources):
-    """The names of each enumeration that is defined in the sources."""
+    """The names in each enumeration defined in the sources."""
     families = []
     for source in sources:
         plain = re.sub(r"//[^\n]*|/\*.*?\*/", "", source, flags=re.DOTALL)
@@ -88,7 +88,7 @@ class Source:
         self.siblings = self._siblings()
 
     def edits(self):
-        """All changes in the order in which they stand in the file, none twice."""
+        """All changes in the order in which they occur in the file, without duplicates."""
         found, seen_by_compiler = set(), -1
         for i, token in enumerate(self.tokens):
             if token.text == "static_assert":
@@ -102,7 +102,7 @@ class Source:
     # ------------------------------------------------------------------------------- preparation
 
     def _brackets(self):
-        """For each bracket the place of its partner; for each token the bracket it stands in."""
+        """For each bracket the place of its partner; for each token the bracket around it."""
         partner, enclosing, stack = {}, [], []
         for i, token in enumerate(self.tokens):
             if token.text in CLOSE and stack:
@@ -114,7 +114,7 @@ class Source:
         return partner, enclosing
 
     def _siblings(self):
-        """For each owner, which of the names that it has to offer replaces which."""
+        """For each owner, which of its names replaces which."""
         names = collections.defaultdict(list)
         for i in range(len(self.tokens)):
             if self._is_choice_of_owner(i):
@@ -136,13 +136,13 @@ class Source:
         return self.siblings.get(self._owner(i), {}).get(name)
 
     def _nearest_other(self, i, pattern):
-        """The nearest other name of its sort, which is likely to be of the same message."""
+        """The nearest other name of the same sort, likely to belong to the same message."""
         near = [*range(i + 1, len(self.tokens)), *range(i - 1, -1, -1)]
         return next((self._at(j) for j in near
                      if pattern.fullmatch(self._at(j)) and self._at(j) != self._at(i)), None)
 
     def _is_choice_of_owner(self, i):
-        """Whether a name after its owner is one of several that the owner has to offer."""
+        """Whether a name after its owner is one of several that the owner has."""
         if self._owner(i) is None:
             return False
         owner, link = self._owner(i)
@@ -188,7 +188,7 @@ class Source:
             return False
         if token.text != "<<":
             return True
-        # Between numbers; a stream has no other operator.
+        # Only between numbers: for streams there is no other operator.
         return (self.tokens[i + 1].kind == "number" or self._at(i - 1) == "}" or
                 self._at(i - 1).isupper())
 
@@ -222,14 +222,14 @@ class Source:
     # ------------------------------------------------------------------------------ longer pieces
 
     def _end(self, first, stops):
-        """The place of the first of the stops outside inner brackets, or of a closing bracket."""
+        """The place of the first stop outside inner brackets, or of a closing bracket."""
         i = first
         while i < len(self.tokens) and self._at(i) not in stops | CLOSE:
             i = self.partner.get(i, i) + 1 if self._at(i) in OPEN else i + 1
         return i
 
     def _negated(self, first, last):
-        """The condition negated, unless the change of a single token does the same."""
+        """The condition negated, unless changing a single token does the same."""
         operators = [self._at(i) for i in range(first, last + 1)]
         compared = operators.count("==") + operators.count("!=")
         combined = {"&&", "||", "?"} & set(operators)
@@ -258,7 +258,7 @@ class Source:
         yield self._replaced(i + 1, end - 1, "%s : %s" % (no, yes))
 
     def _of_list(self, i):
-        """The elements of a list in braces, each left out."""
+        """Leaves out each element of a list in braces."""
         if self._at(i - 1) not in ("=", ",", "{", "(", "return"):
             return
         commas, j = [], self._end(i + 1, {",", ";"})
@@ -269,7 +269,7 @@ class Source:
             yield from self._without_each(self.tokens[i].end, self.tokens[j].start, commas)
 
     def _of_rows(self, i):
-        """The rows of a list in angle brackets, each left out."""
+        """Leaves out each row of a list in angle brackets."""
         depth, commas, j = 1, [], i
         while depth > 0:
             j += 1
@@ -287,7 +287,7 @@ class Source:
             yield Edit(self.tokens[commas[-1]].start if commas else start, end, "")
 
     def _of_statement(self, i):
-        """The statement that begins here, left out, if it is a simple one."""
+        """Leaves out the statement that begins here, if it is a simple one."""
         end = self._end(i, {";", "{", ":"})
         simple = (self._begins_statement(i) and self._at(end) == ";" and end > i and
                   (self.tokens[i].kind == "name" or self._at(i) in ("*", "(", "++", "--")) and

@@ -6,7 +6,7 @@ import mutations
 
 
 def changed(source, families=()):
-    """The source as each change makes it, cut down to the lines that differ."""
+    """The source after each change, reduced to the lines that differ."""
     source = textwrap.dedent(source).strip("\n") + "\n"
     before = source.split("\n")
     found = []

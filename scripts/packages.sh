@@ -1,7 +1,7 @@
 # Sourced by the scripts of this folder.
 
-# Installs those of the given Debian packages that are missing. Where that is not possible, says
-# which they are and ends the script. On other systems CMake finds out what is missing.
+# Installs the given Debian packages if they are missing. If it cannot, lists the missing ones and
+# ends the script. On other systems, CMake detects what is missing.
 need_packages() {
     command -v dpkg-query >/dev/null || return 0
     local package missing=()
