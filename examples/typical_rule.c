@@ -1,6 +1,6 @@
 /**
  * A typical rule from C: built, put into a group, and listed. Policers, counters, bytes and text
- * dumps are reached through the classes only.
+ * dumps are available through the C++ classes only.
  */
 #include "filter_actions_c.h"
 #include "filter_entries_c.h"
@@ -38,7 +38,7 @@ int main(void)
     answered("set the IPv4 destination", filtersEntrySetMatch(entry, destination));
     void* deny = newActionDeny();
     answered("set the action deny", filtersEntrySetAction(entry, deny));
-    /* The rule stores copies, and keeps itself free of contradictions. */
+    /* The rule stores copies, and refuses contradictions. */
     void* ipv6 = newMatchDstIPv6(in6addr_loopback);
     answered("set an IPv6 destination too", filtersEntrySetMatch(entry, ipv6));
     deleteMatch(ipv6);

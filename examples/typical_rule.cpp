@@ -40,7 +40,7 @@ int main()
     const MatchDstIPv4 destination(ipv4("192.0.2.0"), ipv4("255.255.255.0"));
     answered("   set the IPv4 destination", entry.setMatch(destination));
     answered("   set the action deny", entry.setAction(ActionDeny()));
-    // The rule stores copies, and keeps itself free of contradictions.
+    // The rule stores copies, and refuses contradictions.
     answered("   set an IPv6 destination too", entry.setMatch(MatchDstIPv6(in6addr_loopback)));
 
     std::cout << "2. A group, whose type and stage decide which rules it holds.\n";

@@ -1,6 +1,6 @@
 /**
- * A message as scratch space. On an arena it is made and freed faster, and a message that runs out
- * of memory while it grows loses nothing.
+ * A message as scratch space. On an arena it is created and freed faster, and leaks nothing if
+ * memory runs out while it grows.
  */
 #ifndef SCRATCH_MESSAGE_H
 #define SCRATCH_MESSAGE_H
@@ -11,7 +11,7 @@ namespace messages {
 
 #if GOOGLE_PROTOBUF_VERSION >= 3014000
 
-/** An empty message that lives as long as this, with all its parts on an arena. */
+/** An empty message with all its parts on an arena, which lives as long as this object. */
 template <class Message>
 class ScratchMessage {
 public:

@@ -58,7 +58,7 @@ Policer::Policer(const std::string& bytes) : Policer()
         return;
     messages::ScratchMessage<PolicerPB> scratch;
     PolicerPB& message = *scratch.get();
-    // Not ParseFromString, which writes to the log what is no error here.
+    // Not ParseFromString, which would log what is not an error here.
     if (!message.ParsePartialFromString(bytes) || !message.IsInitialized())
         return;
 

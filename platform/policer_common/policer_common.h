@@ -13,7 +13,7 @@ namespace policer {
 /** Where in the packet path a policer works. Any 32-bit value may be held. */
 enum Stage : std::uint32_t { STAGE_INGRESS = 0, STAGE_EGRESS = 1, STAGE_NONE = 2 };
 
-/** How packets are metered, and with which rates. */
+/** How packets are metered, and at which rates. */
 class Mode {
 public:
     /** The metering algorithm. Any 32-bit value may be held. */
@@ -36,7 +36,7 @@ public:
     std::uint32_t GetPbs() const { return rates_.pbs; }
     std::uint32_t GetPir() const { return rates_.pir; }
 
-    /** Compares the type and all six rates, also those that the type does not use. */
+    /** Compares the type and all six rates, including those that the type does not use. */
     bool operator==(const Mode& other) const;
     bool operator!=(const Mode& other) const { return !(*this == other); }
 
@@ -82,12 +82,12 @@ public:
     /** INVALID_ID, STAGE_NONE, no metering and no actions. */
     Policer();
 
-    /** Rebuilds a policer from its bytes; bytes that do not parse, such as none, give Policer(). */
+    /** Rebuilds a policer from its bytes. Bytes that do not parse, or none, give Policer(). */
     explicit Policer(const std::string& bytes);
 
     Policer(std::uint32_t id, Stage stage, const Mode& mode, const std::set<Action>& actions);
 
-    /** The bytes from which an equal policer is built; equal policers give equal bytes. */
+    /** Bytes from which an equal policer can be rebuilt. Equal policers give equal bytes. */
     std::string Serialize() const;
 
     std::uint32_t GetId() const { return id_; }
