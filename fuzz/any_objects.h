@@ -69,7 +69,7 @@ T anyOf(test::Row<CODE, T, Arguments...>, ByteSource& in)
     return std::make_from_tuple<T>(std::tuple<Arguments...>{anyValue<Arguments>(in)...});
 }
 
-/** What no constructor in the rows can give. */
+/** A match that no constructor in the rows can build. */
 inline MatchIngressPorts anyExcludedPorts(ByteSource& in)
 {
     return MatchIngressPorts(anyValue<std::list<port_type_t>>(in));
@@ -84,7 +84,7 @@ inline ActionRedirect anyRedirection(ByteSource& in)
     return action;
 }
 
-/** Calls @p function with an object of the class that stands at @p index of the list. */
+/** Calls @p function with an object of the class at @p index of the list. */
 template <class Classes, class Function>
 void withObjectOf(std::size_t index, ByteSource& in, Function&& function)
 {
@@ -123,7 +123,7 @@ Code anyCode(ByteSource& in)
     return number < 0xF0 ? static_cast<Code>(number % 36) : in.number<Code>();
 }
 
-/** A map as callers may hand in: of objects under any keys, with gaps and with bare bases. */
+/** A map as callers may pass it: with objects under any keys, null pointers and base objects. */
 template <class Map, class WithAny>
 Map anyMap(ByteSource& in, WithAny withAny)
 {

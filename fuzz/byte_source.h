@@ -12,7 +12,7 @@
 
 namespace FiltersCommon::fuzz {
 
-/** Reads from the front; behind the end there are zeros. The same on every host. */
+/** Reads from the front; past the end there are zeros. The same on every host. */
 class ByteSource {
 public:
     explicit ByteSource(std::string_view bytes) : rest_(bytes) {}
@@ -33,7 +33,7 @@ public:
     /** A number less than @p bound, which is at most 256. */
     std::size_t below(std::size_t bound) { return byte() % bound; }
 
-    /** A number of any width, the first byte most significant. */
+    /** A number of any width, most significant byte first. */
     template <class T>
     T number()
     {
@@ -51,7 +51,7 @@ public:
         return first < 0xF0 ? static_cast<T>(first & 0x0F) : number<T>();
     }
 
-    /** An object that is nothing but its bytes. */
+    /** An object whose bytes are its value. */
     template <class T>
     T raw()
     {

@@ -18,7 +18,7 @@
 
 namespace FiltersCommon::fuzz {
 
-/** Calls a constructor with arguments that the input decides one by one. */
+/** Calls a constructor with arguments taken from the input one by one. */
 template <class... Arguments>
 void* call(void* (*create)(Arguments...), ByteSource& in)
 {
@@ -26,7 +26,7 @@ void* call(void* (*create)(Arguments...), ByteSource& in)
     return std::apply(create, arguments);
 }
 
-/** One that takes a pointer to its only argument. */
+/** A constructor that takes a pointer to its only argument. */
 template <class T>
 void* call(void* (*create)(const T*), ByteSource& in)
 {
@@ -34,7 +34,7 @@ void* call(void* (*create)(const T*), ByteSource& in)
     return create(&value);
 }
 
-/** One that takes a list of ports. */
+/** A constructor that takes a list of ports. */
 inline void* call(void* (*create)(const limid_t*, std::uint32_t), ByteSource& in)
 {
     const auto ports = anyValue<std::list<limid_t>>(in);
@@ -103,7 +103,7 @@ constexpr Make ACTIONS_IN_C[] = {
 
 // ----------------------------------------------------------------------------------------- getters
 
-/** Whether the getters of C read from the handle what those of the class read, if it is a T. */
+/** If the object is a T, checks that the C getters agree with those of the class. */
 template <class T, class Base, class Agree>
 void requireInC(Base& object, Agree agree)
 {

@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-// The input is the text of an access list, which filterctl reads and imports.
+// The input is the text of an access list for filterctl to read and import.
 
 namespace FiltersCommon::fuzz {
 namespace {
@@ -37,7 +37,7 @@ void checkPrefix(const Prefix& prefix)
                                                                "prefix has bits");
 }
 
-/** The pairs stand one behind the other from the low port to the high one. */
+/** The pairs cover the range in order, from the low port to the high port. */
 void checkCover(const PortRange& range)
 {
     require(range.low <= range.high, "the low port is not above the high port");
@@ -69,7 +69,7 @@ std::string textOf(const PortRange& range)
     return std::to_string(range.low) + " : " + std::to_string(range.high);
 }
 
-/** The rule as a line that is read as the same rule. */
+/** A line that is read as this rule. */
 std::string textOf(const AccessRule& rule)
 {
     char protocol[16];
@@ -79,7 +79,7 @@ std::string textOf(const AccessRule& rule)
            textOf(rule.sourcePorts) + "\t" + textOf(rule.destinationPorts) + "\t" + protocol + "\n";
 }
 
-/** What there is to a rule but for its line. */
+/** All values of a rule except its line. */
 auto valuesOf(const AccessRule& rule)
 {
     return std::make_tuple(rule.source.address, rule.source.length, rule.destination.address,
@@ -118,7 +118,7 @@ void checkList(const AccessList& rules, std::size_t lines)
 
 // ------------------------------------------------------------------------------------------ import
 
-/** The match of the given values, or none. */
+/** Adds the match with the given values, if it is expected. */
 template <class Class, class... Values>
 void expectMatch(FiltersEntry& entry, bool isThere, Values... values)
 {
@@ -126,7 +126,7 @@ void expectMatch(FiltersEntry& entry, bool isThere, Values... values)
         entry.setMatch(Class(values...));
 }
 
-/** The entries that the rules stand for, one by one. */
+/** The entries that the rules should become. */
 std::vector<FiltersEntry> expectedEntries(const AccessList& rules, bool deny)
 {
     std::vector<FiltersEntry> entries;
@@ -212,8 +212,8 @@ void checkText(std::string_view text)
         return;
     checkImport(rules, {});
     checkImport(rules, {1, 2, GROUP_STAGE_2, GROUP_TYPE_3, true});
-    checkImport(rules, {3, 4, GROUP_STAGE_1, GROUP_TYPE_4, false}); // which knows no source ports
-    checkImport(rules, {5, 6, GROUP_STAGE_3, GROUP_TYPE_3, false}); // which do not fit
+    checkImport(rules, {3, 4, GROUP_STAGE_1, GROUP_TYPE_4, false}); // admits no source ports
+    checkImport(rules, {5, 6, GROUP_STAGE_3, GROUP_TYPE_3, false}); // do not fit each other
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #include "properties.h"
 #include "target.h"
 
-// An entry is built from the input, and has to be what its message says.
+// An entry is built from the input, and must match its message.
 
 namespace FiltersCommon::fuzz {
 namespace {
 
-/** What a caller makes who puts together the same entry by hand, from the elements in turn. */
+/** The same entry, put together from the message's elements one by one. */
 struct PutTogether {
     explicit PutTogether(const FiltersEntryPB& pb) : entry(static_cast<filtersEntryId_t>(pb.id_()))
     {
@@ -48,7 +48,7 @@ void checkAgainstMessage(FiltersEntry entry, const std::string& bytes)
     static_cast<void>(pb.ParsePartialFromString(bytes));
     const PutTogether expected(pb);
     require(entry.getCounter() == Counter(pb.counter_()), "any counter is read as it stands");
-    // A counter of no type, which no caller can set, may have an identifier all the same.
+    // A counter without a type cannot be set, but may be read, and may have an identifier.
     if (entry.getCounter().GetType() == COUNTER_TYPE_INVALID)
         entry.deleteCounter();
     requireSame(entry, expected.entry, "an entry is read as if it was put together by hand");

@@ -1,7 +1,7 @@
 #include "properties.h"
 #include "target.h"
 
-// A group is built from the input, and has to be what its message says.
+// A group is built from the input, and must match its message.
 
 namespace FiltersCommon::fuzz {
 namespace {
@@ -33,7 +33,7 @@ void checkAgainstMessage(const FiltersGroup& group, const std::string& bytes)
     require(readGroupRefusals(bytes) == leftOut, "what reading leaves out is listed");
 }
 
-/** Reading into a group that holds something leaves what the message does not replace. */
+/** Reading a message into a group keeps what the message does not replace. */
 void checkReadingTwice(const FiltersGroup& group)
 {
     FiltersGroup twice(group);

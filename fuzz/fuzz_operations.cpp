@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <string_view>
 
-// The input is a program: each step is an operation on one of a few entries or groups, with its
-// arguments, and has to do what it is for; after each the invariants have to hold. In the end all
-// that holds of entries and groups at any time is checked.
+// The input is a program: each step is an operation, with its arguments, on one of a few entries or
+// groups. Each step must do its job and keep the invariants. At the end, all properties of all
+// entries and groups are checked.
 
 namespace FiltersCommon::fuzz {
 namespace {
@@ -62,7 +62,7 @@ private:
         readMessage(entry, *anyEntry());
     }
 
-    /** Puts a copy in the place of an entry, made by either interface or by way of the bytes. */
+    /** Replaces an entry by a copy, made through either interface or through the bytes. */
     void copyEntry()
     {
         auto& place = anyEntry();
@@ -85,7 +85,7 @@ private:
         insertEntry(group, *anyEntry(), in_);
     }
 
-    /** Most entries do not fit most groups: this one is made to, but for its policer. */
+    /** Most entries do not fit most groups. This one is made to fit, except for its policer. */
     void insertWhatFits()
     {
         FiltersGroup& group = *anyGroup();
@@ -131,7 +131,7 @@ private:
         readMessage(group, *anyGroup());
     }
 
-    /** All that holds of entries and groups at any time, and of any two of them. */
+    /** Checks all properties of each entry and group, and of each pair. */
     void checkAll()
     {
         for (const auto& a : entries_) {
@@ -155,7 +155,7 @@ private:
         checkInvariants(*place);
     }
 
-    // New steps are added at the end: the inputs of the corpus go by the numbers.
+    // Add new steps at the end: the inputs in the corpus refer to steps by number.
     static constexpr std::array STEPS = {
         &Program::onEntry<setMatch>,
         &Program::onEntry<setAction>,

@@ -1,8 +1,8 @@
 #include "properties.h"
 #include "target.h"
 
-// The input is read as an entry and as a group, by their constructors and by way of the messages;
-// both have to give the same objects. What was read is written both ways.
+// The input is read as an entry and as a group, both by the constructors and through the messages.
+// Both must give the same objects. What was read is written both ways.
 
 namespace {
 

@@ -22,7 +22,7 @@ inline std::string readInput(const std::filesystem::path& file)
     return bytes;
 }
 
-/** A file, or all files of a folder in the order of their names; contents by names. */
+/** A file, or all files of a folder in the order of their names: contents by name. */
 inline std::map<std::string, std::string> readInputs(const std::filesystem::path& path)
 {
     namespace fs = std::filesystem;

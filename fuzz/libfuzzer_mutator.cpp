@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-// How libFuzzer gets at the mutator. One change in three is libFuzzer's own, of the bare bytes.
+// Connects the mutator to libFuzzer. One mutation in three is libFuzzer's own, on the plain bytes.
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
 

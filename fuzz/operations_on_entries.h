@@ -1,6 +1,6 @@
 /**
- * The operations on an entry, each with arguments that the input decides and with what has to hold
- * of its result. An entry is reached through both interfaces: a handle of C is a FiltersEntry.
+ * The operations on an entry, each with arguments from the input and with checks of its result.
+ * Entries are accessed through both interfaces: a C handle is a FiltersEntry.
  */
 #ifndef FILTER_COMMON_FUZZ_OPERATIONS_ON_ENTRIES_H
 #define FILTER_COMMON_FUZZ_OPERATIONS_ON_ENTRIES_H
@@ -15,7 +15,7 @@
 
 namespace FiltersCommon::fuzz {
 
-/** Changes the object and checks it. A change that is refused must not be seen. */
+/** Changes the object and checks it. A refused change must have no effect. */
 template <class T, class Change>
 filtersErr_t attempt(T& object, Change change)
 {
@@ -71,7 +71,7 @@ inline bool mayJoin(const FiltersEntry& entry, const Match& match)
 
 inline bool mayJoin(const FiltersEntry&, const Action&) { return true; }
 
-/** Stores the object through @p set, which is an interface's way to do so. */
+/** Stores the object through @p set, which uses one of the interfaces. */
 template <class Base, class Set>
 void checkSet(FiltersEntry& entry, const Base& object, Set set)
 {
@@ -132,7 +132,7 @@ inline void deleteAction(FiltersEntry& entry, ByteSource& in)
     checkDelete(entry, kind, [kind](FiltersEntry& e) { return e.deleteAction(kind); });
 }
 
-/** Base classes and families are no classes of an entry. */
+/** Base classes and families cannot be stored in an entry. */
 inline void setUnknownClass(FiltersEntry& entry, ByteSource& in)
 {
     const Match match(anyCode<filtersMatch_t>(in));
@@ -149,7 +149,7 @@ inline void setUnknownClass(FiltersEntry& entry, ByteSource& in)
 
 // ------------------------------------------------------------------------------------- whole maps
 
-/** What copying the map one by one makes of the entry, as far as the first refusal. */
+/** Copies the objects of the map into the entry one by one, up to the first refusal. */
 template <class Kinds, class Map, class Set>
 filtersErr_t addOneByOne(FiltersEntry& entry, const Map& from, Set set)
 {
@@ -179,14 +179,14 @@ inline filtersErr_t addOneByOne(FiltersEntry& entry, const FiltersEntry::ActionM
         entry, from, [](FiltersEntry& e, const auto& action) { return e.setAction(action); });
 }
 
-/** What callers do with a map: the operation, and the explanation of its refusal. */
+/** An operation that takes a map, and the function that explains its refusals. */
 template <class Map>
 struct MapOperation {
     filtersErr_t (FiltersEntry::*call)(const Map&);
     Refusals (*explain)(const FiltersEntry&, const Map&);
 };
 
-/** Copies what is in the map to what the entry holds, or replaces that by it. */
+/** Adds the objects in the map to the entry, or replaces the entry's objects with them. */
 template <class Map>
 void takeMap(FiltersEntry& entry, const Map& from, MapOperation<Map> copy, MapOperation<Map> set,
              bool replace)
@@ -223,7 +223,7 @@ inline void takeActions(FiltersEntry& entry, ByteSource& in)
             {&FiltersEntry::setActions, &setActionsRefusals}, replace);
 }
 
-/** Copies by the keys of the maps, not by the kinds of the objects. */
+/** Copying goes by the keys of the maps, not by the kinds of the objects. */
 template <class Map>
 void checkCopyMap(Map to, const Map& from)
 {
@@ -258,7 +258,7 @@ inline void copyMaps(FiltersEntry& entry, ByteSource& in)
 template <class Base>
 using FunctionInC = filtersErr_t (*)(FiltersEntry*, Base*);
 
-/** Stores @p given, and reads into @p asked, which is of the same kind or another. */
+/** Stores @p given, and reads into @p asked, which may be of another kind. */
 template <class Base>
 void checkInC(FiltersEntry& entry, Base& given, Base& asked, FunctionInC<Base> set,
               FunctionInC<Base> get)
@@ -340,7 +340,7 @@ inline void setCounter(FiltersEntry& entry, ByteSource& in)
     }
 }
 
-/** Reads a message on top of what the entry holds. */
+/** Reads a message into an entry that is not empty. */
 inline void readMessage(FiltersEntry& entry, const FiltersEntry& other)
 {
     FiltersEntry expected(entry);
@@ -350,7 +350,7 @@ inline void readMessage(FiltersEntry& entry, const FiltersEntry& other)
     expected.setPolicer(other.getPolicer());
     expected.deleteCounter();
     expected.setCounter(counter);
-    for (const auto& element : other.getMatchesRef()) // a match that may not join is left out
+    for (const auto& element : other.getMatchesRef()) // a match that does not fit is left out
         MatchKinds::visit(element.first, [&](auto kind) {
             expected.setMatch(static_cast<const ClassOf<decltype(kind)>&>(*element.second));
         });
@@ -363,7 +363,7 @@ inline void readMessage(FiltersEntry& entry, const FiltersEntry& other)
         requireSame(entry, expected, "a message is read on top of what an entry holds");
 }
 
-/** Moves from another entry, or from the entry itself, by which it loses what it holds. */
+/** Moves from another entry, or from the entry itself, which empties it. */
 inline void moveFrom(FiltersEntry& entry, FiltersEntry& other)
 {
     const bool isSame = &entry == &other;

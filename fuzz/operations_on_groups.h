@@ -1,5 +1,5 @@
 /**
- * The operations on a group, as those on an entry.
+ * The operations on a group, in the same way as those on an entry.
  */
 #ifndef FILTER_COMMON_FUZZ_OPERATIONS_ON_GROUPS_H
 #define FILTER_COMMON_FUZZ_OPERATIONS_ON_GROUPS_H
@@ -46,7 +46,7 @@ inline void removeEntry(FiltersGroup& group, ByteSource& in)
             "C refuses a missing group");
 }
 
-/** The first refusal among the entries, in their order, and before them that of @p pair. */
+/** The refusal @p pair if it is one, otherwise the first one of the entries, in their order. */
 template <class Refusal>
 filtersErr_t firstRefusal(const FiltersGroup& group, filtersErr_t pair, Refusal refusalOfEntry)
 {
@@ -71,7 +71,7 @@ inline void setStage(FiltersGroup& group, ByteSource& in)
         if (!inC)
             return g.setStage(stage);
         filtersGroupSetStage(&g, stage);
-        return expected; // C has no result here
+        return expected; // the C function has no result
     });
     require(result == expected, "a stage is set as the tables say");
     require(filtersGroupGetStage(&group) == (result == FILTERS_OK ? stage : before),
@@ -107,7 +107,7 @@ inline void setGroupPriority(FiltersGroup& group, ByteSource& in)
     checkInvariants(group);
 }
 
-/** Gives the group what another group holds, or takes it from itself. */
+/** Assigns another group, or the group itself, by copy or by move. */
 inline void assignGroup(FiltersGroup& group, FiltersGroup& other, ByteSource& in)
 {
     const FiltersGroup expected(other);
@@ -129,7 +129,7 @@ inline void assignGroup(FiltersGroup& group, FiltersGroup& other, ByteSource& in
     checkInvariants(group);
 }
 
-/** Reads a message on top of what the group holds, whose entries are not checked again. */
+/** Reads a message into a group that is not empty. The entries it holds are not checked again. */
 inline void readMessage(const FiltersGroup& group, const FiltersGroup& other)
 {
     FiltersGroup read(group);

@@ -1,6 +1,5 @@
 /**
- * What holds of every entry and every group, however it came about. The targets assert it here, so
- * that it stands once.
+ * Properties of every entry and every group, however it was made, shared by the targets.
  */
 #ifndef FILTER_COMMON_FUZZ_PROPERTIES_H
 #define FILTER_COMMON_FUZZ_PROPERTIES_H
@@ -24,7 +23,7 @@ namespace FiltersCommon::fuzz {
 
 // -------------------------------------------------------------------------- by way of the messages
 
-/** How the message of a class is filled and read: the long way round that the bytes stand for. */
+/** How to fill and read the message of a class: the long way round, with the same results. */
 template <class T>
 struct Plain;
 
@@ -78,7 +77,7 @@ std::string plainlySerialized(const T& object)
 inline bool differ(const FiltersEntry& a, const FiltersEntry& b) { return !(a == b); }
 inline bool differ(const FiltersGroup& a, const FiltersGroup& b) { return a != b; }
 
-/** Any two objects, equal or not. */
+/** Checks any two objects, equal or not. */
 template <class T>
 void checkPair(const T& a, const T& b)
 {
@@ -89,7 +88,7 @@ void checkPair(const T& a, const T& b)
                                                        "bytes");
 }
 
-/** Two objects of which nothing but their places in memory tells which is which. */
+/** Requires that two objects differ only in their addresses. */
 template <class T>
 void requireSame(const T& a, const T& b, const std::string& stateOfA, const char* property)
 {
@@ -105,7 +104,7 @@ void requireSame(const T& a, const T& b, const char* property)
 
 // ----------------------------------------------------------------------------- bytes, dump, copies
 
-/** Written in all forms and read in all forms, copied, and compared with itself. */
+/** Checks the object written and read in all forms, copied, and compared with itself. */
 template <class T>
 void checkForms(const T& object)
 {
@@ -127,7 +126,7 @@ void checkForms(const T& object)
                 "object");
 }
 
-/** Any bytes: what the constructor makes of them is what the message makes of them. */
+/** Checks for any bytes that the constructor reads the same from them as the message. */
 template <class T>
 T checkReading(const std::string& bytes)
 {
@@ -161,7 +160,7 @@ inline void checkSentences(const Refusals& refusals)
     }
 }
 
-/** The result of an operation that refuses for these reasons. */
+/** The result of an operation with these refusals. */
 inline filtersErr_t codeOf(const Refusals& refusals)
 {
     checkSentences(refusals);
@@ -170,12 +169,12 @@ inline filtersErr_t codeOf(const Refusals& refusals)
 
 // ----------------------------------------------------------------------------------------- entries
 
-/** Whether it is exactly of the class that stands under its kind. */
+/** Whether its class is exactly that of its kind. */
 inline bool isOfItsClass(const Match& match)
 {
     return MatchKinds::dispatch(match.getType(), false, [&](auto kind) {
         return typeid(match) == typeid(ClassOf<decltype(kind)>) ||
-               typeid(match) == typeid(MatchDSCP); // it has the kind of a MatchToS
+               typeid(match) == typeid(MatchDSCP); // has the kind of a MatchToS
     });
 }
 
@@ -211,7 +210,7 @@ inline filtersErr_t read(const FiltersEntry& entry, Action& action)
     });
 }
 
-/** Asks the entry for each kind, held or not. */
+/** Gets each kind from the entry, held or not. */
 template <class Kinds, class Map>
 void checkGetters(const FiltersEntry& entry, const Map& map)
 {
@@ -231,7 +230,7 @@ void checkGetters(const FiltersEntry& entry, const Map& map)
     });
 }
 
-/** What holds of an entry at any time. */
+/** Checks what must always be true of an entry. */
 inline void checkInvariants(const FiltersEntry& entry)
 {
     const FiltersEntry::MatchMap& matches = entry.getMatchesRef();
@@ -260,7 +259,7 @@ inline void checkEntry(const FiltersEntry& entry)
 
 // ------------------------------------------------------------------------------------------ groups
 
-/** What a caller who looks into the public tables expects of an insertion. */
+/** The result of an insertion, according to the public tables. */
 inline filtersErr_t refusalOf(const FiltersEntry& entry, filtersGroupStage_t stage,
                               filtersGroupType_t type)
 {
@@ -306,7 +305,7 @@ inline void checkAdmitted(const FiltersGroup& group, const FiltersEntry& entry)
             "the stage admits the policer of each entry of a group");
 }
 
-/** The record that a C caller gets holds the entries of the map, in its order. */
+/** Checks that the record for C callers holds the entries of the map, in the same order. */
 inline void checkListing(FiltersGroup& group)
 {
     entriesStruct listing;
@@ -323,7 +322,7 @@ inline void checkListing(FiltersGroup& group)
     deleteFiltersEntriesStruct(&listing);
 }
 
-/** What holds of a group at any time. */
+/** Checks what must always be true of a group. */
 inline void checkInvariants(const FiltersGroup& group)
 {
     for (const auto& [id, entry] : group.getEntriesRef()) {

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <exception>
 
-// Calls the target once with each input, without libFuzzer: the corpora are ordinary tests with it,
-// and a reproducer can be looked at under any compiler.
+// Calls the target once with each input, without libFuzzer. This makes the corpora ordinary tests,
+// and lets a reproducer run with any compiler.
 
 namespace {
 
@@ -13,7 +13,7 @@ int replay(const char* path)
 {
     const auto inputs = FiltersCommon::fuzz::readInputs(path);
     for (const auto& [name, bytes] : inputs) {
-        // Read by who looks for the input that aborts.
+        // Printed first, to show which input aborts.
         std::printf("%s\n", name.c_str());
         std::fflush(stdout);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());

@@ -1,5 +1,5 @@
 /**
- * How a fuzz target says that a property does not hold.
+ * How a fuzz target reports that a property does not hold.
  */
 #ifndef FILTER_COMMON_FUZZ_REQUIRE_H
 #define FILTER_COMMON_FUZZ_REQUIRE_H

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-// Writes the inputs from which fuzzing starts: FOLDER/TARGET/NAME, and nothing else is touched.
+// Writes the inputs from which fuzzing starts to FOLDER/TARGET/NAME, and touches nothing else.
 
 namespace {
 
@@ -17,10 +17,10 @@ namespace fs = std::filesystem;
 
 using namespace FiltersCommon;
 
-/** Contents by names. */
+/** Contents by name. */
 using Inputs = std::map<std::string, std::string>;
 
-/** The bytes whose golden copies the tests hold. */
+/** The same bytes as the tests' golden files. */
 template <class T>
 void add(Inputs& inputs, const std::string& prefix, const std::vector<test::Named<T>>& samples)
 {
@@ -50,7 +50,7 @@ Inputs entriesAndGroups()
     return inputs;
 }
 
-/** Programs that nobody wrote, the same ones in every run. */
+/** Random programs, the same in every run. */
 Inputs programs()
 {
     constexpr int COUNT = 12;

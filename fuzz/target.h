@@ -1,6 +1,6 @@
 /**
- * What every target defines. libFuzzer calls it with inputs that it makes up, and the replay with
- * those of the corpus.
+ * What every target defines. libFuzzer calls it with generated inputs, the replay with those in the
+ * corpus.
  */
 #ifndef FILTER_COMMON_FUZZ_TARGET_H
 #define FILTER_COMMON_FUZZ_TARGET_H
@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/** Takes any bytes; aborts where a property does not hold. @return 0 */
+/** Takes any bytes; aborts if a property does not hold. @return 0 */
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 #endif // FILTER_COMMON_FUZZ_TARGET_H

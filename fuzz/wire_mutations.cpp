@@ -8,9 +8,9 @@
 #include <exception>
 #include <string>
 
-// Reads the inputs of a folder, what the mutator makes of each, and each prefix of the shorter
-// ones, by the constructors and by way of the messages. What libFuzzer does at random and with
-// Clang alone, this does in every build and the same way every time.
+// Reads the inputs in a folder, mutations of each, and every prefix of the shorter ones, both by
+// the constructors and through the messages. libFuzzer does this at random and only with Clang;
+// this program does it in every build and the same way every time.
 
 namespace {
 
@@ -45,7 +45,7 @@ void checkAround(const std::string& bytes)
 
     std::string mutated = bytes;
     for (std::uint64_t seed = 0; seed < MUTATIONS; ++seed) {
-        // A few changes on top of each other, then anew.
+        // A few mutations on top of each other, then start again.
         mutated = fuzz::mutateWire(seed % 4 == 0 ? bytes : mutated, seed);
         checkTree(mutated);
         checkReading(mutated);

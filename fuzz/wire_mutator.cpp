@@ -21,7 +21,7 @@ using google::protobuf::FieldDescriptor;
 
 // ---------------------------------------------------------------------------------------- choices
 
-/** The same numbers from the same seed, on every host. */
+/** The same choices from the same seed, on every host. */
 class Choices {
 public:
     explicit Choices(std::uint64_t seed) : state_(seed) {}
@@ -44,7 +44,7 @@ public:
         return container[below(std::size(container))];
     }
 
-    /** A number that the model has a use for, or one at the end of a width. */
+    /** A number that means something to the model, or one at the limit of a width. */
     std::uint64_t value()
     {
         constexpr std::uint64_t ENDS[] = {0x7F,       0x80,       0xFF,        0x100,
@@ -85,7 +85,7 @@ private:
 
 WireMessage anyMessage(Choices& choices, const Descriptor& descriptor);
 
-/** As the schema has it. */
+/** A field that conforms to the schema. */
 WireField anyField(Choices& choices, const FieldDescriptor& descriptor)
 {
     WireField field;
@@ -103,7 +103,7 @@ WireField anyField(Choices& choices, const FieldDescriptor& descriptor)
     return field;
 }
 
-/** Mostly with what is required, and with some of the rest. */
+/** A message with most required fields and some of the others. */
 WireMessage anyMessage(Choices& choices, const Descriptor& descriptor)
 {
     WireMessage message;
@@ -133,7 +133,7 @@ WireField anyUnknownField(Choices& choices)
 
 // ------------------------------------------------------------------------------------------ edits
 
-/** A message somewhere in the tree, with its schema; null for what the schema does not know. */
+/** A message in the tree, with its descriptor: null if the schema does not know it. */
 struct Node {
     WireMessage* message;
     const Descriptor* descriptor;
@@ -150,7 +150,7 @@ void collect(std::vector<Node>& nodes, WireMessage& message, const Descriptor* d
 
 using Fields = std::vector<WireField>;
 
-/** A place to put a field at, the end among them. */
+/** A place to insert a field, possibly the end. */
 Fields::iterator anyPlace(Choices& choices, Fields& fields)
 {
     return fields.begin() + static_cast<std::ptrdiff_t>(choices.below(fields.size() + 1));
@@ -182,7 +182,7 @@ void addUnknown(Choices& choices, const Node& node)
 
 void addTail(Choices& choices, const Node& node) { node.message->tail += choices.bytes(); }
 
-// The rest is for messages that are not empty.
+// The edits below are for messages that are not empty.
 
 void repeat(Choices& choices, const Node& node)
 {
@@ -218,7 +218,7 @@ void changeNumber(Choices& choices, const Node& node)
     field.number = choices.oneIn(8) ? choices.value() : choices.below(28);
 }
 
-/** A message becomes plain bytes where its field is no message any more. */
+/** A message becomes plain bytes if its field is no longer a message. */
 void changeWireType(Choices& choices, const Node& node)
 {
     WireField& field = choices.oneOf(node.message->fields);
@@ -245,7 +245,7 @@ void leaveOpen(Choices& choices, const Node& node)
     field.isClosed = !field.isClosed;
 }
 
-/** Numbers of one field behind one length, which readers of the schema have to take as well. */
+/** Packs the numbers of a field behind one length, which readers must accept as well. */
 void pack(Choices& choices, const Node& node)
 {
     Fields& fields = node.message->fields;
@@ -269,7 +269,7 @@ void pack(Choices& choices, const Node& node)
     insert(choices, fields, std::move(packed));
 }
 
-/** A message in two parts: readers merge them, or take them for two elements. */
+/** Splits a message in two: readers merge the parts, or take them for two elements. */
 void split(Choices& choices, const Node& node)
 {
     Fields& fields = node.message->fields;
@@ -285,7 +285,7 @@ void split(Choices& choices, const Node& node)
     insert(choices, fields, std::move(second));
 }
 
-/** Groups in groups, about as deep as the messages runtime follows them. */
+/** Nests groups, up to about as deep as the messages runtime follows them. */
 void nest(Choices& choices, const Node& node)
 {
     WireField field = anyUnknownField(choices);
@@ -302,7 +302,7 @@ void nest(Choices& choices, const Node& node)
 
 using Edit = void (*)(Choices&, const Node&);
 
-/** Those behind the third need a field. Some stand twice to be more frequent. */
+/** All but the first three need a field. Some are repeated to make them more frequent. */
 constexpr Edit EDITS[] = {add,         addUnknown,   addTail,        add,         repeat,
                           drop,        exchange,     repeat,         changeValue, changeValue,
                           changeValue, changeNumber, changeWireType, pad,         lieAboutLength,
@@ -318,7 +318,7 @@ void edit(Choices& choices, WireMessage& root, const Descriptor* descriptor)
     EDITS[choices.below(isEmpty ? EDITS_OF_EMPTY : std::size(EDITS))](choices, node);
 }
 
-/** An entry has bytes or messages where a group has numbers. */
+/** Tells them apart mostly by fields with bytes or messages where a group has numbers. */
 const Descriptor* guessRoot(Choices& choices, const std::string& bytes)
 {
     const WireMessage message = readWire(bytes, nullptr);

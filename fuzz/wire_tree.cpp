@@ -21,14 +21,14 @@ const Descriptor* messageIn(const Descriptor* descriptor, std::uint64_t number)
 
 namespace {
 
-/** How deep groups are taken apart: deeper than the messages runtime follows them. */
+/** How deep groups are parsed: deeper than the messages runtime follows them. */
 constexpr int MOST_GROUPS = 200;
 
 class WireReader {
 public:
     explicit WireReader(std::string_view bytes) : rest_(bytes) {}
 
-    /** As far as the bytes are fields. In a group its end ends the message. */
+    /** Reads fields until the bytes are none. In a group, the end of the group ends the message. */
     WireMessage readMessage(const Descriptor* descriptor, std::optional<std::uint64_t> group)
     {
         WireMessage message;
@@ -59,7 +59,7 @@ private:
             const auto byte = static_cast<std::uint8_t>(rest_[length - 1]);
             const unsigned shift = 7 * (length - 1);
             if (shift == 63 && (byte & 0x7E) != 0)
-                return false; // bits that would be lost
+                return false; // bits would be lost
             number |= static_cast<std::uint64_t>(byte & 0x7F) << shift;
             if ((byte & 0x80) != 0)
                 continue;

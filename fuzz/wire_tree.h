@@ -1,6 +1,6 @@
 /**
- * Bytes of Protocol Buffers messages as a tree that keeps every oddity: what is read is written as
- * the same bytes, whatever they are.
+ * The bytes of Protocol Buffers messages as a tree that keeps every oddity: any bytes can be read,
+ * and are written unchanged.
  */
 #ifndef FILTER_COMMON_FUZZ_WIRE_TREE_H
 #define FILTER_COMMON_FUZZ_WIRE_TREE_H
@@ -25,7 +25,7 @@ enum WireType : unsigned {
 
 struct WireField;
 
-/** Fields, and behind them what is none. */
+/** Fields, followed by bytes that are not a field. */
 struct WireMessage {
     std::vector<WireField> fields;
     std::string tail;
@@ -35,26 +35,26 @@ struct WireField {
     std::uint64_t number = 0;
     unsigned wireType = WIRE_VARINT;
     std::uint64_t value = 0; /**< of a varint or a fixed number */
-    std::string bytes;       /**< behind a length, unless it is a message */
-    bool isMessage = false;  /**< behind a length */
-    WireMessage message;     /**< also that in a group */
+    std::string bytes;       /**< after a length, unless it is a message */
+    bool isMessage = false;  /**< after a length */
+    WireMessage message;     /**< also the contents of a group */
 
-    // Oddities that readers have to get over or to refuse.
-    unsigned tagPadding = 0;       /**< bytes by which the tag is longer than it need be */
-    unsigned valuePadding = 0;     /**< likewise of the varint or the length */
+    // Oddities that readers have to accept or refuse.
+    unsigned tagPadding = 0;       /**< unnecessary bytes in the tag */
+    unsigned valuePadding = 0;     /**< unnecessary bytes in the varint or the length */
     std::uint64_t lengthError = 0; /**< added to the length */
-    bool isClosed = true;          /**< a group has its end */
+    bool isClosed = true;          /**< a group has its end tag */
 };
 
-/** With the fields that @p descriptor says are messages taken apart; it may be null. */
+/** Parses nested messages in the fields that @p descriptor says hold them; it may be null. */
 WireMessage readWire(std::string_view bytes, const google::protobuf::Descriptor* descriptor);
 
 std::string writeWire(const WireMessage& message);
 
-/** The number as a varint, longer by @p padding bytes than it need be. */
+/** The number as a varint with @p padding unnecessary bytes. */
 std::string varint(std::uint64_t number, unsigned padding = 0);
 
-/** The descriptor of the messages that a field of that number holds; null if it holds none. */
+/** The descriptor of the messages in the field with this number; null if it holds none. */
 const google::protobuf::Descriptor* messageIn(const google::protobuf::Descriptor* descriptor,
                                               std::uint64_t number);
 
