@@ -57,11 +57,11 @@ std::string kindCells(const Kind<Code>& kind, const char* name)
     return "|" + cell(std::to_string(kind.code)) + cell(code(name)) + cell(code(kind.className));
 }
 
-#define FILTERS_COMMON_KIND(Class) {#Class, Class::KIND},
+#define FILTERS_COMMON_KIND(kind, Class, Values) {#Class, kind},
 const std::vector<Kind<filtersMatch_t>> MATCH_KINDS = {
-    FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_KIND)};
+    FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_KIND)};
 const std::vector<Kind<filtersAction_t>> ACTION_KINDS = {
-    FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_KIND)};
+    FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_KIND)};
 #undef FILTERS_COMMON_KIND
 
 // ----------------------------------------------------------------------------------------- tables

@@ -22,9 +22,9 @@ struct PutTogether {
     bool add(const MatchPB& pb)
     {
         return MatchKinds::dispatch(static_cast<filtersMatch_t>(pb.type_()), false, [&](auto kind) {
-            const auto match = makeBlank<ClassOf<decltype(kind)>>();
-            match->convertFromMatchPB(&pb);
-            return entry.setMatch(*match) == FILTERS_OK;
+            ClassOf<decltype(kind)> match;
+            match.convertFromMatchPB(&pb);
+            return entry.setMatch(match) == FILTERS_OK;
         });
     }
 
@@ -32,9 +32,9 @@ struct PutTogether {
     {
         const auto code = static_cast<filtersAction_t>(pb.type_());
         return ActionKinds::dispatch(code, false, [&](auto kind) {
-            const auto action = makeBlank<ClassOf<decltype(kind)>>();
-            action->convertFromActionPB(&pb);
-            return entry.setAction(*action) == FILTERS_OK;
+            ClassOf<decltype(kind)> action;
+            action.convertFromActionPB(&pb);
+            return entry.setAction(action) == FILTERS_OK;
         });
     }
 

@@ -215,14 +215,14 @@ template <class Kinds, class Map>
 void checkGetters(const FiltersEntry& entry, const Map& map)
 {
     Kinds::forEach([&](auto kind) {
-        const auto asked = makeBlank<ClassOf<decltype(kind)>>();
-        const auto blank = makeBlank<ClassOf<decltype(kind)>>();
-        const auto held = map.find(asked->getType());
-        const filtersErr_t result = read(entry, *asked);
+        ClassOf<decltype(kind)> asked;
+        const ClassOf<decltype(kind)> blank;
+        const auto held = map.find(asked.getType());
+        const filtersErr_t result = read(entry, asked);
         using Base = typename Map::mapped_type::element_type;
-        const Base& now = *asked;
+        const Base& now = asked;
         if (held == map.end())
-            require(result == FILTERS_ERR_NOT_FOUND && now == *blank,
+            require(result == FILTERS_ERR_NOT_FOUND && now == blank,
                     "asked for what is not held, an entry changes nothing");
         else
             require(result == FILTERS_OK && now == *held->second && *held->second == now,

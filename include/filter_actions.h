@@ -4,15 +4,22 @@
  * Every action is an object of a class derived from Action and carries the code of its kind.
  * Objects are plain values; nothing is validated (a PCP of 200 is kept as 200), and after
  * construction only reading from the wire changes them. Assigning one action to another copies the
- * values and never the kind.
+ * values and never the kind. A constructor without arguments sets numbers and addresses to 0 and
+ * leaves lists empty.
+ *
+ * Actions of one class compare their parameters; so do a class and a class derived from it, in
+ * either order, as objects of the base class. All others, and those compared through an Action, go
+ * through Action::operator==, for which objects of different kinds differ.
  */
 #ifndef FILTER_COMMON_FILTER_ACTIONS_H
 #define FILTER_COMMON_FILTER_ACTIONS_H
 
+#include "filter_class_support.h"
 #include "filter_types.h"
 
 #include <net/ethernet.h>
 
+#include <initializer_list>
 #include <iosfwd>
 #include <list>
 #include <utility>
@@ -22,7 +29,7 @@
 namespace FiltersCommon {
 
 class ActionPB;
-struct FILTERS_COMMON_INTERNAL ActionFields; // says where the members stand in an ActionPB
+struct FILTERS_COMMON_INTERNAL ActionRows; // describes the members of each class
 
 /** An action. A bare Action can be built with any code and holds nothing else. */
 class Action {
@@ -31,7 +38,7 @@ public:
     Action(const Action&) = default;
     /** Nothing to do: the kind stays. */
     Action& operator=(const Action&) noexcept { return *this; }
-    virtual ~Action() = default;
+    virtual ~Action();
 
     /** Writes the kind's code and parameters; a bare Action writes the code only. */
     virtual void convertToActionPB(ActionPB* pb) const;
@@ -56,6 +63,32 @@ private:
     const filtersAction_t type_;
 };
 
+/**
+ * Compares actions of two different classes, the same in either order. Where one class derives from
+ * the other, as the base class compares; any others as Action::operator== does, by their kinds.
+ */
+template <class T, class U, EnableIfDifferent<Action, T, U> = 0>
+bool operator==(const T& a, const U& b)
+{
+    using Class = ComparedAs<Action, T, U>;
+    return static_cast<const Class&>(a) == static_cast<const Class&>(b);
+}
+
+/** What every action class declares. */
+#define FILTERS_COMMON_DECLARE_ACTION(Class)                                                       \
+    FILTERS_COMMON_DECLARE_COPYABLE(Class)                                                         \
+    using Action::operator==;
+
+/** What an action class declares whose members go into messages. */
+#define FILTERS_COMMON_DECLARE_ACTION_VALUES                                                       \
+    friend struct ActionRows;                                                                      \
+    void convertToActionPB(ActionPB* pb) const override;                                           \
+    void convertFromActionPB(const ActionPB* pb) override;
+
+#define FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(Class)                                           \
+    FILTERS_COMMON_DECLARE_ACTION(Class)                                                           \
+    FILTERS_COMMON_DECLARE_ACTION_VALUES
+
 /** A list of ports in the caller's order, duplicates kept. Converts its code only. */
 class ActionPorts : public Action {
 public:
@@ -67,6 +100,7 @@ public:
     ActionPorts(ActionPorts&&) noexcept = default;
     ActionPorts& operator=(const ActionPorts& other);
     ActionPorts& operator=(ActionPorts&& other) noexcept = default;
+    ~ActionPorts() override;
 
     std::list<limid_t> getPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */
@@ -77,7 +111,7 @@ public:
     bool operator==(const ActionPorts& other) const;
 
 private:
-    friend struct ActionFields;
+    friend struct ActionRows;
     std::list<limid_t> ports_;
 };
 
@@ -89,7 +123,8 @@ public:
     static constexpr filtersAction_t KIND = ACTION_PERMIT;
 
     ActionPermit() : Action(KIND) {}
-    using Action::operator==;
+
+    FILTERS_COMMON_DECLARE_ACTION(ActionPermit)
     virtual bool operator==(const ActionPermit&) const { return true; }
 };
 
@@ -99,7 +134,8 @@ public:
     static constexpr filtersAction_t KIND = ACTION_DENY;
 
     ActionDeny() : Action(KIND) {}
-    using Action::operator==;
+
+    FILTERS_COMMON_DECLARE_ACTION(ActionDeny)
     bool operator==(const ActionDeny&) const { return true; }
 };
 
@@ -109,7 +145,8 @@ public:
     static constexpr filtersAction_t KIND = ACTION_COPY_TO_CPU;
 
     ActionCopyToCpu() : Action(KIND) {}
-    using Action::operator==;
+
+    FILTERS_COMMON_DECLARE_ACTION(ActionCopyToCpu)
     bool operator==(const ActionCopyToCpu&) const { return true; }
 };
 
@@ -118,13 +155,13 @@ class ActionBlockEgressPorts : public ActionPorts {
 public:
     static constexpr filtersAction_t KIND = ACTION_BLOCK_EGRESS_PORTS;
 
-    explicit ActionBlockEgressPorts(std::list<limid_t> ports) : ActionPorts(KIND, std::move(ports))
+    explicit ActionBlockEgressPorts(std::list<limid_t> ports = {})
+        : ActionPorts(KIND, std::move(ports))
     {}
+    explicit ActionBlockEgressPorts(std::initializer_list<NoValues>) : ActionBlockEgressPorts() {}
 
-    void convertToActionPB(ActionPB* pb) const override;
-    /** Appends to the ports that the action holds already, deliberately unlike ActionRedirect. */
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    /** Reading appends to the ports that the action holds already, unlike ActionRedirect. */
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionBlockEgressPorts)
     bool operator==(const ActionBlockEgressPorts& other) const
     {
         return ActionPorts::operator==(other);
@@ -136,22 +173,19 @@ class ActionCopyToCpuCancel : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_COPY_TO_CPU_CANCEL;
 
-    explicit ActionCopyToCpuCancel(cp2cpuCancelParam_t cancelType)
+    explicit ActionCopyToCpuCancel(cp2cpuCancelParam_t cancelType = {})
         : Action(KIND), cancelType_(cancelType)
     {}
 
     cp2cpuCancelParam_t getCancelType() const { return cancelType_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionCopyToCpuCancel)
     bool operator==(const ActionCopyToCpuCancel& other) const
     {
         return cancelType_ == other.cancelType_;
     }
 
 private:
-    friend struct ActionFields;
     cp2cpuCancelParam_t cancelType_;
 };
 
@@ -160,17 +194,14 @@ class ActionSetPcp : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_PCP;
 
-    explicit ActionSetPcp(unsigned char pcp) : Action(KIND), pcp_(pcp) {}
+    explicit ActionSetPcp(unsigned char pcp = 0) : Action(KIND), pcp_(pcp) {}
 
     unsigned char getPcp() const { return pcp_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionSetPcp)
     bool operator==(const ActionSetPcp& other) const { return pcp_ == other.pcp_; }
 
 private:
-    friend struct ActionFields;
     unsigned char pcp_;
 };
 
@@ -179,22 +210,19 @@ class ActionSetPcpAndQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_PCP_AND_QUEUE;
 
-    explicit ActionSetPcpAndQueue(unsigned char pcpAndQueue)
+    explicit ActionSetPcpAndQueue(unsigned char pcpAndQueue = 0)
         : Action(KIND), pcpAndQueue_(pcpAndQueue)
     {}
 
     unsigned char getPcpAndQueue() const { return pcpAndQueue_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionSetPcpAndQueue)
     bool operator==(const ActionSetPcpAndQueue& other) const
     {
         return pcpAndQueue_ == other.pcpAndQueue_;
     }
 
 private:
-    friend struct ActionFields;
     unsigned char pcpAndQueue_;
 };
 
@@ -203,17 +231,14 @@ class ActionSetInnerPcp : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_INNER_PCP;
 
-    explicit ActionSetInnerPcp(unsigned char innerPcp) : Action(KIND), innerPcp_(innerPcp) {}
+    explicit ActionSetInnerPcp(unsigned char innerPcp = 0) : Action(KIND), innerPcp_(innerPcp) {}
 
     unsigned char getInnerPcp() const { return innerPcp_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionSetInnerPcp)
     bool operator==(const ActionSetInnerPcp& other) const { return innerPcp_ == other.innerPcp_; }
 
 private:
-    friend struct ActionFields;
     unsigned char innerPcp_;
 };
 
@@ -222,17 +247,14 @@ class ActionSetDSCP : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_DSCP;
 
-    explicit ActionSetDSCP(unsigned char dscp) : Action(KIND), dscp_(dscp) {}
+    explicit ActionSetDSCP(unsigned char dscp = 0) : Action(KIND), dscp_(dscp) {}
 
     unsigned char getDSCP() const { return dscp_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionSetDSCP)
     bool operator==(const ActionSetDSCP& other) const { return dscp_ == other.dscp_; }
 
 private:
-    friend struct ActionFields;
     unsigned char dscp_;
 };
 
@@ -241,20 +263,17 @@ class ActionMapToCosQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_MAP_TO_COS_QUEUE;
 
-    explicit ActionMapToCosQueue(unsigned char cosQueue) : Action(KIND), cosQueue_(cosQueue) {}
+    explicit ActionMapToCosQueue(unsigned char cosQueue = 0) : Action(KIND), cosQueue_(cosQueue) {}
 
     unsigned char getCosQueue() const { return cosQueue_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionMapToCosQueue)
     virtual bool operator==(const ActionMapToCosQueue& other) const
     {
         return cosQueue_ == other.cosQueue_;
     }
 
 private:
-    friend struct ActionFields;
     unsigned char cosQueue_;
 };
 
@@ -263,22 +282,19 @@ class ActionMapToCpuCosQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_MAP_TO_CPU_COS_QUEUE;
 
-    explicit ActionMapToCpuCosQueue(unsigned char cpuCosQueue)
+    explicit ActionMapToCpuCosQueue(unsigned char cpuCosQueue = 0)
         : Action(KIND), cpuCosQueue_(cpuCosQueue)
     {}
 
     unsigned char getCpuCosQueue() const { return cpuCosQueue_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionMapToCpuCosQueue)
     bool operator==(const ActionMapToCpuCosQueue& other) const
     {
         return cpuCosQueue_ == other.cpuCosQueue_;
     }
 
 private:
-    friend struct ActionFields;
     unsigned char cpuCosQueue_;
 };
 
@@ -287,25 +303,27 @@ class ActionRedirect : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REDIRECT;
 
+    /** No port. */
+    ActionRedirect() : Action(KIND) {}
     explicit ActionRedirect(const limid_t& port) : Action(KIND), ports_{port} {}
+    explicit ActionRedirect(std::initializer_list<NoValues>) : ActionRedirect(limid_t{}) {}
 
     ActionRedirect(const ActionRedirect&) = default;
     ActionRedirect(ActionRedirect&&) noexcept = default;
     ActionRedirect& operator=(const ActionRedirect& other);
     ActionRedirect& operator=(ActionRedirect&& other) noexcept = default;
+    ~ActionRedirect() override;
 
     std::list<limid_t> getRedirectPorts() const { return ports_; }
     /** The list itself, valid while the action lives and is not changed. */
     const std::list<limid_t>& getRedirectPortsRef() const { return ports_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    /** Replaces the ports. */
-    void convertFromActionPB(const ActionPB* pb) override;
+    /** Reading replaces the ports. */
+    FILTERS_COMMON_DECLARE_ACTION_VALUES
     using Action::operator==;
     virtual bool operator==(const ActionRedirect& other) const;
 
 private:
-    friend struct ActionFields;
     std::list<limid_t> ports_;
 };
 
@@ -314,17 +332,15 @@ class ActionReplaceDstMac : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REPLACE_DST_MAC;
 
-    explicit ActionReplaceDstMac(const ether_addr& mac) : Action(KIND), mac_(mac) {}
+    explicit ActionReplaceDstMac(const ether_addr& mac = {}) : Action(KIND), mac_(mac) {}
+    explicit ActionReplaceDstMac(std::initializer_list<NoValues>) : ActionReplaceDstMac() {}
 
     ether_addr getReplaceDstMac() const { return mac_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionReplaceDstMac)
     virtual bool operator==(const ActionReplaceDstMac& other) const;
 
 private:
-    friend struct ActionFields;
     ether_addr mac_;
 };
 
@@ -334,7 +350,8 @@ public:
     static constexpr filtersAction_t KIND = ACTION_REDIRECT_CANCEL;
 
     ActionRedirectCancel() : Action(KIND) {}
-    using Action::operator==;
+
+    FILTERS_COMMON_DECLARE_ACTION(ActionRedirectCancel)
     virtual bool operator==(const ActionRedirectCancel&) const { return true; }
 };
 
@@ -343,17 +360,15 @@ class ActionReplaceSrcMac : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REPLACE_SRC_MAC;
 
-    explicit ActionReplaceSrcMac(const ether_addr& mac) : Action(KIND), mac_(mac) {}
+    explicit ActionReplaceSrcMac(const ether_addr& mac = {}) : Action(KIND), mac_(mac) {}
+    explicit ActionReplaceSrcMac(std::initializer_list<NoValues>) : ActionReplaceSrcMac() {}
 
     ether_addr getReplaceSrcMac() const { return mac_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionReplaceSrcMac)
     virtual bool operator==(const ActionReplaceSrcMac& other) const;
 
 private:
-    friend struct ActionFields;
     ether_addr mac_;
 };
 
@@ -362,22 +377,19 @@ class ActionL3Switch : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_L3_SWITCH;
 
-    explicit ActionL3Switch(unsigned int l3DestinationId)
+    explicit ActionL3Switch(unsigned int l3DestinationId = 0)
         : Action(KIND), l3DestinationId_(l3DestinationId)
     {}
 
     unsigned int getL3DestinationId() const { return l3DestinationId_; }
 
-    void convertToActionPB(ActionPB* pb) const override;
-    void convertFromActionPB(const ActionPB* pb) override;
-    using Action::operator==;
+    FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionL3Switch)
     bool operator==(const ActionL3Switch& other) const
     {
         return l3DestinationId_ == other.l3DestinationId_;
     }
 
 private:
-    friend struct ActionFields;
     unsigned int l3DestinationId_;
 };
 
@@ -387,46 +399,72 @@ public:
     static constexpr filtersAction_t KIND = ACTION_BLACK_HOLE;
 
     ActionBlackHole() : Action(KIND) {}
-    using Action::operator==;
+
+    FILTERS_COMMON_DECLARE_ACTION(ActionBlackHole)
     bool operator==(const ActionBlackHole&) const { return true; }
 };
 
 /**
- * The class of each kind code, in the order of the codes from 0. Everything that has to be said of
- * each class expands this list.
+ * A row for each kind of action, in the order of the codes from 0: whether its class holds
+ * parameters of its own, those of a family, or none; the kind; the class; and the class that holds
+ * the parameters. Whatever has to be done for each kind or class expands these rows.
  */
 // clang-format off
-#define FILTERS_COMMON_ACTION_CLASSES(X) \
-    X(ActionPermit) X(ActionDeny) X(ActionCopyToCpu) X(ActionBlockEgressPorts) \
-    X(ActionCopyToCpuCancel) X(ActionSetPcp) X(ActionSetPcpAndQueue) X(ActionSetInnerPcp) \
-    X(ActionSetDSCP) X(ActionMapToCosQueue) X(ActionMapToCpuCosQueue) X(ActionRedirect) \
-    X(ActionReplaceDstMac) X(ActionRedirectCancel) X(ActionReplaceSrcMac) X(ActionL3Switch) \
-    X(ActionBlackHole)
+#define FILTERS_COMMON_ACTION_KINDS(WITH_VALUES, OF_FAMILY, WITHOUT_VALUES)                     \
+    WITHOUT_VALUES(ACTION_PERMIT,               ActionPermit,           NoValues)               \
+    WITHOUT_VALUES(ACTION_DENY,                 ActionDeny,             NoValues)               \
+    WITHOUT_VALUES(ACTION_COPY_TO_CPU,          ActionCopyToCpu,        NoValues)               \
+    OF_FAMILY     (ACTION_BLOCK_EGRESS_PORTS,   ActionBlockEgressPorts, ActionPorts)            \
+    WITH_VALUES   (ACTION_COPY_TO_CPU_CANCEL,   ActionCopyToCpuCancel,  ActionCopyToCpuCancel)  \
+    WITH_VALUES   (ACTION_SET_PCP,              ActionSetPcp,           ActionSetPcp)           \
+    WITH_VALUES   (ACTION_SET_PCP_AND_QUEUE,    ActionSetPcpAndQueue,   ActionSetPcpAndQueue)   \
+    WITH_VALUES   (ACTION_SET_INNER_PCP,        ActionSetInnerPcp,      ActionSetInnerPcp)      \
+    WITH_VALUES   (ACTION_SET_DSCP,             ActionSetDSCP,          ActionSetDSCP)          \
+    WITH_VALUES   (ACTION_MAP_TO_COS_QUEUE,     ActionMapToCosQueue,    ActionMapToCosQueue)    \
+    WITH_VALUES   (ACTION_MAP_TO_CPU_COS_QUEUE, ActionMapToCpuCosQueue, ActionMapToCpuCosQueue) \
+    WITH_VALUES   (ACTION_REDIRECT,             ActionRedirect,         ActionRedirect)         \
+    WITH_VALUES   (ACTION_REPLACE_DST_MAC,      ActionReplaceDstMac,    ActionReplaceDstMac)    \
+    WITHOUT_VALUES(ACTION_REDIRECT_CANCEL,      ActionRedirectCancel,   NoValues)               \
+    WITH_VALUES   (ACTION_REPLACE_SRC_MAC,      ActionReplaceSrcMac,    ActionReplaceSrcMac)    \
+    WITH_VALUES   (ACTION_L3_SWITCH,            ActionL3Switch,         ActionL3Switch)         \
+    WITHOUT_VALUES(ACTION_BLACK_HOLE,           ActionBlackHole,        NoValues)
 // clang-format on
 
-/** Whether entries know the class T, exactly that class. */
+/** X(kind, class, class of the values) for each row. */
+#define FILTERS_COMMON_EACH_ACTION_KIND(X) FILTERS_COMMON_ACTION_KINDS(X, X, X)
+
+/** Whether entries know the class T, exactly that class, const or not. */
 template <class T>
 inline constexpr bool isActionClass = false;
+template <class T>
+inline constexpr bool isActionClass<const T> = isActionClass<T>;
+template <class T>
+inline constexpr bool isActionClass<volatile T> = isActionClass<T>;
+template <class T>
+inline constexpr bool isActionClass<const volatile T> = isActionClass<T>;
 
-#define FILTERS_COMMON_KNOWN(Class)                                                                \
+#define FILTERS_COMMON_DECLARE_KNOWN(kind, Class, Values)                                          \
     template <>                                                                                    \
     inline constexpr bool isActionClass<Class> = true;
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_KNOWN)
-#undef FILTERS_COMMON_KNOWN
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DECLARE_KNOWN)
+#undef FILTERS_COMMON_DECLARE_KNOWN
 
 } // namespace FiltersCommon
 
 // ------------------------------------------------------------------------------------- text dumps
 //
-// At global scope, one operator for each class. An Action prints by the code of the object, and
-// nothing for codes of 17 and above. ActionPorts prints the lines of its ports alone.
+// At global scope, one operator for each class. An Action is printed by the code of the object, and
+// an object of an unknown kind not at all. ActionPorts prints the lines of its ports alone.
 
-#define FILTERS_COMMON_PRINTED(Class)                                                              \
+#define FILTERS_COMMON_DECLARE_PRINTED(Class)                                                      \
     std::ostream& operator<<(std::ostream& out, const FiltersCommon::Class& action);
-FILTERS_COMMON_PRINTED(Action)
-FILTERS_COMMON_PRINTED(ActionPorts)
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_PRINTED)
-#undef FILTERS_COMMON_PRINTED
+#define FILTERS_COMMON_DECLARE_KIND_PRINTED(kind, Class, Values)                                   \
+    FILTERS_COMMON_DECLARE_PRINTED(Class)
+FILTERS_COMMON_DECLARE_PRINTED(Action)
+FILTERS_COMMON_DECLARE_PRINTED(ActionPorts)
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DECLARE_KIND_PRINTED)
+#undef FILTERS_COMMON_DECLARE_KIND_PRINTED
+#undef FILTERS_COMMON_DECLARE_PRINTED
 
 #pragma GCC visibility pop
 

@@ -21,7 +21,7 @@ template <class Code>
 class CodeSet {
 public:
     /** Codes count as unsigned numbers; those of LIMIT and above are never in a set. */
-    static constexpr std::uint32_t LIMIT = 32;
+    static constexpr std::uint32_t LIMIT = 64;
 
     class Iterator {
     public:
@@ -31,9 +31,9 @@ public:
         using pointer = const Code*;
         using reference = Code;
 
-        explicit constexpr Iterator(std::uint32_t bits) : bits_(bits) {}
+        explicit constexpr Iterator(std::uint64_t bits) : bits_(bits) {}
 
-        constexpr Code operator*() const { return static_cast<Code>(__builtin_ctz(bits_)); }
+        constexpr Code operator*() const { return static_cast<Code>(__builtin_ctzll(bits_)); }
         constexpr Iterator& operator++()
         {
             bits_ &= bits_ - 1;
@@ -49,7 +49,7 @@ public:
         constexpr bool operator!=(Iterator other) const { return bits_ != other.bits_; }
 
     private:
-        std::uint32_t bits_;
+        std::uint64_t bits_;
     };
 
     constexpr CodeSet() = default;
@@ -79,22 +79,26 @@ public:
     /** What stands in this set alone. */
     constexpr CodeSet operator-(CodeSet other) const { return CodeSet(bits_ & ~other.bits_); }
 
-    /** Bit n, of the value 1 << n, stands for code n. */
-    constexpr std::uint32_t bits() const { return bits_; }
+    /**
+     * Bit n, of the value 1 << n, is code n. The number may be kept and compared with that of a
+     * later version, as codes are never given a new meaning: what is admitted may then be more, so
+     * bits that a program does not know are to be ignored, not refused.
+     */
+    constexpr std::uint64_t bits() const { return bits_; }
 
     constexpr bool operator==(CodeSet other) const { return bits_ == other.bits_; }
     constexpr bool operator!=(CodeSet other) const { return bits_ != other.bits_; }
 
 private:
-    explicit constexpr CodeSet(std::uint32_t bits) : bits_(bits) {}
+    explicit constexpr CodeSet(std::uint64_t bits) : bits_(bits) {}
 
-    static constexpr std::uint32_t bitOf(Code code)
+    static constexpr std::uint64_t bitOf(Code code)
     {
         const auto number = static_cast<std::uint32_t>(code);
-        return number < LIMIT ? std::uint32_t{1} << number : 0;
+        return number < LIMIT ? std::uint64_t{1} << number : 0;
     }
 
-    std::uint32_t bits_ = 0;
+    std::uint64_t bits_ = 0;
 };
 
 } // namespace FiltersCommon

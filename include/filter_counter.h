@@ -15,6 +15,7 @@
 namespace FiltersCommon {
 
 class CounterPB;
+struct FILTERS_COMMON_INTERNAL CounterRows; // describes the members
 
 class Counter {
 public:
@@ -35,6 +36,8 @@ public:
     bool operator!=(const Counter& other) const { return !(*this == other); }
 
 private:
+    friend struct CounterRows;
+
     unsigned short id_;
     counter_type_t type_;
 };

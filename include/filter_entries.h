@@ -24,7 +24,8 @@
 namespace FiltersCommon {
 
 class FiltersEntryPB;
-struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads the members
+struct FILTERS_COMMON_INTERNAL EntryRows; // describes the members
+struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads them
 
 /**
  * One rule: an identifier, a priority, a policer, a counter, at most one match of each kind and at
@@ -104,10 +105,17 @@ public:
 
     /**
      * Copies the values of the stored match of the same kind into @p match.
-     * @return FILTERS_ERR_INVALID if T is not known, FILTERS_ERR_NOT_FOUND if there is none
+     * @return FILTERS_ERR_INVALID if T is not known or const, FILTERS_ERR_NOT_FOUND if there is none
      */
     template <class T>
     filtersErr_t getMatch(T& match) const;
+
+    /**
+     * The stored match of the class T itself, valid while the entry lives and its matches are not
+     * changed; null if there is none, or if T is not known. A MatchDSCP is also found as a MatchToS.
+     */
+    template <class T>
+    const T* findMatch() const;
 
     /** @return FILTERS_ERR_NOT_FOUND if there is none */
     filtersErr_t deleteMatch(filtersMatch_t kind);
@@ -127,17 +135,21 @@ public:
     template <class T>
     filtersErr_t getAction(T& action) const;
 
+    /** As findMatch. */
+    template <class T>
+    const T* findAction() const;
+
     /** @return FILTERS_ERR_NOT_FOUND if there is none */
     filtersErr_t deleteAction(filtersAction_t kind);
 
     /**
      * Adds a copy of every match of @p from, in ascending order of the keys. The kind is that of
-     * the object, whatever the key; null pointers and kinds of 32 and above are skipped.
+     * the object, whatever the key; null pointers and unknown kinds are skipped.
      * @return FILTERS_ERR_INVALID at the first match that IPv4 and IPv6 exclude, or that has a
      * kind with values and is not of that kind's class; the matches before it stay
      */
     filtersErr_t copyMatches(const MatchMap& from);
-    /** As copyMatches, for kinds of 17 and above. */
+    /** As copyMatches. */
     filtersErr_t copyActions(const ActionMap& from);
 
     /** Replaces all matches by copies of @p from, as copyMatches makes them; all or nothing. */
@@ -169,11 +181,13 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
+    friend struct EntryRows;
     friend struct EntryWire;
 
     bool isL3CompatibleKind(filtersMatch_t kind) const;
-    const Match* findMatch(filtersMatch_t kind) const;
-    const Action* findAction(filtersAction_t kind) const;
+    const Match* storedMatch(filtersMatch_t kind) const;
+    const MatchDSCP* storedDSCP() const;
+    const Action* storedAction(filtersAction_t kind) const;
     void storeMatch(std::unique_ptr<Match> match);
     void storeAction(std::unique_ptr<Action> action);
 
@@ -200,9 +214,11 @@ template <class T>
 filtersErr_t FiltersEntry::setMatch(const T& match)
 {
     if constexpr (isMatchClass<T>) {
-        if (!isL3CompatibleKind(match.getType()))
+        using Class = std::remove_cv_t<T>;
+        const auto& object = const_cast<const Class&>(match);
+        if (!isL3CompatibleKind(object.getType()))
             return FILTERS_ERR_INVALID;
-        storeMatch(std::make_unique<T>(match));
+        storeMatch(std::make_unique<Class>(object));
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;
@@ -212,13 +228,15 @@ filtersErr_t FiltersEntry::setMatch(const T& match)
 template <class T>
 filtersErr_t FiltersEntry::getMatch(T& match) const
 {
-    if constexpr (isMatchClass<T>) {
-        const Match* stored = findMatch(match.getType());
+    if constexpr (isMatchClass<T> && !std::is_const_v<T>) {
+        using Class = std::remove_cv_t<T>;
+        auto& object = const_cast<Class&>(match);
+        const Match* stored = storedMatch(object.getType());
         if (stored == nullptr)
             return FILTERS_ERR_NOT_FOUND;
-        // What stands under MATCH_TOS may be either class; both hold the byte of a MatchToS.
-        using Values = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
-        static_cast<Values&>(match) = static_cast<const Values&>(*stored);
+        // What is stored under MATCH_TOS may be of either class; both hold the byte of a MatchToS.
+        using Values = std::conditional_t<std::is_same_v<Class, MatchDSCP>, MatchToS, Class>;
+        static_cast<Values&>(object) = static_cast<const Values&>(*stored);
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;
@@ -226,10 +244,22 @@ filtersErr_t FiltersEntry::getMatch(T& match) const
 }
 
 template <class T>
+const T* FiltersEntry::findMatch() const
+{
+    if constexpr (std::is_same_v<std::remove_cv_t<T>, MatchDSCP>)
+        return storedDSCP();
+    else if constexpr (isMatchClass<T>)
+        return static_cast<const T*>(storedMatch(T::KIND));
+    else
+        return nullptr;
+}
+
+template <class T>
 filtersErr_t FiltersEntry::setAction(const T& action)
 {
     if constexpr (isActionClass<T>) {
-        storeAction(std::make_unique<T>(action));
+        using Class = std::remove_cv_t<T>;
+        storeAction(std::make_unique<Class>(const_cast<const Class&>(action)));
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;
@@ -239,31 +269,42 @@ filtersErr_t FiltersEntry::setAction(const T& action)
 template <class T>
 filtersErr_t FiltersEntry::getAction(T& action) const
 {
-    if constexpr (isActionClass<T>) {
-        const Action* stored = findAction(action.getType());
+    if constexpr (isActionClass<T> && !std::is_const_v<T>) {
+        using Class = std::remove_cv_t<T>;
+        auto& object = const_cast<Class&>(action);
+        const Action* stored = storedAction(object.getType());
         if (stored == nullptr)
             return FILTERS_ERR_NOT_FOUND;
-        action = static_cast<const T&>(*stored);
+        object = static_cast<const Class&>(*stored);
         return FILTERS_OK;
     } else {
         return FILTERS_ERR_INVALID;
     }
 }
 
+template <class T>
+const T* FiltersEntry::findAction() const
+{
+    if constexpr (isActionClass<T>)
+        return static_cast<const T*>(storedAction(T::KIND));
+    else
+        return nullptr;
+}
+
 // Those for the library's own classes live in the library.
-#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+#define FILTERS_COMMON_DECLARE_INSTANTIATED(kind, Class, Values)                                   \
     extern template filtersErr_t FiltersEntry::setMatch(const Class&);                             \
     extern template filtersErr_t FiltersEntry::getMatch(Class&) const;                             \
     extern template bool FiltersEntry::isL3CompatibleMatch(Class) const;
-FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_PROVIDED)
-FILTERS_COMMON_PROVIDED(MatchDSCP)
-#undef FILTERS_COMMON_PROVIDED
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DECLARE_INSTANTIATED)
+FILTERS_COMMON_DECLARE_INSTANTIATED(MATCH_TOS, MatchDSCP, MatchToS)
+#undef FILTERS_COMMON_DECLARE_INSTANTIATED
 
-#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+#define FILTERS_COMMON_DECLARE_INSTANTIATED(kind, Class, Values)                                   \
     extern template filtersErr_t FiltersEntry::setAction(const Class&);                            \
     extern template filtersErr_t FiltersEntry::getAction(Class&) const;
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_PROVIDED)
-#undef FILTERS_COMMON_PROVIDED
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DECLARE_INSTANTIATED)
+#undef FILTERS_COMMON_DECLARE_INSTANTIATED
 
 extern template void copy_map(FiltersEntry::MatchMap&, const FiltersEntry::MatchMap&);
 extern template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::ActionMap&);

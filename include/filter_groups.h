@@ -11,7 +11,8 @@
 namespace FiltersCommon {
 
 class FiltersGroupPB;
-struct FILTERS_COMMON_INTERNAL GroupWire; // writes and reads the members
+struct FILTERS_COMMON_INTERNAL GroupRows; // describes the members
+struct FILTERS_COMMON_INTERNAL GroupWire; // writes and reads them
 
 /**
  * Entries by their identifiers, with the stage and type that decide which entries are admitted.
@@ -129,6 +130,7 @@ public:
     void serialize(FiltersSerialized* out) const;
 
 private:
+    friend struct GroupRows;
     friend struct GroupWire;
 
     FILTERS_COMMON_INTERNAL

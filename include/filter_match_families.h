@@ -5,6 +5,7 @@
 #ifndef FILTER_COMMON_FILTER_MATCH_FAMILIES_H
 #define FILTER_COMMON_FILTER_MATCH_FAMILIES_H
 
+#include "filter_class_support.h"
 #include "filter_types.h"
 
 #include <net/ethernet.h>
@@ -12,6 +13,7 @@
 
 #include <list>
 #include <set>
+#include <type_traits>
 #include <utility>
 
 #pragma GCC visibility push(default)
@@ -19,7 +21,7 @@
 namespace FiltersCommon {
 
 class MatchPB;
-struct FILTERS_COMMON_INTERNAL MatchFields; // says where the members stand in a MatchPB
+struct FILTERS_COMMON_INTERNAL MatchRows; // describes the members of each class
 
 /** A match criterion. A bare Match can be built with any code and holds nothing else. */
 class Match {
@@ -28,7 +30,7 @@ public:
     Match(const Match&) = default;
     /** Nothing to do: the kind stays. */
     Match& operator=(const Match&) noexcept { return *this; }
-    virtual ~Match() = default;
+    virtual ~Match();
 
     /** Writes the kind's code and values; a bare Match writes the code only. */
     virtual void convertToMatchPB(MatchPB* pb) const;
@@ -53,10 +55,36 @@ private:
     const filtersMatch_t type_;
 };
 
+/**
+ * Compares matches of two different classes, the same in either order. Where one class derives from
+ * the other, as the base class compares; any others as Match::operator== does, by their kinds.
+ */
+template <class T, class U, EnableIfDifferent<Match, T, U> = 0>
+bool operator==(const T& a, const U& b)
+{
+    using Class = ComparedAs<Match, T, U>;
+    return static_cast<const Class&>(a) == static_cast<const Class&>(b);
+}
+
+/** What every match class declares. */
+#define FILTERS_COMMON_DECLARE_MATCH(Class)                                                        \
+    FILTERS_COMMON_DECLARE_COPYABLE(Class)                                                         \
+    using Match::operator==;
+
+/** What a match class declares whose members go into messages in a way of their own. */
+#define FILTERS_COMMON_DECLARE_MATCH_VALUES                                                        \
+    friend struct MatchRows;                                                                       \
+    void convertToMatchPB(MatchPB* pb) const override;                                             \
+    void convertFromMatchPB(const MatchPB* pb) override;
+
+#define FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(Class)                                            \
+    FILTERS_COMMON_DECLARE_MATCH(Class)                                                            \
+    FILTERS_COMMON_DECLARE_MATCH_VALUES
+
 // --------------------------------------------------------------------------------- value families
 //
-// Each typed operator== below compares the values alone: seen through a family, two objects of
-// different kinds of that family may be equal.
+// Each typed operator== below compares the values alone: two objects of different kinds that are
+// compared as objects of a family may be equal.
 
 /** A list of ports, or a list of excluded port types; never both. */
 class MatchPorts : public Match {
@@ -72,6 +100,7 @@ public:
     MatchPorts(MatchPorts&&) noexcept = default;
     MatchPorts& operator=(const MatchPorts& other);
     MatchPorts& operator=(MatchPorts&& other) noexcept = default;
+    ~MatchPorts() override;
 
     std::list<limid_t> getPorts() const { return ports_; }
     std::list<port_type_t> getExcludedPortTypes() const { return excludedPortTypes_; }
@@ -85,17 +114,14 @@ public:
      */
     filtersErr_t setPorts(const std::list<limid_t>& ports);
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    /** Appends to the lists that the match holds already. */
-    void convertFromMatchPB(const MatchPB* pb) override;
+    /** Reading from a message appends to the lists that the match holds already. */
+    FILTERS_COMMON_DECLARE_MATCH_VALUES
 
     using Match::operator==;
     /** The same ports and port types in the same order. */
     bool operator==(const MatchPorts& other) const;
 
 private:
-    friend struct MatchFields;
-
     std::list<limid_t> ports_;
     std::list<port_type_t> excludedPortTypes_;
 };
@@ -107,18 +133,13 @@ public:
 
     limid_t getLimId() const { return limId_; }
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    void convertFromMatchPB(const MatchPB* pb) override;
-
-    using Match::operator==;
+    FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchLimId)
     bool operator==(const MatchLimId& other) const;
 
 protected:
     void setLimId(limid_t limId) { limId_ = limId; }
 
 private:
-    friend struct MatchFields;
-
     limid_t limId_;
 };
 
@@ -134,18 +155,13 @@ public:
     l4port_t getPort() const { return port_; }
     l4port_t getMask() const { return mask_; }
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    void convertFromMatchPB(const MatchPB* pb) override;
-
-    using Match::operator==;
+    FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchL4Port)
     bool operator==(const MatchL4Port& other) const
     {
         return port_ == other.port_ && mask_ == other.mask_;
     }
 
 private:
-    friend struct MatchFields;
-
     l4port_t port_;
     l4port_t mask_;
 };
@@ -161,22 +177,19 @@ public:
     MatchVlanId(MatchVlanId&&) noexcept = default;
     MatchVlanId& operator=(const MatchVlanId& other);
     MatchVlanId& operator=(MatchVlanId&& other) noexcept = default;
+    ~MatchVlanId() override;
 
     std::set<unsigned short> getVlanIds() const { return vlanIds_; }
     /** The set itself, valid while the match lives and is not changed. */
     const std::set<unsigned short>& getVlanIdsRef() const { return vlanIds_; }
 
-    /** Empties the field of the message first. */
-    void convertToMatchPB(MatchPB* pb) const override;
-    /** Replaces the set. */
-    void convertFromMatchPB(const MatchPB* pb) override;
+    /** Writing to a message empties its field first; reading from one replaces the set. */
+    FILTERS_COMMON_DECLARE_MATCH_VALUES
 
     using Match::operator==;
     bool operator==(const MatchVlanId& other) const { return vlanIds_ == other.vlanIds_; }
 
 private:
-    friend struct MatchFields;
-
     std::set<unsigned short> vlanIds_;
 };
 
@@ -193,15 +206,10 @@ public:
     const ether_addr* getMac() const { return &mac_; }
     const ether_addr* getMask() const { return &mask_; }
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    void convertFromMatchPB(const MatchPB* pb) override;
-
-    using Match::operator==;
+    FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchMac)
     bool operator==(const MatchMac& other) const;
 
 private:
-    friend struct MatchFields;
-
     ether_addr mac_;
     ether_addr mask_;
 };
@@ -219,15 +227,10 @@ public:
     const in_addr* getIPv4() const { return &address_; }
     const in_addr* getIPv4Mask() const { return &mask_; }
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    void convertFromMatchPB(const MatchPB* pb) override;
-
-    using Match::operator==;
+    FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchIPv4)
     bool operator==(const MatchIPv4& other) const;
 
 private:
-    friend struct MatchFields;
-
     in_addr address_;
     in_addr mask_;
 };
@@ -245,18 +248,17 @@ public:
     const in6_addr* getIPv6() const { return &address_; }
     const in6_addr* getIPv6Mask() const { return &mask_; }
 
-    void convertToMatchPB(MatchPB* pb) const override;
-    void convertFromMatchPB(const MatchPB* pb) override;
-
-    using Match::operator==;
+    FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchIPv6)
     bool operator==(const MatchIPv6& other) const;
 
 private:
-    friend struct MatchFields;
-
     in6_addr address_;
     in6_addr mask_;
 };
+
+/** The value families. */
+#define FILTERS_COMMON_MATCH_FAMILIES(X)                                                           \
+    X(MatchPorts) X(MatchLimId) X(MatchL4Port) X(MatchVlanId) X(MatchMac) X(MatchIPv4) X(MatchIPv6)
 
 } // namespace FiltersCommon
 

@@ -15,9 +15,11 @@
  *     place ("place != nullptr").
  *  3. Presence. A getter with a place answers false, and leaves the place alone, where the reason
  *     does not concern what was asked for.
- *  4. Sets. What would have been admitted in the place of what is refused is a number: bit n, of
- *     the value 1 << n, stands for code n. It is 0 where the reason does not concern such codes,
- *     and where nothing is admitted.
+ *  4. Sets. What would have been admitted in the place of what is refused is a number of 64 bits:
+ *     bit n, of the value UINT64_C(1) << n, is code n. It is 0 where the reason does not concern
+ *     such codes, and where nothing is admitted. A set may be kept and compared with that of a
+ *     later version: codes are never given a new meaning, but there may be more of them. A program
+ *     ignores the bits that it does not know.
  *  5. Pointers. A sentence belongs to the list and is freed with it.
  *  6. Memory. No function returns null. If memory runs out std::bad_alloc is raised, which ends the
  *     process unless a C++ caller further up catches it; then nothing is changed and nothing lost.
@@ -78,15 +80,15 @@ bool filtersRefusalsGetPolicerStage(FiltersRefusals* r, uint32_t index, uint32_t
 bool filtersRefusalsGetStage(FiltersRefusals* r, uint32_t index, filtersGroupStage_t* place);
 bool filtersRefusalsGetType(FiltersRefusals* r, uint32_t index, filtersGroupType_t* place);
 
-uint32_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index);
-uint32_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index);
-uint32_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index);
 /** The stages that admit the type; of an unknown stage, those that there are. */
-uint32_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index);
 /** The types that the stage admits; of an unknown type, those that there are. */
-uint32_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index);
 /** The matches of the entry that exclude the one that is refused. */
-uint32_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index);
+uint64_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index);
 
 #ifdef __cplusplus
 } // extern "C"

@@ -1,32 +1,29 @@
 #include "filter_actions.h"
 
-#include "bytes.h"
 #include "kinds.h"
+#include "wire/bytes.h"
 
 namespace FiltersCommon {
-
-namespace {
-
-/** Equality looks at the class that holds the parameters. */
-template <class T>
-using ActionValuesOf = typename ValuesOf<T, ActionPorts>::Class;
-
-} // namespace
 
 bool Action::operator==(const Action& other) const
 {
     if (type_ != other.type_)
         return false;
-    // Unknown codes are equal, deliberately unlike matches.
-    return ActionKinds::dispatch(type_, true, [&](auto kind) {
-        using Class = ClassOf<decltype(kind)>;
-        const auto* mine = as<ActionValuesOf<Class>, Class>(*this);
-        const auto* theirs = as<ActionValuesOf<Class>, Class>(other);
-        if (mine == nullptr || theirs == nullptr)
-            return hasNoValues<Class>;
-        return *mine == *theirs;
-    });
+    // Unknown codes are equal, deliberately unlike those of matches.
+    return ActionKinds::dispatch(
+        type_, true, [&](auto kind) { return areEqualAs<ClassOf<decltype(kind)>>(*this, other); });
 }
+
+// ------------------------------------------------------------------------------------ destructors
+
+Action::~Action() = default;
+ActionPorts::~ActionPorts() = default;
+
+#define FILTERS_COMMON_DEFINE_DESTRUCTOR(kind, Class, Values) Class::~Class() = default;
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_DESTRUCTOR)
+#undef FILTERS_COMMON_DEFINE_DESTRUCTOR
+
+// ------------------------------------------------------------------------------------------- ports
 
 ActionPorts& ActionPorts::operator=(const ActionPorts& other) { return *this = ActionPorts(other); }
 
@@ -44,6 +41,8 @@ bool ActionRedirect::operator==(const ActionRedirect& other) const
 {
     return sameBytes(ports_, other.ports_);
 }
+
+// ---------------------------------------------------------------------------------- MAC addresses
 
 bool ActionReplaceDstMac::operator==(const ActionReplaceDstMac& other) const
 {

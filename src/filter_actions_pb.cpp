@@ -1,18 +1,10 @@
 #include "filter_actions.h"
 
-#include "filter_actions_fields.h"
 #include "kinds.h"
-#include "message_io.h"
+#include "wire/filter_actions_rows.h"
+#include "wire/message_io.h"
 
 namespace FiltersCommon {
-
-template <class... Classes>
-constexpr bool haveRows(KindList<Action, Classes...>)
-{
-    return ((hasNoValues<Classes> || !std::is_same_v<ActionFieldsOf<Classes>, Fields<>>)&&...);
-}
-
-static_assert(haveRows(ActionKinds()), "a class with values has a row in ActionFields");
 
 void Action::convertToActionPB(ActionPB* pb) const
 {
@@ -21,32 +13,26 @@ void Action::convertToActionPB(ActionPB* pb) const
 
 void Action::convertFromActionPB(const ActionPB* /*pb*/) {}
 
-#define FILTERS_COMMON_CONVERTED(Class)                                                            \
+#define FILTERS_COMMON_DEFINE_CONVERSIONS(kind, Class, Values)                                     \
+    static_assert(hasRowsOfItsOwn<ActionRows, Action, Class>,                                      \
+                  #Class " has a row for each member");                                            \
     void Class::convertToActionPB(ActionPB* pb) const                                              \
     {                                                                                              \
         Action::convertToActionPB(pb);                                                             \
         MessageWriter<ActionPB> writer(pb);                                                        \
-        ActionFieldsOf<Class>::write(writer, *this);                                               \
+        ActionRows::of(this).write(writer, *this);                                                 \
     }                                                                                              \
     void Class::convertFromActionPB(const ActionPB* pb)                                            \
     {                                                                                              \
         MessageReader<ActionPB> reader(*pb);                                                       \
-        ActionFieldsOf<Class>::read(reader, *this);                                                \
+        ActionRows::of(this).read(reader, *this);                                                  \
     }
+#define FILTERS_COMMON_AS_ITS_BASE(kind, Class, Values)
 
-FILTERS_COMMON_CONVERTED(ActionBlockEgressPorts)
-FILTERS_COMMON_CONVERTED(ActionCopyToCpuCancel)
-FILTERS_COMMON_CONVERTED(ActionSetPcp)
-FILTERS_COMMON_CONVERTED(ActionSetPcpAndQueue)
-FILTERS_COMMON_CONVERTED(ActionSetInnerPcp)
-FILTERS_COMMON_CONVERTED(ActionSetDSCP)
-FILTERS_COMMON_CONVERTED(ActionMapToCosQueue)
-FILTERS_COMMON_CONVERTED(ActionMapToCpuCosQueue)
-FILTERS_COMMON_CONVERTED(ActionRedirect)
-FILTERS_COMMON_CONVERTED(ActionReplaceDstMac)
-FILTERS_COMMON_CONVERTED(ActionReplaceSrcMac)
-FILTERS_COMMON_CONVERTED(ActionL3Switch)
+FILTERS_COMMON_ACTION_KINDS(FILTERS_COMMON_DEFINE_CONVERSIONS, FILTERS_COMMON_DEFINE_CONVERSIONS,
+                            FILTERS_COMMON_AS_ITS_BASE)
 
-#undef FILTERS_COMMON_CONVERTED
+#undef FILTERS_COMMON_AS_ITS_BASE
+#undef FILTERS_COMMON_DEFINE_CONVERSIONS
 
 } // namespace FiltersCommon

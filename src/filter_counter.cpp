@@ -1,7 +1,7 @@
 #include "filter_counter.h"
 
-#include "filter_counter_fields.h"
-#include "message_io.h"
+#include "wire/filter_counter_rows.h"
+#include "wire/message_io.h"
 
 #include <ostream>
 
@@ -10,38 +10,19 @@ namespace FiltersCommon {
 Counter::Counter(const CounterPB& pb)
 {
     MessageReader<CounterPB> reader(pb);
-    *this = readCounter(reader);
+    CounterRows::of(this).read(reader, *this);
 }
 
 void Counter::Serialize(CounterPB* pb) const
 {
     MessageWriter<CounterPB> writer(pb);
-    writeCounter(writer, *this);
+    CounterRows::of(this).write(writer, *this);
 }
-
-namespace {
-
-const char* nameOf(counter_type_t type)
-{
-    switch (type) {
-    case COUNTER_TYPE_INVALID:
-        return "Invalid";
-    case COUNTER_TYPE_PACKETS:
-        return "Packets";
-    case COUNTER_TYPE_OCTETS:
-        return "Octets";
-    }
-    return "Unknown";
-}
-
-} // namespace
 
 std::ostream& operator<<(std::ostream& out, const Counter& counter)
 {
-    const std::streamsize width = out.width();
-    out << "ID: " << counter.GetId() << "\n";
-    out.width(width);
-    return out << "Type: " << nameOf(counter.GetType());
+    CounterRows::of(&counter).dump(out, counter);
+    return out;
 }
 
 } // namespace FiltersCommon

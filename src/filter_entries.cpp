@@ -139,12 +139,18 @@ bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
     return isL3Compatible(kind, matches_);
 }
 
-const Match* FiltersEntry::findMatch(filtersMatch_t kind) const
+const Match* FiltersEntry::storedMatch(filtersMatch_t kind) const
 {
     return findByKind(matches_, kind);
 }
 
-const Action* FiltersEntry::findAction(filtersAction_t kind) const
+const MatchDSCP* FiltersEntry::storedDSCP() const
+{
+    const Match* stored = storedMatch(MATCH_TOS);
+    return stored == nullptr ? nullptr : as<MatchDSCP>(*stored);
+}
+
+const Action* FiltersEntry::storedAction(filtersAction_t kind) const
 {
     return findByKind(actions_, kind);
 }
@@ -252,19 +258,19 @@ void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique
 
 // ---------------------------------------------------------------------- what the library provides
 
-#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+#define FILTERS_COMMON_INSTANTIATE(kind, Class, Values)                                            \
     template filtersErr_t FiltersEntry::setMatch(const Class&);                                    \
     template filtersErr_t FiltersEntry::getMatch(Class&) const;                                    \
     template bool FiltersEntry::isL3CompatibleMatch(Class) const;
-FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_PROVIDED)
-FILTERS_COMMON_PROVIDED(MatchDSCP)
-#undef FILTERS_COMMON_PROVIDED
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_INSTANTIATE)
+FILTERS_COMMON_INSTANTIATE(MATCH_TOS, MatchDSCP, MatchToS)
+#undef FILTERS_COMMON_INSTANTIATE
 
-#define FILTERS_COMMON_PROVIDED(Class)                                                             \
+#define FILTERS_COMMON_INSTANTIATE(kind, Class, Values)                                            \
     template filtersErr_t FiltersEntry::setAction(const Class&);                                   \
     template filtersErr_t FiltersEntry::getAction(Class&) const;
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_PROVIDED)
-#undef FILTERS_COMMON_PROVIDED
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_INSTANTIATE)
+#undef FILTERS_COMMON_INSTANTIATE
 
 template void copy_map(FiltersEntry::MatchMap&, const FiltersEntry::MatchMap&);
 template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::ActionMap&);

@@ -1,8 +1,8 @@
 #include "filter_entries.h"
 
-#include "filter_entries_wire.h"
-#include "messages.h"
-#include "serialized_bytes.h"
+#include "filter_serialized_internal.h"
+#include "wire/filter_entries_wire.h"
+#include "wire/messages.h"
 
 namespace FiltersCommon {
 

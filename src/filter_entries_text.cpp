@@ -1,6 +1,7 @@
 #include "filter_entries.h"
 
-#include "text.h"
+#include "policer_tables.h"
+#include "wire/filter_entries_rows.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,17 +12,13 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** The name of a number, and nothing for a number that has none. */
+/** The word for a code, and nothing for a code without one. */
 template <class Code, std::size_t N>
-const char* nameOf(Code code, const char* const (&names)[N])
+const char* wordOf(const char* const (&words)[N], Code code)
 {
-    const auto index = static_cast<std::uint32_t>(code);
-    return index < N ? names[index] : "";
+    const char* word = findWord(words, code);
+    return word == nullptr ? "" : word;
 }
-
-// A policer of no stage is not written.
-constexpr const char* STAGES[] = {"Ingress", "Egress"};
-constexpr const char* COLORS[] = {"Red", "Yellow", "Green"};
 
 /** Four fill characters of the stream. */
 std::ostream& indent(std::ostream& out)
@@ -30,44 +27,30 @@ std::ostream& indent(std::ostream& out)
     return out << "";
 }
 
+/** "Flow (CIR: 100 kbits/s, CBS: 200 bytes)"; nothing for an unknown mode. */
 void writeMode(std::ostream& out, const policer::Mode& mode)
 {
-    switch (mode.GetType()) {
-    case policer::Mode::SR_TCM:
-        out << "SrTcm (CIR: " << mode.GetCir() << " kbits/s, CBS: " << mode.GetCbs()
-            << " bytes, EBS: " << mode.GetEbs() << " bytes)";
-        break;
-    case policer::Mode::TR_TCM:
-        out << "TrTcm (CIR: " << mode.GetCir() << " kbits/s, CBS: " << mode.GetCbs()
-            << " bytes, PIR: " << mode.GetPir() << " kbits/s, PBS: " << mode.GetPbs() << " bytes)";
-        break;
-    case policer::Mode::TR_TCM_DS:
-        out << "TrTcmDs (CIR: " << mode.GetCir() << " kbits/s, CBS: " << mode.GetCbs()
-            << " bytes, EIR: " << mode.GetEir() << " kbits/s, EBS: " << mode.GetEbs() << " bytes)";
-        break;
-    case policer::Mode::FLOW:
-        out << "Flow (CIR: " << mode.GetCir() << " kbits/s, CBS: " << mode.GetCbs() << " bytes)";
-        break;
-    case policer::Mode::NONE:
-        out << "None";
-        break;
-    }
+    const PolicerMode* row = findPolicerMode(mode.GetType());
+    if (row == nullptr)
+        return;
+    out << row->name;
+    const char* separator = " (";
+    for (const PolicerRate& rate : row->rates)
+        if (rate.name != nullptr) {
+            out << separator << rate.name << ": " << rate.get(mode) << rate.unit;
+            separator = ", ";
+        }
+    out << (row->rates.front().name == nullptr ? "" : ")");
 }
 
 void writePolicerAction(std::ostream& out, const policer::Action& action)
 {
-    out << "+ " << nameOf(action.GetColor(), COLORS) << " ";
-    switch (action.GetType()) {
-    case policer::Action::DROP:
-        out << "Drop";
-        break;
-    case policer::Action::SET_PCP:
-        out << "Set PCP " << std::to_string(action.GetPcp());
-        break;
-    case policer::Action::SET_DSCP:
-        out << "Set DSCP " << std::to_string(action.GetDscp());
-        break;
-    }
+    out << "+ " << wordOf(POLICER_COLORS, action.GetColor()) << " "
+        << wordOf(POLICER_ACTIONS, action.GetType());
+    if (action.GetType() == policer::Action::SET_PCP)
+        out << " " << std::to_string(action.GetPcp());
+    else if (action.GetType() == policer::Action::SET_DSCP)
+        out << " " << std::to_string(action.GetDscp());
 }
 
 // The identifier, the PCP and the DSCP are decimal whatever the stream's formatting. The rates are
@@ -78,7 +61,7 @@ void writePolicer(std::ostream& out, const policer::Policer& policer)
     const std::uint32_t id = policer.GetId();
     indent(out) << "Policer Id: "
                 << (id == policer::Policer::INVALID_ID ? "Invalid" : std::to_string(id)) << "\n";
-    indent(out) << "Stage: " << nameOf(policer.GetStage(), STAGES) << "\n";
+    indent(out) << "Stage: " << wordOf(POLICER_STAGES, policer.GetStage()) << "\n";
     indent(out) << "Mode: ";
     writeMode(out, policer.GetMode());
     out << "\n";
@@ -90,17 +73,23 @@ void writePolicer(std::ostream& out, const policer::Policer& policer)
     out << std::endl;
 }
 
+void writeCounter(std::ostream& out, const Counter& counter)
+{
+    out << "  =Counter=" << std::endl;
+    out.width(4);
+    out << counter << std::endl;
+}
+
 } // namespace
 
 std::basic_ostream<char>& operator<<(std::basic_ostream<char>& out, const FiltersEntry& entry)
 {
     out << "  =FiltersEntry=" << std::endl;
-    writeLine(out, "    ID: ", entry.getId());
-    writeLine(out, "    Priority: ", entry.getPriority());
+    EntryRows::of(&entry).dump(out, entry);
     if (entry.getPolicer().GetStage() != policer::STAGE_NONE)
         writePolicer(out, entry.getPolicer());
     if (entry.getCounter().GetType() != COUNTER_TYPE_INVALID)
-        out << "  =Counter=" << std::endl << entry.getCounter() << std::endl;
+        writeCounter(out, entry.getCounter());
     for (const auto& element : entry.getMatchesRef())
         out << *element.second;
     for (const auto& element : entry.getActionsRef())

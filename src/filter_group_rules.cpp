@@ -1,7 +1,7 @@
 #include "filter_groups.h"
 
+#include "filter_group_rules.h"
 #include "group_checks.h"
-#include "group_rules.h"
 
 #include <cstddef>
 

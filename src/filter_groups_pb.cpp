@@ -1,8 +1,8 @@
 #include "filter_groups.h"
 
-#include "filter_groups_wire.h"
-#include "messages.h"
-#include "serialized_bytes.h"
+#include "filter_serialized_internal.h"
+#include "wire/filter_groups_wire.h"
+#include "wire/messages.h"
 
 namespace FiltersCommon {
 

@@ -1,15 +1,14 @@
 #include "filter_groups.h"
 
+#include "wire/filter_groups_rows.h"
+
 #include <ostream>
 
 std::ostream& operator<<(std::ostream& out, const FiltersCommon::FiltersGroup& group)
 {
     out << "=FiltersGroup="
         << "\n";
-    out << "  ID: " << group.getId() << "\n";
-    out << "  Priority: " << group.getPriority() << "\n";
-    out << "  Stage: " << static_cast<int>(group.getStage()) << "\n";
-    out << "  Type: " << static_cast<int>(group.getType()) << "\n";
+    FiltersCommon::GroupRows::of(&group).dump(out, group);
     for (const auto& element : group.getEntriesRef())
         out << element.second;
     return out;

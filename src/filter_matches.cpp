@@ -1,32 +1,30 @@
 #include "filter_matches.h"
 
-#include "bytes.h"
 #include "kinds.h"
+#include "wire/bytes.h"
 
 namespace FiltersCommon {
-
-namespace {
-
-/** Equality looks at the class that holds the values, which for most kinds is a family. */
-template <class T>
-using MatchValuesOf = typename ValuesOf<T, MatchPorts, MatchLimId, MatchL4Port, MatchVlanId,
-                                        MatchMac, MatchIPv4, MatchIPv6>::Class;
-
-} // namespace
 
 bool Match::operator==(const Match& other) const
 {
     if (type_ != other.type_)
         return false;
-    return MatchKinds::dispatch(type_, false, [&](auto kind) {
-        using Class = ClassOf<decltype(kind)>;
-        const auto* mine = as<MatchValuesOf<Class>, Class>(*this);
-        const auto* theirs = as<MatchValuesOf<Class>, Class>(other);
-        if (mine == nullptr || theirs == nullptr)
-            return hasNoValues<Class>;
-        return *mine == *theirs;
-    });
+    return MatchKinds::dispatch(
+        type_, false, [&](auto kind) { return areEqualAs<ClassOf<decltype(kind)>>(*this, other); });
 }
+
+// ------------------------------------------------------------------------------------ destructors
+
+Match::~Match() = default;
+
+#define FILTERS_COMMON_DEFINE_DESTRUCTOR(Class) Class::~Class() = default;
+#define FILTERS_COMMON_DEFINE_KIND_DESTRUCTOR(kind, Class, Values)                                 \
+    FILTERS_COMMON_DEFINE_DESTRUCTOR(Class)
+FILTERS_COMMON_MATCH_FAMILIES(FILTERS_COMMON_DEFINE_DESTRUCTOR)
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_KIND_DESTRUCTOR)
+FILTERS_COMMON_DEFINE_DESTRUCTOR(MatchDSCP)
+#undef FILTERS_COMMON_DEFINE_KIND_DESTRUCTOR
+#undef FILTERS_COMMON_DEFINE_DESTRUCTOR
 
 // --------------------------------------------------------------------------------- value families
 

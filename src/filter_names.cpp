@@ -1,8 +1,9 @@
 #include "filter_names.h"
 
-#include "group_rules.h"
-#include "kinds.h"
-#include "names.h"
+#include "filter_actions.h"
+#include "filter_group_rules.h"
+#include "filter_matches.h"
+#include "filter_names_internal.h"
 
 #include <cstddef>
 #include <iterator>
@@ -25,6 +26,8 @@ struct NamedCode {
         enumerator, #enumerator                                                                    \
     }
 
+#define NAMED_KIND(kind, Class, Values) NAMED(kind),
+
 // clang-format off
 constexpr NamedCode<filtersErr_t> RESULT_NAMES[] = {
     NAMED(FILTERS_OK),
@@ -39,58 +42,11 @@ constexpr NamedCode<filtersErr_t> RESULT_NAMES[] = {
 };
 
 constexpr NamedCode<filtersMatch_t> MATCH_NAMES[] = {
-    NAMED(MATCH_ALL),
-    NAMED(MATCH_INGRESS_PORTS),
-    NAMED(MATCH_EXTERNAL_VLAN_ID),
-    NAMED(MATCH_TPID),
-    NAMED(MATCH_DST_MAC),
-    NAMED(MATCH_DST_L4_PORT),
-    NAMED(MATCH_SRC_L4_PORT),
-    NAMED(MATCH_SRC_MAC),
-    NAMED(MATCH_L2_SRC_ENTRY_TYPE),
-    NAMED(MATCH_SRC_IPV4),
-    NAMED(MATCH_DST_IPV4),
-    NAMED(MATCH_INTERNAL_VLAN_ID),
-    NAMED(MATCH_PCP),
-    NAMED(MATCH_INTERNAL_PCP),
-    NAMED(MATCH_SRC_IPV6),
-    NAMED(MATCH_DST_IPV6),
-    NAMED(MATCH_VLAN_UNTAGGED),
-    NAMED(MATCH_IP_PROTOCOL),
-    NAMED(MATCH_PACKET_RES),
-    NAMED(MATCH_MPLS_TERM),
-    NAMED(MATCH_TOS),
-    NAMED(MATCH_VIRTUAL_PORT),
-    NAMED(MATCH_EGRESS_PORTS),
-    NAMED(MATCH_INGRESS_STP_STATE),
-    NAMED(MATCH_VLAN_INFO),
-    NAMED(MATCH_SRC_PORT),
-    NAMED(MATCH_TTL),
-    NAMED(MATCH_VRF_ID),
-    NAMED(MATCH_DROP),
-    NAMED(MATCH_CPU_PORT),
-    NAMED(MATCH_FORWARDING_TYPE),
-    NAMED(MATCH_DESTINATION_CPU),
+    FILTERS_COMMON_EACH_MATCH_KIND(NAMED_KIND)
 };
 
 constexpr NamedCode<filtersAction_t> ACTION_NAMES[] = {
-    NAMED(ACTION_PERMIT),
-    NAMED(ACTION_DENY),
-    NAMED(ACTION_COPY_TO_CPU),
-    NAMED(ACTION_BLOCK_EGRESS_PORTS),
-    NAMED(ACTION_COPY_TO_CPU_CANCEL),
-    NAMED(ACTION_SET_PCP),
-    NAMED(ACTION_SET_PCP_AND_QUEUE),
-    NAMED(ACTION_SET_INNER_PCP),
-    NAMED(ACTION_SET_DSCP),
-    NAMED(ACTION_MAP_TO_COS_QUEUE),
-    NAMED(ACTION_MAP_TO_CPU_COS_QUEUE),
-    NAMED(ACTION_REDIRECT),
-    NAMED(ACTION_REPLACE_DST_MAC),
-    NAMED(ACTION_REDIRECT_CANCEL),
-    NAMED(ACTION_REPLACE_SRC_MAC),
-    NAMED(ACTION_L3_SWITCH),
-    NAMED(ACTION_BLACK_HOLE),
+    FILTERS_COMMON_EACH_ACTION_KIND(NAMED_KIND)
 };
 
 constexpr NamedCode<filtersGroupStage_t> GROUP_STAGE_NAMES[] = {
@@ -140,11 +96,12 @@ constexpr NamedCode<policer::Stage> POLICER_STAGE_NAMES[] = {
 };
 // clang-format on
 
+#undef NAMED_KIND
 #undef NAMED
 
 /** The codes from 0 without a gap, as far as the table goes. */
 template <class Code, std::size_t N>
-constexpr bool standAtTheirCodes(const NamedCode<Code> (&names)[N])
+constexpr bool areAtTheirCodes(const NamedCode<Code> (&names)[N])
 {
     for (std::size_t i = 0; i < N; ++i)
         if (static_cast<std::size_t>(names[i].code) != i)
@@ -152,14 +109,11 @@ constexpr bool standAtTheirCodes(const NamedCode<Code> (&names)[N])
     return true;
 }
 
-static_assert(std::size(MATCH_NAMES) == MatchKinds::SIZE && standAtTheirCodes(MATCH_NAMES));
-static_assert(std::size(ACTION_NAMES) == ActionKinds::SIZE && standAtTheirCodes(ACTION_NAMES));
 static_assert(std::size(GROUP_STAGE_NAMES) == std::size(STAGE_TYPES) &&
-              standAtTheirCodes(GROUP_STAGE_NAMES));
+              areAtTheirCodes(GROUP_STAGE_NAMES));
 static_assert(std::size(GROUP_TYPE_NAMES) == std::size(TYPE_MATCHES) &&
-              standAtTheirCodes(GROUP_TYPE_NAMES));
-static_assert(std::size(REASON_NAMES) == REFUSAL_MATCH_NOT_IN_C + 1 &&
-              standAtTheirCodes(REASON_NAMES));
+              areAtTheirCodes(GROUP_TYPE_NAMES));
+static_assert(areAtTheirCodes(REASON_NAMES));
 
 template <class Code, std::size_t N>
 const char* findIn(const NamedCode<Code> (&names)[N], Code code)

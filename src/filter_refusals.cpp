@@ -1,7 +1,7 @@
 #include "filter_refusals.h"
 
 #include "entry_additions.h"
-#include "entry_refusals.h"
+#include "filter_refusals_internal.h"
 #include "group_checks.h"
 #include "kinds.h"
 

@@ -1,8 +1,8 @@
 #include "filter_refusals_c.h"
 
 #include "contract.h"
-#include "entry_refusals.h"
 #include "filter_refusals.h"
+#include "filter_refusals_internal.h"
 #include "handle_classes.h"
 
 #include <cstddef>
@@ -195,35 +195,35 @@ bool filtersRefusalsGetType(FiltersRefusals* r, uint32_t index, filtersGroupType
     return GIVE(type, "filtersRefusalsGetType", "FiltersCommon::filtersGroupType_t");
 }
 
-uint32_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetAdmittedMatches").refusal.admittedMatches.bits();
+    return REASON("uint64_t", "filtersRefusalsGetAdmittedMatches").refusal.admittedMatches.bits();
 }
 
-uint32_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetAdmittedActions").refusal.admittedActions.bits();
+    return REASON("uint64_t", "filtersRefusalsGetAdmittedActions").refusal.admittedActions.bits();
 }
 
-uint32_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetAdmittedPolicerStages")
+    return REASON("uint64_t", "filtersRefusalsGetAdmittedPolicerStages")
         .refusal.admittedPolicerStages.bits();
 }
 
-uint32_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetAdmittedStages").refusal.admittedStages.bits();
+    return REASON("uint64_t", "filtersRefusalsGetAdmittedStages").refusal.admittedStages.bits();
 }
 
-uint32_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetAdmittedTypes").refusal.admittedTypes.bits();
+    return REASON("uint64_t", "filtersRefusalsGetAdmittedTypes").refusal.admittedTypes.bits();
 }
 
-uint32_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index)
+uint64_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index)
 {
-    return REASON("uint32_t", "filtersRefusalsGetExcludingMatches").refusal.excludingMatches.bits();
+    return REASON("uint64_t", "filtersRefusalsGetExcludingMatches").refusal.excludingMatches.bits();
 }
 
 } // namespace FiltersCommon

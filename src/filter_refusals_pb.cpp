@@ -1,64 +1,111 @@
 #include "filter_refusals.h"
 
-#include "entry_refusals.h"
-#include "filter_groups_wire.h"
-#include "messages.h"
+#include "filter_refusals_internal.h"
+#include "wire/filter_groups_wire.h"
+#include "wire/messages.h"
 
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 namespace FiltersCommon {
 
 namespace {
 
-/** Lists what reading leaves out. */
-struct Listing {
-    std::vector<FiltersRefusal>* refusals;
-
-    void operator()(filtersEntryId_t id, filtersMatch_t kind, filtersRefusalReason_t reason,
-                    const FiltersEntry::MatchMap& read) const
+/** Lists what reading leaves out, in the order of the bytes. */
+class LeftOut {
+public:
+    /** Of an entry's elements, and before all entries. */
+    void operator()(std::size_t place, filtersEntryId_t id, filtersMatch_t kind,
+                    filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read)
     {
+        std::vector<FiltersRefusal> refusals;
         if (reason == REFUSAL_IPV4_WITH_IPV6)
-            addExclusion(*refusals, id, kind, kindsOf(read));
+            addExclusion(refusals, id, kind, kindsOf(read));
         else
-            refusals->push_back(refusalOf(id, kind, reason));
+            refusals.push_back(refusalOf(id, kind, reason));
+        add(ofElements_, place, refusals);
     }
 
-    void operator()(filtersEntryId_t id, filtersAction_t kind, filtersRefusalReason_t reason,
-                    const FiltersEntry::MatchMap&) const
+    void operator()(std::size_t place, filtersEntryId_t id, filtersAction_t kind,
+                    filtersRefusalReason_t reason, const FiltersEntry::MatchMap&)
     {
-        refusals->push_back(refusalOf(id, kind, reason));
+        add(ofElements_, place, {refusalOf(id, kind, reason)});
     }
 
-    void operator()(const FiltersEntry& entry, filtersGroupStage_t stage,
-                    filtersGroupType_t type) const
+    void operator()(std::size_t place, const FiltersEntry& entry, filtersGroupStage_t stage,
+                    filtersGroupType_t type)
     {
-        const auto reasons = insertionRefusals(entry, stage, type);
-        refusals->insert(refusals->end(), reasons.begin(), reasons.end());
+        add(ofEntries_, place, insertionRefusals(entry, stage, type));
     }
+
+    void clear()
+    {
+        ofElements_.clear();
+        ofEntries_.clear();
+    }
+
+    std::vector<FiltersRefusal> take() const
+    {
+        std::vector<FiltersRefusal> refusals;
+        auto element = ofElements_.begin();
+        const auto addElementsUpTo = [&](std::size_t place) {
+            for (; element != ofElements_.end() && element->place <= place; ++element)
+                refusals.push_back(element->refusal);
+        };
+        for (const Placed& entry : ofEntries_) {
+            addElementsUpTo(entry.place);
+            refusals.push_back(entry.refusal);
+        }
+        addElementsUpTo(std::numeric_limits<std::size_t>::max());
+        return refusals;
+    }
+
+private:
+    struct Placed {
+        std::size_t place; /**< of the entry in the bytes */
+        FiltersRefusal refusal;
+    };
+
+    static void add(std::vector<Placed>& list, std::size_t place,
+                    const std::vector<FiltersRefusal>& refusals)
+    {
+        for (const FiltersRefusal& refusal : refusals)
+            list.push_back({place, refusal});
+    }
+
+    std::vector<Placed> ofElements_;
+    std::vector<Placed> ofEntries_;
 };
 
-/** Reads the bytes into @p object and lists what is left out. */
-template <class Message, class Wire, class Object>
-std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Object object)
+/** What @p read, given a reader and a place for what is left out, leaves out of the bytes. */
+template <class Message, class Read>
+std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Read read)
 {
-    std::vector<FiltersRefusal> refusals;
+    LeftOut leftOut;
     readMessage<Message>(bytes, [&](auto& reader) {
-        refusals.clear(); // of a reader that did not understand the bytes
-        return Wire::read(reader, object, Listing{&refusals});
+        leftOut.clear(); // what a reader left out that did not understand the bytes
+        return read(reader, leftOut);
     });
-    return refusals;
+    return leftOut.take();
 }
 
 } // namespace
 
 std::vector<FiltersRefusal> readEntryRefusals(const std::string& bytes)
 {
-    return readingRefusals<FiltersEntryPB, EntryWire>(bytes, FiltersEntry());
+    return readingRefusals<FiltersEntryPB>(bytes, [](auto& reader, LeftOut& leftOut) {
+        FiltersEntry entry;
+        return EntryWire::read(reader, entry, [&](const auto&... what) { leftOut(0, what...); });
+    });
 }
 
 std::vector<FiltersRefusal> readGroupRefusals(const std::string& bytes)
 {
-    return readingRefusals<FiltersGroupPB, GroupWire>(bytes, FiltersGroup(0));
+    return readingRefusals<FiltersGroupPB>(bytes, [](auto& reader, LeftOut& leftOut) {
+        FiltersGroup group(0);
+        return GroupWire::read(reader, group, [&](const auto&... what) { leftOut(what...); });
+    });
 }
 
 } // namespace FiltersCommon

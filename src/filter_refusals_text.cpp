@@ -1,6 +1,6 @@
 #include "filter_refusals.h"
 
-#include "names.h"
+#include "filter_names_internal.h"
 
 #include <string>
 #include <type_traits>

@@ -1,7 +1,7 @@
 #include "filter_serialized.h"
 
 #include "contract.h"
-#include "serialized_bytes.h"
+#include "filter_serialized_internal.h"
 
 #include <cstring>
 #include <limits>

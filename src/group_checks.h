@@ -9,8 +9,9 @@
 #ifndef FILTER_COMMON_SRC_GROUP_CHECKS_H
 #define FILTER_COMMON_SRC_GROUP_CHECKS_H
 
-#include "filter_refusals.h"
-#include "group_rules.h"
+#include "filter_group_rules.h"
+#include "filter_groups.h"
+#include "filter_refusal.h"
 
 namespace FiltersCommon {
 

@@ -1,8 +1,8 @@
 /**
- * The one step from a kind code to its class.
+ * The kinds as lists of types, and the one step from a kind code to its class.
  *
  * Copying by kind, equality, decoding, text dumps and the C interface of entries all go through
- * MatchKinds and ActionKinds; there is no other place that turns a code into a class.
+ * MatchKinds and ActionKinds; no other place turns a code into a class.
  */
 #ifndef FILTER_COMMON_SRC_KINDS_H
 #define FILTER_COMMON_SRC_KINDS_H
@@ -13,14 +13,39 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
-#include <set>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
 
 namespace FiltersCommon {
+
+// ------------------------------------------------------------------------------------------- rows
+
+/** A class as the row of its kind describes it; a class without a row holds values of its own. */
+template <class T>
+struct KindRow {
+    using Values = T;
+};
+
+#define FILTERS_COMMON_DEFINE_ROW(code, Class, ClassOfValues)                                      \
+    template <>                                                                                    \
+    struct KindRow<Class> {                                                                        \
+        static constexpr auto CODE = code;                                                         \
+        using Values = ClassOfValues;                                                              \
+    };
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_ROW)
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_ROW)
+#undef FILTERS_COMMON_DEFINE_ROW
+
+/** The class that holds the values of a T: T itself, its family, or NoValues. */
+template <class T>
+using ValuesOf = typename KindRow<T>::Values;
+
+template <class T>
+inline constexpr bool hasNoValues = std::is_same_v<ValuesOf<T>, NoValues>;
+
+// ------------------------------------------------------------------------------------------ lists
 
 /** Hands a class to a generic callable: kind.Class is the type. */
 template <class T>
@@ -39,7 +64,7 @@ public:
 
     static constexpr std::size_t SIZE = sizeof...(Classes);
 
-    static constexpr CodeSet<Code> codes() { return {Classes::KIND...}; }
+    static constexpr CodeSet<Code> codes() { return {KindRow<Classes>::CODE...}; }
 
     /**
      * Calls @p function with the Kind of the class of @p code and returns what it returns, or
@@ -80,51 +105,51 @@ private:
     }
 
     template <std::size_t... Index>
-    static constexpr bool standAtTheirCodes(std::index_sequence<Index...>)
+    static constexpr bool areAtTheirCodes(std::index_sequence<Index...>)
     {
-        return ((static_cast<std::size_t>(Classes::KIND) == Index) && ...);
+        return ((static_cast<std::size_t>(KindRow<Classes>::CODE) == Index) && ...);
+    }
+
+    template <class Class>
+    static constexpr bool isAsItsRow()
+    {
+        using Values = ValuesOf<Class>;
+        return Class::KIND == KindRow<Class>::CODE &&
+               (hasNoValues<Class> || std::is_base_of_v<Values, Class>);
     }
 
     static_assert((std::is_base_of_v<Base, Classes> && ...));
-    static_assert(SIZE <= CodeSet<Code>::LIMIT, "a place in a set for each kind");
-    static_assert(standAtTheirCodes(std::make_index_sequence<SIZE>()));
+    static_assert(SIZE <= CodeSet<Code>::LIMIT, "a set of codes has room for each kind");
+    static_assert(areAtTheirCodes(std::make_index_sequence<SIZE>()), "rows in the order of codes");
+    static_assert((isAsItsRow<Classes>() && ...), "class and row say the same");
 };
 
-#define FILTERS_COMMON_NEXT(Class) , Class
-using MatchKinds = KindList<Match FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_NEXT)>;
-using ActionKinds = KindList<Action FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_NEXT)>;
-#undef FILTERS_COMMON_NEXT
+#define FILTERS_COMMON_NEXT_CLASS(code, Class, Values) , Class
+using MatchKinds = KindList<Match FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_NEXT_CLASS)>;
+using ActionKinds = KindList<Action FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_NEXT_CLASS)>;
+#undef FILTERS_COMMON_NEXT_CLASS
 
-static_assert(MatchKinds::SIZE == MATCH_DESTINATION_CPU + 1, "a class for each match kind");
-static_assert(ActionKinds::SIZE == ACTION_BLACK_HOLE + 1, "a class for each action kind");
-
-/** Whether a class holds nothing but its kind; these alone are built without arguments. */
-template <class T>
-inline constexpr bool hasNoValues = std::is_default_constructible_v<T>;
-
-template <class Base, class... Classes>
-constexpr int countWithoutValues(KindList<Base, Classes...>)
+// An enumerator without a row draws a warning here.
+#define FILTERS_COMMON_CASE(code, Class, Values) case code:
+constexpr bool hasRow(filtersMatch_t kind)
 {
-    return (int{hasNoValues<Classes>} + ...);
+    switch (kind) {
+        FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_CASE)
+        return true;
+    }
+    return false;
 }
+constexpr bool hasRow(filtersAction_t kind)
+{
+    switch (kind) {
+        FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_CASE)
+        return true;
+    }
+    return false;
+}
+#undef FILTERS_COMMON_CASE
 
-// A class with values must not be given a constructor without arguments.
-static_assert(hasNoValues<MatchAll> && hasNoValues<MatchVlanUntagged> &&
-              hasNoValues<MatchCpuPort> && hasNoValues<MatchDestinationCpu> &&
-              countWithoutValues(MatchKinds()) == 4);
-static_assert(hasNoValues<ActionPermit> && hasNoValues<ActionDeny> &&
-              hasNoValues<ActionCopyToCpu> && hasNoValues<ActionRedirectCancel> &&
-              hasNoValues<ActionBlackHole> && countWithoutValues(ActionKinds()) == 5);
-
-/** The class that holds the values of a T: the first of the families it derives from, or T. */
-template <class T, class... Families>
-struct ValuesOf {
-    using Class = T;
-};
-
-template <class T, class Family, class... Others>
-struct ValuesOf<T, Family, Others...>
-    : std::conditional_t<std::is_base_of_v<Family, T>, Kind<Family>, ValuesOf<T, Others...>> {};
+// ---------------------------------------------------------------------------------------- objects
 
 /**
  * The object as a T, or null if it is none, whatever kind it claims to be. An object that is
@@ -138,6 +163,21 @@ auto as(Base& object)
     if (typeid(object) == typeid(Exact))
         return static_cast<Wanted*>(&object);
     return dynamic_cast<Wanted*>(&object);
+}
+
+/**
+ * Whether two objects of the kind of Class are equal, as the class compares that holds the values.
+ * A class without values takes any object for one of its own.
+ */
+template <class Class, class Base>
+bool areEqualAs(const Base& a, const Base& b)
+{
+    using Compared = std::conditional_t<hasNoValues<Class>, Class, ValuesOf<Class>>;
+    const auto* mine = as<Compared, Class>(a);
+    const auto* theirs = as<Compared, Class>(b);
+    if (mine == nullptr || theirs == nullptr)
+        return hasNoValues<Class>;
+    return *mine == *theirs;
 }
 
 /** Whether there is a copy of the object as a T: a class without values takes any object. */
@@ -157,20 +197,6 @@ std::unique_ptr<T> copyAs(const Base& object)
         const T* exact = as<T>(object);
         return exact == nullptr ? nullptr : std::make_unique<T>(*exact);
     }
-}
-
-/** A fresh T, to be filled from a message: a class with values is given empty or zero ones. */
-template <class T>
-std::unique_ptr<T> makeBlank()
-{
-    if constexpr (hasNoValues<T>)
-        return std::make_unique<T>();
-    else if constexpr (std::is_constructible_v<T, std::list<limid_t>>)
-        return std::make_unique<T>(std::list<limid_t>());
-    else if constexpr (std::is_constructible_v<T, std::set<unsigned short>>)
-        return std::make_unique<T>(std::set<unsigned short>());
-    else // a single value of any other type
-        return std::unique_ptr<T>(new T({}));
 }
 
 } // namespace FiltersCommon

@@ -40,11 +40,10 @@ void writePolicer(Writer& writer, const policer::Policer& policer)
         writer.bytes(Field(), policer.Serialize());
 }
 
-template <class Field, class Reader>
-policer::Policer readPolicer(Reader& reader)
+/** The policer that was written as @p bytes. */
+inline policer::Policer policerOf(std::string_view bytes)
 {
     const NoPolicer& none = NoPolicer::get();
-    const std::string_view bytes = reader.bytes(Field());
     return bytes == none.bytes ? none.policer : policer::Policer(std::string(bytes));
 }
 

@@ -2,7 +2,8 @@
  * Pieces of text dumps. Numbers are written with the formatting that the stream has.
  *
  * std::endl and "\n" are not interchangeable here: which lines flush the stream is part of the
- * format that readers of dumps see.
+ * format that readers of dumps see. Nor are one string and two, as the width of the stream applies
+ * to the first.
  */
 #ifndef FILTER_COMMON_SRC_TEXT_H
 #define FILTER_COMMON_SRC_TEXT_H
@@ -12,23 +13,39 @@
 
 #include <list>
 #include <ostream>
+#include <set>
 #include <type_traits>
 
 namespace FiltersCommon {
 
-/** The title of an object's dump. */
-#define FILTERS_COMMON_TITLE(Class) "    =" #Class "="
+// ------------------------------------------------------------------------------ titles, type lines
 
+/** The title of an object's dump. */
 template <class T>
 inline constexpr const char* TITLE = nullptr;
+/** The same with the end of the line, as one string. */
+template <class T>
+inline constexpr const char* TITLE_LINE = nullptr;
 
-#define FILTERS_COMMON_TITLED(Class)                                                               \
+#define FILTERS_COMMON_DEFINE_TITLE(kind, Class, Values)                                           \
     template <>                                                                                    \
-    inline constexpr const char* TITLE<Class> = FILTERS_COMMON_TITLE(Class);
-FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_TITLED)
-FILTERS_COMMON_TITLED(MatchDSCP)
-FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_TITLED)
-#undef FILTERS_COMMON_TITLED
+    inline constexpr const char* TITLE<Class> = "    =" #Class "=";                                \
+    template <>                                                                                    \
+    inline constexpr const char* TITLE_LINE<Class> = "    =" #Class "=\n";
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_TITLE)
+FILTERS_COMMON_DEFINE_TITLE(MATCH_TOS, MatchDSCP, MatchToS)
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_TITLE)
+#undef FILTERS_COMMON_DEFINE_TITLE
+
+/** The lines before the values, of which some kinds deliberately do not flush all. */
+enum class Head {
+    FLUSHED,
+    UNFLUSHED,
+    UNFLUSHED_TYPE, ///< the title is flushed, the type is not
+    NO_PARAMETERS,  ///< flushed, and a line that says so
+};
+
+// ---------------------------------------------------------------------------------------- values
 
 /** An 8-bit value or an enumerator as a number rather than a character or a word. */
 template <class T>
@@ -41,6 +58,23 @@ auto number(T value)
     else
         return value;
 }
+inline auto number(vlan_info_t value) { return value.svcVlanType; }
+
+/** The name that dumps have for a value, or null. */
+const char* findValueName(port_type_t type);
+const char* findValueName(cp2cpuCancelParam_t type);
+const char* findValueName(counter_type_t type);
+
+/** Writes the address as the C library does, or sets failbit if that yields no text. */
+void writeAddress(std::ostream& out, const ether_addr& address);
+void writeAddress(std::ostream& out, const in_addr& address);
+void writeAddress(std::ostream& out, const in6_addr& address);
+
+/** Writes the name of the interface. */
+void writeIntfName(std::ostream& out, limid_t limId);
+
+/** Writes the line with the number of ports, and the line with their names. */
+void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& ports);
 
 /** Writes @p label and @p value as one line that flushes the stream. */
 template <class T>
@@ -49,17 +83,208 @@ void writeLine(std::ostream& out, const char* label, const T& value)
     out << label << number(value) << std::endl;
 }
 
-/** Writes @p text, or sets failbit where a conversion yielded none. */
-void writeConverted(std::ostream& out, const char* text);
+// ------------------------------------------------------------------------------------- formatters
+//
+// Each writes one member: its label and its value, of the object that is dumped.
 
-/** Writes the address as the C library writes it, without leading zeros. */
-void writeMac(std::ostream& out, const ether_addr& mac);
+struct Formatter {
+    /** Whether the object has a use for the member. */
+    template <class T>
+    constexpr bool shows(const T&) const
+    {
+        return true;
+    }
+};
 
-/** Writes the name of the interface. */
-void writeIntfName(std::ostream& out, limid_t limId);
+inline constexpr struct Line : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        writeLine(out, label, value);
+    }
+} LINE;
 
-/** Writes the line with the number of ports, and the line with their names. */
-void writePorts(std::ostream& out, const std::list<limid_t>& ports);
+inline constexpr struct UnflushedLine : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        out << label << number(value) << "\n";
+    }
+} UNFLUSHED_LINE;
+
+/** The stream deliberately stays hexadecimal: readers of dumps rely on what follows. */
+inline constexpr struct HexadecimalEverAfter : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        out << label << std::hex << value << std::endl;
+    }
+} HEXADECIMAL_EVER_AFTER;
+
+/** The name of the value, and nothing for a value without a name. */
+inline constexpr struct NamedLine : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        const char* name = findValueName(value);
+        out << label << (name == nullptr ? "" : name) << std::endl;
+    }
+} NAMED_LINE;
+
+/** The name of the value or "Unknown", without an end of line. */
+inline constexpr struct NamedOrUnknown : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        const char* name = findValueName(value);
+        out << label << (name == nullptr ? "Unknown" : name);
+    }
+} NAMED_OR_UNKNOWN;
+
+/** What follows is written with the width that the stream had before this line. */
+inline constexpr struct LineThatKeepsTheWidth : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        const std::streamsize width = out.width();
+        out << label << number(value) << "\n";
+        out.width(width);
+    }
+} LINE_THAT_KEEPS_THE_WIDTH;
+
+inline constexpr struct AddressLine : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        out << label;
+        writeAddress(out, value);
+        out << std::endl;
+    }
+} ADDRESS_LINE;
+
+inline constexpr struct UnflushedAddressLine : Formatter {
+    template <class V, class T>
+    void operator()(std::ostream& out, const char* label, const V& value, const T&) const
+    {
+        out << label;
+        writeAddress(out, value);
+        out << "\n";
+    }
+} UNFLUSHED_ADDRESS_LINE;
+
+inline constexpr struct InterfaceLine : Formatter {
+    template <class T>
+    void operator()(std::ostream& out, const char* label, limid_t value, const T&) const
+    {
+        out << label;
+        writeIntfName(out, value);
+        out << std::endl;
+    }
+} INTERFACE_LINE;
+
+/** The label opens the bracket. */
+inline constexpr struct BracketedLine : Formatter {
+    template <class T>
+    void operator()(std::ostream& out, const char* label, const std::set<unsigned short>& values,
+                    const T&) const
+    {
+        out << label;
+        for (const unsigned short value : values)
+            out << value << " ";
+        out << "]" << std::endl;
+    }
+} BRACKETED_LINE;
+
+/** A line with the number of ports before the line with the label. */
+inline constexpr struct NumberedPorts : Formatter {
+    template <class T>
+    void operator()(std::ostream& out, const char* label, const std::list<limid_t>& ports,
+                    const T&) const
+    {
+        writePorts(out, label, ports);
+    }
+} NUMBERED_PORTS;
+
+/** The same for a match, which dumps no ports beside excluded port types. */
+inline constexpr struct NumberedPortsUnlessExcluded : Formatter {
+    static bool shows(const MatchPorts& match)
+    {
+        return match.getExcludedPortTypesRef().empty() || !match.getPortsRef().empty();
+    }
+
+    void operator()(std::ostream& out, const char* label, const std::list<limid_t>& ports,
+                    const MatchPorts& match) const
+    {
+        if (match.getExcludedPortTypesRef().empty())
+            writePorts(out, label, ports);
+    }
+} NUMBERED_PORTS_UNLESS_EXCLUDED;
+
+inline constexpr struct ExcludedPortTypes : Formatter {
+    static bool shows(const MatchPorts& match) { return !match.getExcludedPortTypesRef().empty(); }
+
+    void operator()(std::ostream& out, const char* label, const std::list<port_type_t>& types,
+                    const MatchPorts& match) const
+    {
+        if (!shows(match))
+            return;
+        out << label;
+        for (const port_type_t type : types) {
+            const char* name = findValueName(type);
+            out << "\"" << (name == nullptr ? "" : name) << "\" ";
+        }
+        out << std::endl;
+    }
+} EXCLUDED_PORT_TYPES;
+
+inline constexpr struct NumberedPortsAndEmptyLine : Formatter {
+    template <class T>
+    void operator()(std::ostream& out, const char* label, const std::list<limid_t>& ports,
+                    const T&) const
+    {
+        writePorts(out, label, ports);
+        out << std::endl;
+    }
+} NUMBERED_PORTS_AND_EMPTY_LINE;
+
+inline constexpr struct PortsWithoutLabel : Formatter {
+    template <class T>
+    void operator()(std::ostream& out, const char*, const std::list<limid_t>& ports, const T&) const
+    {
+        for (const limid_t& port : ports) {
+            out << "      \"";
+            writeIntfName(out, port);
+            out << "\" ";
+        }
+        out << std::endl;
+    }
+} PORTS_WITHOUT_LABEL;
+
+// ---------------------------------------------------------------------------------- whole objects
+
+/**
+ * Dumps @p object as a T. The values are left out where @p values, the object as a T, is null.
+ * @p rows describe them.
+ */
+template <class T, class Base, class Rows>
+std::ostream& writeObject(std::ostream& out, const char* typeLabel, const Base& object,
+                          const T* values, const Rows& rows)
+{
+    if (rows.head() == Head::UNFLUSHED)
+        out << TITLE_LINE<T>;
+    else
+        out << TITLE<T> << std::endl;
+    out << typeLabel << static_cast<int>(object.getType());
+    if (rows.head() == Head::UNFLUSHED || rows.head() == Head::UNFLUSHED_TYPE)
+        out << "\n";
+    else
+        out << std::endl;
+    if (rows.head() == Head::NO_PARAMETERS)
+        out << "      <no parameters>" << std::endl;
+    if (values != nullptr)
+        rows.dump(out, *values);
+    return out;
+}
 
 } // namespace FiltersCommon
 

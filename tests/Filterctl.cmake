@@ -1,6 +1,6 @@
 # The tests of the command filterctl, and of what it is made of.
 
-foreach(name access_list_test checks_test fields_test group_diff_test group_json_test)
+foreach(name access_list_test checks_test description_text_test group_diff_test group_json_test)
   filter_common_test(${name} filterctl_core)
 endforeach()
 filter_common_test(files_test filterctl_core)

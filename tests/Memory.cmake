@@ -15,6 +15,6 @@ filter_common_test(out_of_memory_test test_allocator)
 filter_common_test(out_of_memory_kinds_test test_allocator)
 filter_common_test(out_of_memory_text_test test_allocator)
 filter_common_test(out_of_memory_wire_test test_allocator)
-target_include_directories(out_of_memory_wire_test PRIVATE ${PROJECT_SOURCE_DIR}/protobuf)
+target_include_directories(out_of_memory_wire_test PRIVATE ${PROJECT_SOURCE_DIR}/src)
 # This one replaces the operators in its own file.
 filter_common_test(size_limits_test)

@@ -120,7 +120,7 @@ ROW(FiltersEntry,           Layout<filtersEntryId_t, filtersEntryPriority_t, pol
                                    Counter, FiltersEntry::MatchMap, FiltersEntry::ActionMap>)
 ROW(FiltersGroup,           Layout<filtersGroupId_t, filtersGroupPriority_t, filtersGroupStage_t,
                                    filtersGroupType_t, FiltersGroup::EntryMap>)
-ROW(CodeSet<filtersMatch_t>, Layout<std::uint32_t>)
+ROW(CodeSet<filtersMatch_t>, Layout<std::uint64_t>)
 ROW(FiltersRefusal,         Layout<filtersRefusalReason_t, std::optional<filtersEntryId_t>,
                                    std::optional<filtersMatch_t>, std::optional<filtersAction_t>,
                                    std::optional<policer::Stage>,
@@ -135,20 +135,15 @@ ROW(entriesStruct,          Layout<std::int32_t, filtersEntryId_t*, FiltersEntry
 #define CHECK(Class)                                                                               \
     static_assert(sizeof(Class) == LayoutOf<Class>::SIZE);                                         \
     static_assert(alignof(Class) == LayoutOf<Class>::ALIGNMENT);
+#define CHECK_KIND(kind, Class, Values) CHECK(Class)
 
 CHECK(Match)
-CHECK(MatchPorts)
-CHECK(MatchLimId)
-CHECK(MatchL4Port)
-CHECK(MatchVlanId)
-CHECK(MatchMac)
-CHECK(MatchIPv4)
-CHECK(MatchIPv6)
-FILTERS_COMMON_MATCH_CLASSES(CHECK)
+FILTERS_COMMON_MATCH_FAMILIES(CHECK)
+FILTERS_COMMON_EACH_MATCH_KIND(CHECK_KIND)
 CHECK(MatchDSCP)
 CHECK(Action)
 CHECK(ActionPorts)
-FILTERS_COMMON_ACTION_CLASSES(CHECK)
+FILTERS_COMMON_EACH_ACTION_KIND(CHECK_KIND)
 CHECK(Counter)
 CHECK(FiltersSerialized)
 CHECK(FiltersEntry)

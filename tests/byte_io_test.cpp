@@ -1,7 +1,7 @@
 // What the writer of bytes does where its buffer ends. What it writes otherwise, and what the
 // reader makes of it, is held against the message in direct_bytes_test.
 
-#include "byte_io.h"
+#include "wire/byte_io.h"
 #include "wire_bytes.h"
 
 #include <gtest/gtest.h>

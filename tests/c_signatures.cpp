@@ -198,12 +198,12 @@ IS(filtersRefusalsGetAction, bool(FiltersRefusals*, std::uint32_t, filtersAction
 IS(filtersRefusalsGetPolicerStage, bool(FiltersRefusals*, std::uint32_t, std::uint32_t*));
 IS(filtersRefusalsGetStage, bool(FiltersRefusals*, std::uint32_t, filtersGroupStage_t*));
 IS(filtersRefusalsGetType, bool(FiltersRefusals*, std::uint32_t, filtersGroupType_t*));
-IS(filtersRefusalsGetAdmittedMatches, std::uint32_t(FiltersRefusals*, std::uint32_t));
-IS(filtersRefusalsGetAdmittedActions, std::uint32_t(FiltersRefusals*, std::uint32_t));
-IS(filtersRefusalsGetAdmittedPolicerStages, std::uint32_t(FiltersRefusals*, std::uint32_t));
-IS(filtersRefusalsGetAdmittedStages, std::uint32_t(FiltersRefusals*, std::uint32_t));
-IS(filtersRefusalsGetAdmittedTypes, std::uint32_t(FiltersRefusals*, std::uint32_t));
-IS(filtersRefusalsGetExcludingMatches, std::uint32_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedMatches, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedActions, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedPolicerStages, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedStages, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetAdmittedTypes, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetExcludingMatches, std::uint64_t(FiltersRefusals*, std::uint32_t));
 
 // ------------------------------------------------------------------------------------------ names
 

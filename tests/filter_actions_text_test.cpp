@@ -152,8 +152,8 @@ TEST(ActionDumps, ApplyAWidthToTheirTitleAlone)
 
 TEST(BareActions, AreDumpedWithoutParametersAndNotAtAllBeyondTheKinds)
 {
-#define NAME(Class) #Class,
-    const char* const names[] = {FILTERS_COMMON_ACTION_CLASSES(NAME)};
+#define NAME(kind, Class, Values) #Class,
+    const char* const names[] = {FILTERS_COMMON_EACH_ACTION_KIND(NAME)};
 #undef NAME
     for (int code = 0; code < 17; ++code) {
         const std::string dump = expectedDump(names[code]);

@@ -17,9 +17,9 @@ using Kinds = CodeSet<filtersMatch_t>;
 
 filtersMatch_t kind(std::uint32_t code) { return static_cast<filtersMatch_t>(code); }
 
-/** The lowest ten codes and the highest two, which make every pattern of neighbours and ends. */
-constexpr std::uint32_t CODES[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 30, 31};
-constexpr std::uint32_t SUBSETS = 1 << std::size(CODES);
+/** The ends of the set and of its halves, which make every pattern of neighbours and ends. */
+constexpr std::uint32_t CODES[] = {0, 1, 2, 3, 4, 5, 30, 31, 32, 33, 62, 63};
+constexpr std::uint32_t SUBSETS = 1u << std::size(CODES);
 
 std::set<filtersMatch_t> subset(std::uint32_t number)
 {
@@ -47,7 +47,7 @@ TEST(CodeSet, IsWalkedInAscendingOrder)
                   std::vector<filtersMatch_t>(expected.begin(), expected.end()));
         ASSERT_EQ(set.size(), expected.size());
         ASSERT_EQ(set.empty(), expected.empty());
-        for (std::uint32_t code = 0; code < 32; ++code) {
+        for (std::uint32_t code = 0; code < CodeSet<filtersMatch_t>::LIMIT; ++code) {
             ASSERT_EQ(set.contains(kind(code)), expected.count(kind(code)) != 0);
             ASSERT_EQ(set.bits() >> code & 1, expected.count(kind(code)));
         }
@@ -85,7 +85,7 @@ TEST(CodeSet, MeetsAndLeavesOthers)
 
 TEST(CodeSet, LeavesCodesWithoutAPlaceOut)
 {
-    for (const std::uint32_t code : {32u, 33u, 63u, 64u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t code : {64u, 65u, 127u, 128u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         Kinds set = {MATCH_TTL};
         set.insert(kind(code));
         EXPECT_FALSE(set.contains(kind(code)));
@@ -97,7 +97,7 @@ TEST(CodeSet, IsKnownToTheCompiler)
 {
     constexpr Kinds SET = {MATCH_DESTINATION_CPU, MATCH_ALL, MATCH_ALL};
     static_assert(SET.bits() == 0x80000001 && SET.size() == 2 && *SET.begin() == MATCH_ALL);
-    static_assert(Kinds().empty() && sizeof(Kinds) == 4);
+    static_assert(Kinds().empty() && sizeof(Kinds) == 8);
 }
 
 } // namespace

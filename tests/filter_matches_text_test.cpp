@@ -323,8 +323,8 @@ TEST(MatchDumps, ApplyAWidthToTheirTitleAlone)
 
 TEST(BareMatches, AreDumpedWithoutValuesAndNotAtAllBeyondTheKinds)
 {
-#define NAME(Class) #Class,
-    const char* const names[] = {FILTERS_COMMON_MATCH_CLASSES(NAME)};
+#define NAME(kind, Class, Values) #Class,
+    const char* const names[] = {FILTERS_COMMON_EACH_MATCH_KIND(NAME)};
 #undef NAME
     for (int code = 0; code < 32; ++code) {
         const bool saysSo = code == MATCH_ALL || code == MATCH_VLAN_UNTAGGED;

@@ -36,10 +36,10 @@ std::optional<Value> taken(Getter getter, FiltersRefusals* list, std::uint32_t i
 }
 
 template <class Code>
-CodeSet<Code> setOf(std::uint32_t bits)
+CodeSet<Code> setOf(std::uint64_t bits)
 {
     CodeSet<Code> set;
-    for (std::uint32_t code = 0; code < 32; ++code)
+    for (std::uint32_t code = 0; code < CodeSet<Code>::LIMIT; ++code)
         if ((bits >> code & 1) != 0)
             set.insert(static_cast<Code>(code));
     return set;
@@ -330,12 +330,12 @@ std::vector<BrokenContract> brokenContracts()
     GETTER(filtersRefusalsGetCode, "FiltersCommon::filtersErr_t");
     GETTER(filtersRefusalsGetReason, "FiltersCommon::filtersRefusalReason_t");
     GETTER(filtersRefusalsGetSentence, "const char*");
-    GETTER(filtersRefusalsGetAdmittedMatches, "uint32_t");
-    GETTER(filtersRefusalsGetAdmittedActions, "uint32_t");
-    GETTER(filtersRefusalsGetAdmittedPolicerStages, "uint32_t");
-    GETTER(filtersRefusalsGetAdmittedStages, "uint32_t");
-    GETTER(filtersRefusalsGetAdmittedTypes, "uint32_t");
-    GETTER(filtersRefusalsGetExcludingMatches, "uint32_t");
+    GETTER(filtersRefusalsGetAdmittedMatches, "uint64_t");
+    GETTER(filtersRefusalsGetAdmittedActions, "uint64_t");
+    GETTER(filtersRefusalsGetAdmittedPolicerStages, "uint64_t");
+    GETTER(filtersRefusalsGetAdmittedStages, "uint64_t");
+    GETTER(filtersRefusalsGetAdmittedTypes, "uint64_t");
+    GETTER(filtersRefusalsGetExcludingMatches, "uint64_t");
 
 #define PLACED(name, type, text)                                                                   \
     ROW(name, "_noList", INDEX, "bool", "FiltersRefusals*, uint32_t, " text "*",                   \

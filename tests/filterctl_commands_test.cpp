@@ -155,7 +155,7 @@ TEST_F(FilterctlCommands, Json)
     expectDone("import /dev/null -o empty");
     expectDone("json --compact empty",
                "{\"group\":{\"id\":0,\"priority\":0,\"stage\":0,\"type\":3},"
-               "\"readable\":{\"stage\":\"GROUP_STAGE_0\",\"type\":\"GROUP_TYPE_3\"}}\n");
+               "\"readable\":{\"id\":0,\"priority\":0,\"stage\":\"GROUP_STAGE_0\",\"type\":\"GROUP_TYPE_3\"}}\n");
 }
 
 constexpr char STATISTICS[] = "id                          0\n"

@@ -1,6 +1,6 @@
 #include "group_diff.h"
 
-#include "fields.h"
+#include "description_text.h"
 #include "named_entries.h"
 #include "wire_text.h"
 
@@ -201,7 +201,7 @@ std::size_t expectNamed(const std::vector<Sample<Base>>& samples, Name&& nameOfK
         if (!added)
             continue;
         ++seen;
-        const std::string fields = textOf(fieldsOf(*sample.object));
+        const std::string fields = textOf(describe(*sample.object));
         const std::string line =
             nameOfKind(sample.object->getType()) + (fields.empty() ? "" : " " + fields) + "\n";
         EXPECT_EQ(added, "+   " + line) << sample.name;
@@ -222,9 +222,11 @@ TEST(GroupDiff, Policers)
     FiltersEntry without;
     FiltersEntry with;
     with.setPolicer(policerOf(policer::STAGE_INGRESS, policer::Mode::FLOW));
-    const std::string text = "   policer Policer Id: 17, Stage: Ingress, Mode: Flow (CIR: 1000 "
-                             "kbits/s, CBS: 2000 bytes), Actions: Red Drop, Yellow Set PCP 3, "
-                             "Green Set DSCP 46\n";
+    const std::string text =
+        "   policer Policer Id: 17, Stage: Ingress, Mode: Flow, CIR: 1000, CBS: 2000, "
+        "EBS: 3000, EIR: 4000, PBS: 5000, PIR: 6000, "
+        "Actions: [{Color: Red, Action: Drop}, {Color: Yellow, Action: Set PCP, PCP: 3}, "
+        "{Color: Green, Action: Set DSCP, DSCP: 46}]\n";
     EXPECT_EQ(changes(without, with), "+" + text);
     EXPECT_EQ(changes(with, without), "-" + text);
 }
@@ -245,48 +247,33 @@ TEST(WireText, OfAPolicerIsItsBytes)
     EXPECT_EQ(wireTextOf(policer), "bytes " + hexadecimal(policer.Serialize()));
 }
 
-TEST(GroupDiff, WhatDumpsDoNotShow)
+TEST(GroupDiff, WhatNamesDoNotShow)
 {
-    // The type of a counter that has no name.
+    // Two interfaces of one name.
     FiltersEntry a;
     FiltersEntry b;
-    a.setCounter(Counter(3, static_cast<counter_type_t>(8)));
-    b.setCounter(Counter(3, static_cast<counter_type_t>(9)));
-    EXPECT_EQ(changes(a, b), "-   counter id: 3 type: 8\n+   counter id: 3 type: 9\n");
-
-    // A rate that the mode does not use.
-    policer::Mode::Rates rates;
+    a.setMatch(MatchIngressPorts({limId(1, 0, 0, 5)}));
+    b.setMatch(MatchIngressPorts({limId(1, 7, 0, 5)}));
+    EXPECT_EQ(changes(a, b), "-   MATCH_INGRESS_PORTS type_: 1 ports_: 16777221\n"
+                             "+   MATCH_INGRESS_PORTS type_: 1 ports_: 17235973\n");
     a = FiltersEntry();
     b = FiltersEntry();
-    const policer::Policer first(7, policer::STAGE_INGRESS, {policer::Mode::FLOW, rates}, {});
-    rates.pir = 1;
-    const policer::Policer second(7, policer::STAGE_INGRESS, {policer::Mode::FLOW, rates}, {});
-    a.setPolicer(first);
-    b.setPolicer(second);
-    EXPECT_EQ(changes(a, b),
-              "-   policer " + wireTextOf(first) + "\n+   policer " + wireTextOf(second) + "\n");
-    EXPECT_NE(wireTextOf(first), wireTextOf(second));
+    a.setAction(ActionRedirect(limId(1, 0, 0, 5)));
+    b.setAction(ActionRedirect(limId(1, 7, 0, 5)));
+    EXPECT_EQ(changes(a, b), "-   ACTION_REDIRECT type_: 11 ports_: 16777221\n"
+                             "+   ACTION_REDIRECT type_: 11 ports_: 17235973\n");
 
-    // A policer of no stage.
-    const policer::Policer third(7, policer::STAGE_NONE, policer::Mode(), {});
-    b.setPolicer(third);
-    EXPECT_EQ(changes(FiltersEntry(), b), "+   policer " + wireTextOf(third) + "\n");
-
-    // Ports that are kept beside excluded port types.
+    // A value that the policer's action does not use.
+    const auto policerWith = [](std::uint8_t value) {
+        return policer::Policer(7, policer::STAGE_INGRESS, policer::Mode(),
+                                {{policer::Action::RED, policer::Action::DROP, value}});
+    };
     a = FiltersEntry();
     b = FiltersEntry();
-    a.setMatch(MatchIngressPorts(std::list<port_type_t>{static_cast<port_type_t>(5)}));
-    b.setMatch(MatchIngressPorts(std::list<port_type_t>{static_cast<port_type_t>(6)}));
-    EXPECT_EQ(changes(a, b), "-   MATCH_INGRESS_PORTS type_: 1 excluded_port_types_: 5\n"
-                             "+   MATCH_INGRESS_PORTS type_: 1 excluded_port_types_: 6\n");
-
-    // What an action cancels, by a number that has no name.
-    a = FiltersEntry();
-    b = FiltersEntry();
-    a.setAction(ActionCopyToCpuCancel(static_cast<cp2cpuCancelParam_t>(5)));
-    b.setAction(ActionCopyToCpuCancel(static_cast<cp2cpuCancelParam_t>(6)));
-    EXPECT_EQ(changes(a, b), "-   ACTION_COPY_TO_CPU_CANCEL type_: 4 cp2cpu_cancel_type_: 5\n"
-                             "+   ACTION_COPY_TO_CPU_CANCEL type_: 4 cp2cpu_cancel_type_: 6\n");
+    a.setPolicer(policerWith(1));
+    b.setPolicer(policerWith(2));
+    EXPECT_EQ(changes(a, b), "-   policer " + wireTextOf(policerWith(1)) + "\n+   policer " +
+                                 wireTextOf(policerWith(2)) + "\n");
 }
 
 // ------------------------------------------------------------------------------------- by content

@@ -1,6 +1,6 @@
 #include "group_json.h"
 
-#include "fields.h"
+#include "description_text.h"
 #include "named_entries.h"
 
 #include "filter_groups.pb.h"
@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <variant>
+#include <vector>
 
 namespace {
 
@@ -82,16 +84,54 @@ FiltersGroup rebuilt(const Struct& document)
     return group;
 }
 
+bool holds(const Struct& object, const FiltersDescription& fields);
+
+/** Whether a value of JSON is the same, and of the same type. */
+struct IsSame {
+    const Value& value;
+
+    bool operator()(std::int64_t number) const
+    {
+        return value.has_number_value() && value.number_value() == static_cast<double>(number);
+    }
+    bool operator()(bool truth) const
+    {
+        return value.has_bool_value() && value.bool_value() == truth;
+    }
+    bool operator()(const std::string& text) const
+    {
+        return value.has_string_value() && value.string_value() == text;
+    }
+    bool operator()(const std::vector<FiltersValue>& list) const
+    {
+        return value.has_list_value() &&
+               std::equal(value.list_value().values().begin(), value.list_value().values().end(),
+                          list.begin(), list.end(), [](const Value& a, const FiltersValue& b) {
+                              return std::visit(IsSame{a}, b.value);
+                          });
+    }
+    bool operator()(const FiltersDescription& fields) const
+    {
+        return value.has_struct_value() && holds(value.struct_value(), fields);
+    }
+};
+
+/** Whether the object has these members and no others. */
+bool holds(const Struct& object, const FiltersDescription& fields)
+{
+    return static_cast<std::size_t>(object.fields().size()) == fields.size() &&
+           std::all_of(fields.begin(), fields.end(), [&](const FiltersField& field) {
+               return std::visit(IsSame{member(object, field.label)}, field.value.value);
+           });
+}
+
 /** The member is left out if there is nothing in it. */
-void expectValues(const Struct& object, const std::string& name, const Fields& fields)
+void expectValues(const Struct& object, const std::string& name, const FiltersDescription& fields)
 {
     ASSERT_EQ(object.fields().contains(name), !fields.empty());
-    if (fields.empty())
-        return;
-    const Struct& values = member(object, name).struct_value();
-    EXPECT_EQ(static_cast<std::size_t>(values.fields().size()), fields.size());
-    for (const Field& field : fields)
-        EXPECT_EQ(text(values, field.label), field.value) << field.label;
+    if (!fields.empty()) {
+        EXPECT_TRUE(holds(member(object, name).struct_value(), fields)) << textOf(fields);
+    }
 }
 
 template <class Map, class Name>
@@ -102,18 +142,21 @@ void expectElements(const ListValue& elements, const Map& map, Name&& nameOfKind
     for (const auto& [kind, object] : map) {
         const Struct& readable = (element++)->struct_value();
         EXPECT_EQ(text(readable, "kind"), nameOfKind(kind));
-        expectValues(readable, "values", fieldsOf(*object));
+        expectValues(readable, "values", describe(*object));
     }
 }
 
 void expectReadable(const Struct& readable, const FiltersEntry& entry)
 {
     EXPECT_EQ(member(readable, "id").number_value(), entry.getId());
+    EXPECT_EQ(member(readable, "priority").number_value(), entry.getPriority());
     expectElements(list(readable, "matches"), entry.getMatchesRef(), filtersMatchName);
     expectElements(list(readable, "actions"), entry.getActionsRef(), filtersActionName);
-    expectValues(readable, "policer", fieldsOf(entry.getPolicer()));
-    const bool counts = entry.getCounter().GetType() != COUNTER_TYPE_INVALID;
-    expectValues(readable, "counter", counts ? fieldsOf(entry.getCounter()) : Fields());
+    const FiltersDescription none;
+    const bool hasPolicer = entry.getPolicer().Serialize() != policer::Policer().Serialize();
+    expectValues(readable, "policer", hasPolicer ? describe(entry.getPolicer()) : none);
+    const bool hasCounter = entry.getCounter() != Counter();
+    expectValues(readable, "counter", hasCounter ? describe(entry.getCounter()) : none);
 }
 
 TEST(GroupJson, HoldsTheGroup)
@@ -128,6 +171,8 @@ TEST(GroupJson, IsReadable)
     for (const FiltersGroup& group : groups()) {
         const Struct document = parse(jsonOf(group, true));
         const Struct& readable = member(document, "readable").struct_value();
+        EXPECT_EQ(member(readable, "id").number_value(), group.getId());
+        EXPECT_EQ(member(readable, "priority").number_value(), group.getPriority());
         EXPECT_EQ(text(readable, "stage"), nameOf(group.getStage()));
         EXPECT_EQ(text(readable, "type"), nameOf(group.getType()));
         const ListValue& entries = list(readable, "entries");
@@ -162,12 +207,13 @@ TEST(GroupJson, Form)
               R"("matches":[{"type":1,"ports":[65543]},)"
               R"({"type":9,"ipv4":"wAACAQ==","ipv4Mask":"////AA=="}],"actions":[{"type":1}],)"
               R"("counter":{"id":12,"type":2}}]},)"
-              R"("readable":{"stage":"GROUP_STAGE_0","type":"GROUP_TYPE_3","entries":[{"id":7,)"
+              R"("readable":{"id":1,"priority":0,"stage":"GROUP_STAGE_0","type":"GROUP_TYPE_3",)"
+              R"("entries":[{"id":7,"priority":9,)"
               R"("matches":[{"kind":"MATCH_INGRESS_PORTS",)"
-              R"("values":{"LIMIDs":"\"eth1/7\"","Number of ports":"1"}},)"
+              R"("values":{"LIMIDs":["eth1/7"]}},)"
               R"({"kind":"MATCH_SRC_IPV4","values":{"IP":"192.0.2.1","Mask":"255.255.255.0"}}],)"
               R"("actions":[{"kind":"ACTION_DENY"}],)"
-              R"("counter":{"ID":"12","Type":"Octets"}}]}})"
+              R"("counter":{"ID":12,"Type":"Octets"}}]}})"
               "\n");
     const std::string lines = jsonOf(group, false);
     EXPECT_EQ(lines.substr(0, 24), "{\n \"group\": {\n  \"id\": 1,");

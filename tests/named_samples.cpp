@@ -19,16 +19,16 @@ Sample<Base> sample(const char* name, const T& object)
 
 } // namespace
 
-#define FILTERS_COMMON_NAME(Class) #Class,
+#define FILTERS_COMMON_NAME(kind, Class, Values) #Class,
 
 std::set<std::string> matchClasses()
 {
-    return {FILTERS_COMMON_MATCH_CLASSES(FILTERS_COMMON_NAME) "MatchDSCP"};
+    return {FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_NAME) "MatchDSCP"};
 }
 
 std::set<std::string> actionClasses()
 {
-    return {FILTERS_COMMON_ACTION_CLASSES(FILTERS_COMMON_NAME)};
+    return {FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_NAME)};
 }
 
 #undef FILTERS_COMMON_NAME

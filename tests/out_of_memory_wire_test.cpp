@@ -9,7 +9,7 @@
 
 #include "filter_groups.pb.h"
 
-#include <scratch_message.h>
+#include "wire/scratch_message.h"
 
 #include <gtest/gtest.h>
 
@@ -369,7 +369,7 @@ FailedAllocations failAll(Operation operation)
 template <class Message>
 void parse(const std::string& bytes)
 {
-    messages::ScratchMessage<Message> message;
+    ScratchMessage<Message> message;
     static_cast<void>(message.get()->ParsePartialFromString(bytes));
 }
 

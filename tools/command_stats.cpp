@@ -1,5 +1,5 @@
 #include "commands.h"
-#include "fields.h"
+#include "description_text.h"
 #include "files.h"
 #include "inputs.h"
 

@@ -1,6 +1,6 @@
 #include "group_diff.h"
 
-#include "fields.h"
+#include "description_text.h"
 #include "wire_text.h"
 
 #include <filter_names.h>
@@ -100,13 +100,20 @@ std::vector<Pair> compareByContent(const FiltersGroup& a, const FiltersGroup& b)
 
 // ------------------------------------------------------------------------------------------ texts
 
-std::string shown(const Match& match) { return textOf(fieldsOf(match)); }
-std::string shown(const Action& action) { return textOf(fieldsOf(action)); }
-std::string shown(const Counter& counter) { return textOf(fieldsOf(counter)); }
-std::string shown(const policer::Policer& policer)
+template <class T>
+std::string shown(const T& object)
 {
-    const std::string text = textOf(fieldsOf(policer));
-    return text.empty() ? wireTextOf(policer) : text;
+    return textOf(describe(object));
+}
+
+/** Different for different objects, which may have the same description: names are not unique. */
+template <class T>
+std::string shownExactly(const T& object)
+{
+    if constexpr (std::is_same_v<T, Counter>)
+        return shown(object);
+    else
+        return wireTextOf(object);
 }
 
 bool same(const Match& a, const Match& b) { return a == b; }
@@ -117,7 +124,7 @@ bool same(const policer::Policer& a, const policer::Policer& b)
     return a.Serialize() == b.Serialize();
 }
 
-/** What an entry holds, or null for what an entry holds that holds none. */
+/** The policer or counter, or null if it is the one of an entry without. */
 template <class T>
 const T* unlessNone(const T& value)
 {
@@ -188,10 +195,9 @@ private:
             if (const T* value = a != nullptr ? a : b)
                 addValue(a != nullptr ? '-' : '+', name, shown(*value));
         } else if (!same(*a, *b)) {
-            // Dumps do not show everything that is compared.
-            const bool seen = shown(*a) != shown(*b);
-            addValue('-', name, seen ? shown(*a) : wireTextOf(*a));
-            addValue('+', name, seen ? shown(*b) : wireTextOf(*b));
+            const auto text = shown(*a) != shown(*b) ? shown<T> : shownExactly<T>;
+            addValue('-', name, text(*a));
+            addValue('+', name, text(*b));
         }
     }
 

@@ -1,10 +1,11 @@
 #include "group_json.h"
 
-#include "fields.h"
+#include "description_text.h"
 
 #include "filter_groups.pb.h"
 #include "group_json.pb.h"
 
+#include <filter_description.h>
 #include <filter_names.h>
 #include <google/protobuf/io/coded_stream.h>
 #include <google/protobuf/io/zero_copy_stream_impl_lite.h>
@@ -12,8 +13,11 @@
 #include <google/protobuf/util/type_resolver.h>
 #include <google/protobuf/util/type_resolver_util.h>
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
+#include <variant>
+#include <vector>
 
 namespace filterctl {
 
@@ -21,30 +25,65 @@ using namespace FiltersCommon;
 
 namespace {
 
-using Values = google::protobuf::Map<std::string, std::string>;
+google::protobuf::Struct structOf(const FiltersDescription& fields);
 
-void add(Values* values, const Fields& fields)
+struct JsonValue {
+    google::protobuf::Value& value;
+
+    void operator()(std::int64_t number) const
+    {
+        value.set_number_value(static_cast<double>(number)); // of 32 bits, hence exact
+    }
+    void operator()(bool truth) const { value.set_bool_value(truth); }
+    void operator()(const std::string& text) const { value.set_string_value(text); }
+    void operator()(const std::vector<FiltersValue>& list) const
+    {
+        for (const FiltersValue& element : list)
+            std::visit(JsonValue{*value.mutable_list_value()->add_values()}, element.value);
+        value.mutable_list_value();
+    }
+    void operator()(const FiltersDescription& fields) const
+    {
+        *value.mutable_struct_value() = structOf(fields);
+    }
+};
+
+google::protobuf::Struct structOf(const FiltersDescription& fields)
 {
-    for (const Field& field : fields)
-        (*values)[field.label] = field.value;
+    google::protobuf::Struct values;
+    for (const FiltersField& field : fields)
+        std::visit(JsonValue{(*values.mutable_fields())[field.label]}, field.value.value);
+    return values;
+}
+
+template <class Element, class Object>
+void fill(Element& element, const char* kind, const Object& object)
+{
+    element.set_kind(kind);
+    const FiltersDescription fields = describe(object);
+    if (!fields.empty())
+        *element.mutable_values() = structOf(fields);
+}
+
+bool isNone(const policer::Policer& policer)
+{
+    const policer::Policer none;
+    return policer.GetId() == none.GetId() && policer.GetStage() == none.GetStage() &&
+           policer.GetMode() == none.GetMode() && policer.GetActions() == none.GetActions();
 }
 
 void fill(ReadableEntry& readable, const FiltersEntry& entry)
 {
     readable.set_id(entry.getId());
-    for (const auto& [kind, match] : entry.getMatchesRef()) {
-        ReadableElement& element = *readable.add_matches();
-        element.set_kind(filtersMatchName(kind));
-        add(element.mutable_values(), fieldsOf(*match));
-    }
-    for (const auto& [kind, action] : entry.getActionsRef()) {
-        ReadableElement& element = *readable.add_actions();
-        element.set_kind(filtersActionName(kind));
-        add(element.mutable_values(), fieldsOf(*action));
-    }
-    add(readable.mutable_policer(), fieldsOf(entry.getPolicer()));
-    if (entry.getCounter().GetType() != COUNTER_TYPE_INVALID)
-        add(readable.mutable_counter(), fieldsOf(entry.getCounter()));
+    readable.set_priority(entry.getPriority());
+    for (const auto& [kind, match] : entry.getMatchesRef())
+        fill(*readable.add_matches(), filtersMatchName(kind), *match);
+    for (const auto& [kind, action] : entry.getActionsRef())
+        fill(*readable.add_actions(), filtersActionName(kind), *action);
+    if (!isNone(entry.getPolicer()))
+        *readable.mutable_policer() = structOf(describe(entry.getPolicer()));
+    if (entry.getCounter() != Counter())
+        *readable.mutable_counter() = structOf(describe(entry.getCounter()));
 }
 
 void require(bool done, const std::string& why)
@@ -92,6 +131,8 @@ GroupJson messageOf(const FiltersGroup& group)
     GroupJson message;
     *message.mutable_group() = group.convertToFiltersGroupPB();
     ReadableGroup& readable = *message.mutable_readable();
+    readable.set_id(group.getId());
+    readable.set_priority(group.getPriority());
     readable.set_stage(nameOf(group.getStage()));
     readable.set_type(nameOf(group.getType()));
     for (const auto& [id, entry] : group.getEntriesRef())

@@ -35,13 +35,6 @@ std::string wireTextOf(const Action& action)
     return fieldsOf(message);
 }
 
-std::string wireTextOf(const Counter& counter)
-{
-    CounterPB message;
-    counter.Serialize(&message);
-    return fieldsOf(message);
-}
-
 std::string wireTextOf(const policer::Policer& policer)
 {
     constexpr char DIGITS[] = "0123456789abcdef";

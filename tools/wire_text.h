@@ -12,7 +12,6 @@ namespace filterctl {
 
 std::string wireTextOf(const FiltersCommon::Match& match);
 std::string wireTextOf(const FiltersCommon::Action& action);
-std::string wireTextOf(const FiltersCommon::Counter& counter);
 /** The bytes, whose form belongs to another library. */
 std::string wireTextOf(const policer::Policer& policer);
 

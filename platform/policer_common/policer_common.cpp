@@ -1,7 +1,8 @@
 #include "policer_common.h"
 
 #include "policer.pb.h"
-#include "scratch_message.h"
+
+#include <google/protobuf/arena.h>
 
 #include <limits>
 #include <tuple>
@@ -56,8 +57,9 @@ Policer::Policer(const std::string& bytes) : Policer()
 {
     if (bytes.size() > std::numeric_limits<int>::max()) // more than the runtime can count
         return;
-    messages::ScratchMessage<PolicerPB> scratch;
-    PolicerPB& message = *scratch.get();
+    // A message that runs out of memory while it grows loses nothing if it is on an arena.
+    google::protobuf::Arena arena;
+    PolicerPB& message = *google::protobuf::Arena::CreateMessage<PolicerPB>(&arena);
     // Not ParseFromString, which would log what is not an error here.
     if (!message.ParsePartialFromString(bytes) || !message.IsInitialized())
         return;
@@ -75,8 +77,8 @@ Policer::Policer(const std::string& bytes) : Policer()
 
 std::string Policer::Serialize() const
 {
-    messages::ScratchMessage<PolicerPB> scratch;
-    PolicerPB& message = *scratch.get();
+    google::protobuf::Arena arena;
+    PolicerPB& message = *google::protobuf::Arena::CreateMessage<PolicerPB>(&arena);
     message.set_id(id_);
     message.set_stage(stage_);
 

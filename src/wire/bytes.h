@@ -2,8 +2,8 @@
  * Values as bytes: addresses and interface identifiers are compared and sent byte by byte, so
  * nothing here depends on the byte order of the host.
  */
-#ifndef FILTER_COMMON_SRC_BYTES_H
-#define FILTER_COMMON_SRC_BYTES_H
+#ifndef FILTER_COMMON_SRC_WIRE_BYTES_H
+#define FILTER_COMMON_SRC_WIRE_BYTES_H
 
 #include <limidmgr_decode.h>
 
@@ -64,4 +64,4 @@ constexpr limid_t unpackLimId(std::uint32_t number)
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_BYTES_H
+#endif // FILTER_COMMON_SRC_WIRE_BYTES_H

@@ -1,8 +1,8 @@
 /**
  * Writing to and reading from the generated messages.
  */
-#ifndef FILTER_COMMON_SRC_MESSAGE_IO_H
-#define FILTER_COMMON_SRC_MESSAGE_IO_H
+#ifndef FILTER_COMMON_SRC_WIRE_MESSAGE_IO_H
+#define FILTER_COMMON_SRC_WIRE_MESSAGE_IO_H
 
 #include "message_fields.h"
 
@@ -112,7 +112,8 @@ public:
         }
     }
 
-    /** A message holds what it holds. */
+    /** A message is understood as it is. */
+    static constexpr bool MAY_GIVE_UP = false;
     bool understood() const { return true; }
 
 private:
@@ -121,4 +122,4 @@ private:
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_MESSAGE_IO_H
+#endif // FILTER_COMMON_SRC_WIRE_MESSAGE_IO_H

@@ -1,14 +1,14 @@
 /**
  * Whole messages as bytes, written and read in the shortest way that gives the runtime's result.
  */
-#ifndef FILTER_COMMON_SRC_MESSAGES_H
-#define FILTER_COMMON_SRC_MESSAGES_H
+#ifndef FILTER_COMMON_SRC_WIRE_MESSAGES_H
+#define FILTER_COMMON_SRC_WIRE_MESSAGES_H
 
 #include "byte_io.h"
 #include "filter_serialized.h"
 #include "message_io.h"
 
-#include <scratch_message.h>
+#include "scratch_message.h"
 
 #include <string>
 #include <string_view>
@@ -54,7 +54,7 @@ void readMessage(std::string_view bytes, Read read)
     ByteReader direct(bytes);
     if (read(direct))
         return;
-    messages::ScratchMessage<Message> message;
+    ScratchMessage<Message> message;
     static_cast<void>(
         message.get()->ParsePartialFromArray(bytes.data(), static_cast<int>(bytes.size())));
     MessageReader<Message> reader(*message.get());
@@ -63,4 +63,4 @@ void readMessage(std::string_view bytes, Read read)
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_MESSAGES_H
+#endif // FILTER_COMMON_SRC_WIRE_MESSAGES_H

@@ -1,8 +1,8 @@
 /**
  * Refusals of matches, actions and entries, wherever they come from: a caller, a map, a message.
  */
-#ifndef FILTER_COMMON_SRC_ENTRY_REFUSALS_H
-#define FILTER_COMMON_SRC_ENTRY_REFUSALS_H
+#ifndef FILTER_COMMON_SRC_FILTER_REFUSALS_INTERNAL_H
+#define FILTER_COMMON_SRC_FILTER_REFUSALS_INTERNAL_H
 
 #include "filter_refusals.h"
 
@@ -35,4 +35,4 @@ CodeSet<typename Map::key_type> kindsOf(const Map& held)
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_ENTRY_REFUSALS_H
+#endif // FILTER_COMMON_SRC_FILTER_REFUSALS_INTERNAL_H

@@ -5,8 +5,8 @@
  * ascending order of the field numbers, lengths and numbers in the shortest form. The reader
  * understands these bytes and nothing else; whatever differs is left to the runtime's own parser.
  */
-#ifndef FILTER_COMMON_SRC_BYTE_IO_H
-#define FILTER_COMMON_SRC_BYTE_IO_H
+#ifndef FILTER_COMMON_SRC_WIRE_BYTE_IO_H
+#define FILTER_COMMON_SRC_WIRE_BYTE_IO_H
 
 #include <array>
 #include <cstddef>
@@ -246,6 +246,7 @@ public:
             message(field, use);
     }
 
+    static constexpr bool MAY_GIVE_UP = true;
     /**
      * Whether the bytes were understood to their end, or to a zero like the one that ends the bytes
      * of an envelope, at which the runtime's parser stops too.
@@ -311,4 +312,4 @@ private:
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_BYTE_IO_H
+#endif // FILTER_COMMON_SRC_WIRE_BYTE_IO_H

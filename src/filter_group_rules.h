@@ -1,8 +1,8 @@
 /**
  * What groups admit: the rows that the checks read, and that their explanations name.
  */
-#ifndef FILTER_COMMON_SRC_GROUP_RULES_H
-#define FILTER_COMMON_SRC_GROUP_RULES_H
+#ifndef FILTER_COMMON_SRC_FILTER_GROUP_RULES_H
+#define FILTER_COMMON_SRC_FILTER_GROUP_RULES_H
 
 #include "filter_code_set.h"
 #include "filter_types.h"
@@ -96,7 +96,7 @@ inline constexpr PolicerRow STAGE_POLICERS[] = {
 };
 
 template <class Row, std::size_t N>
-constexpr bool standAtTheirKeys(const Row (&table)[N])
+constexpr bool areAtTheirKeys(const Row (&table)[N])
 {
     for (std::size_t i = 0; i < N; ++i)
         if (static_cast<std::size_t>(table[i].key) != i)
@@ -104,10 +104,13 @@ constexpr bool standAtTheirKeys(const Row (&table)[N])
     return true;
 }
 
-static_assert(std::size(TYPE_MATCHES) == 10 && standAtTheirKeys(TYPE_MATCHES));
-static_assert(std::size(STAGE_TYPES) == 4 && standAtTheirKeys(STAGE_TYPES));
-static_assert(std::size(STAGE_ACTIONS) == 4 && standAtTheirKeys(STAGE_ACTIONS));
-static_assert(std::size(STAGE_POLICERS) == 4 && standAtTheirKeys(STAGE_POLICERS));
+static_assert(std::size(STAGE_ACTIONS) == std::size(STAGE_TYPES) &&
+                  std::size(STAGE_POLICERS) == std::size(STAGE_TYPES),
+              "a row for each stage");
+static_assert(areAtTheirKeys(TYPE_MATCHES));
+static_assert(areAtTheirKeys(STAGE_TYPES));
+static_assert(areAtTheirKeys(STAGE_ACTIONS));
+static_assert(areAtTheirKeys(STAGE_POLICERS));
 
 /** The row of @p key, or null. Keys count as unsigned numbers. */
 template <class Row, std::size_t N, class Key>
@@ -129,4 +132,4 @@ constexpr auto keysOf(const Row (&table)[N])
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_GROUP_RULES_H
+#endif // FILTER_COMMON_SRC_FILTER_GROUP_RULES_H

@@ -2,12 +2,12 @@
  * A message as scratch space. On an arena it is created and freed faster, and leaks nothing if
  * memory runs out while it grows.
  */
-#ifndef SCRATCH_MESSAGE_H
-#define SCRATCH_MESSAGE_H
+#ifndef FILTER_COMMON_SRC_WIRE_SCRATCH_MESSAGE_H
+#define FILTER_COMMON_SRC_WIRE_SCRATCH_MESSAGE_H
 
 #include <google/protobuf/arena.h>
 
-namespace messages {
+namespace FiltersCommon {
 
 #if GOOGLE_PROTOBUF_VERSION >= 3014000
 
@@ -35,6 +35,6 @@ private:
 
 #endif
 
-} // namespace messages
+} // namespace FiltersCommon
 
-#endif // SCRATCH_MESSAGE_H
+#endif // FILTER_COMMON_SRC_WIRE_SCRATCH_MESSAGE_H

@@ -2,8 +2,8 @@
  * The names of codes, or null for codes without one; what callers see are the functions of
  * filter_names.h.
  */
-#ifndef FILTER_COMMON_SRC_NAMES_H
-#define FILTER_COMMON_SRC_NAMES_H
+#ifndef FILTER_COMMON_SRC_FILTER_NAMES_INTERNAL_H
+#define FILTER_COMMON_SRC_FILTER_NAMES_INTERNAL_H
 
 #include "filter_types.h"
 
@@ -21,4 +21,4 @@ const char* findName(policer::Stage stage);
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_NAMES_H
+#endif // FILTER_COMMON_SRC_FILTER_NAMES_INTERNAL_H

@@ -1,5 +1,5 @@
-#ifndef FILTER_COMMON_SRC_SERIALIZED_BYTES_H
-#define FILTER_COMMON_SRC_SERIALIZED_BYTES_H
+#ifndef FILTER_COMMON_SRC_FILTER_SERIALIZED_INTERNAL_H
+#define FILTER_COMMON_SRC_FILTER_SERIALIZED_INTERNAL_H
 
 #include <string_view>
 
@@ -15,4 +15,4 @@ std::string_view bytesOf(const FiltersSerialized& s);
 
 } // namespace FiltersCommon
 
-#endif // FILTER_COMMON_SRC_SERIALIZED_BYTES_H
+#endif // FILTER_COMMON_SRC_FILTER_SERIALIZED_INTERNAL_H

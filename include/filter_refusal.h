@@ -1,0 +1,95 @@
+/**
+ * One reason why something is refused: FiltersRefusal. A caller includes filter_refusals.h.
+ */
+#ifndef FILTER_COMMON_FILTER_REFUSAL_H
+#define FILTER_COMMON_FILTER_REFUSAL_H
+
+#include "filter_code_set.h"
+#include "filter_types.h"
+
+#include <policer_common.h>
+
+#include <optional>
+#include <string>
+
+#pragma GCC visibility push(default)
+
+namespace FiltersCommon {
+
+/**
+ * Why an element, an entry, a group stage or a group type is refused. What does not concern the
+ * reason is absent, or an empty set.
+ */
+struct FiltersRefusal {
+    explicit constexpr FiltersRefusal(filtersRefusalReason_t why) : reason(why) {}
+
+    /** The result code of an operation that refuses for this reason. */
+    constexpr filtersErr_t code() const;
+
+    /**
+     * One line in English, without an end of line. Codes stand there by their enumerators' names,
+     * unknown codes by their numbers.
+     */
+    std::string sentence() const;
+
+    bool operator==(const FiltersRefusal& other) const;
+    bool operator!=(const FiltersRefusal& other) const { return !(*this == other); }
+
+    filtersRefusalReason_t reason;
+
+    /** The entry that is refused, or that is in the way of a new stage or type of its group. */
+    std::optional<filtersEntryId_t> entry;
+    /** What is refused of it: at most one of these. */
+    std::optional<filtersMatch_t> match;
+    std::optional<filtersAction_t> action;
+    std::optional<policer::Stage> policerStage;
+
+    /** The stage and the type of the group, as they are or as they were asked for. */
+    std::optional<filtersGroupStage_t> stage;
+    std::optional<filtersGroupType_t> type;
+
+    /** What would have been admitted in the place of what is refused. */
+    CodeSet<filtersMatch_t> admittedMatches;
+    CodeSet<filtersAction_t> admittedActions;
+    CodeSet<policer::Stage> admittedPolicerStages;
+    /** The stages that admit the type; of an unknown stage, those that there are. */
+    CodeSet<filtersGroupStage_t> admittedStages;
+    /** The types that the stage admits; of an unknown type, those that there are. */
+    CodeSet<filtersGroupType_t> admittedTypes;
+
+    /** The matches that exclude the one that is refused. */
+    CodeSet<filtersMatch_t> excludingMatches;
+};
+
+constexpr filtersErr_t FiltersRefusal::code() const
+{
+    switch (reason) {
+    case REFUSAL_MATCH_NOT_IN_TYPE:
+        return FILTERS_ERR_MATCH_NOT_ALLOWED;
+    case REFUSAL_UNKNOWN_STAGE:
+        return FILTERS_ERR_UNKNOWN_STAGE;
+    case REFUSAL_ACTION_NOT_AT_STAGE:
+        return FILTERS_ERR_ACTION_NOT_ALLOWED;
+    case REFUSAL_POLICER_NOT_AT_STAGE:
+        return FILTERS_ERR_POLICER_STAGE;
+    case REFUSAL_TYPE_NOT_AT_STAGE:
+        return FILTERS_ERR_TYPE_NOT_ALLOWED;
+    case REFUSAL_UNKNOWN_TYPE:
+    case REFUSAL_UNKNOWN_MATCH_CLASS:
+    case REFUSAL_UNKNOWN_ACTION_CLASS:
+    case REFUSAL_IPV4_WITH_IPV6:
+    case REFUSAL_MATCH_NOT_OF_ITS_KIND:
+    case REFUSAL_ACTION_NOT_OF_ITS_KIND:
+    case REFUSAL_UNKNOWN_MATCH_KIND:
+    case REFUSAL_UNKNOWN_ACTION_KIND:
+    case REFUSAL_MATCH_NOT_IN_C:
+        break;
+    }
+    return FILTERS_ERR_INVALID;
+}
+
+} // namespace FiltersCommon
+
+#pragma GCC visibility pop
+
+#endif // FILTER_COMMON_FILTER_REFUSAL_H

@@ -1,0 +1,62 @@
+#ifndef FILTER_COMMON_SRC_WIRE_FILTER_ACTIONS_ROWS_H
+#define FILTER_COMMON_SRC_WIRE_FILTER_ACTIONS_ROWS_H
+
+#include "filter_actions.h"
+#include "message_fields.h"
+#include "rows.h"
+
+namespace FiltersCommon {
+
+/**
+ * The parameters of each class, their fields in an ActionPB, and how people read them. Two fields
+ * serve two kinds each, deliberately: the type tells the kinds apart.
+ */
+struct ActionRows {
+    // clang-format off
+    static constexpr auto of(const Action*) { return rows(Head::NO_PARAMETERS); }
+
+    static constexpr auto of(const ActionPorts*) { return rows(
+        appended<action_fields::ports_, &ActionPorts::ports_>(
+            "      LIMIDs: ", NUMBERED_PORTS, Notation::PORTS)); }
+    static constexpr auto of(const ActionBlockEgressPorts*) { return rows(
+        appended<action_fields::ports_, &ActionPorts::ports_>(
+            "      LIMIDs: ", NUMBERED_PORTS_AND_EMPTY_LINE, Notation::PORTS)); }
+    static constexpr auto of(const ActionCopyToCpuCancel*) { return rows(
+        at<action_fields::cp2cpu_cancel_type_, &ActionCopyToCpuCancel::cancelType_>(
+            "      Cp2CPU Cancel type: ", NAMED_LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionSetPcp*) { return rows(
+        at<action_fields::pcp_, &ActionSetPcp::pcp_>(
+            "      PCP: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionSetPcpAndQueue*) { return rows(
+        at<action_fields::pcp_and_queue_, &ActionSetPcpAndQueue::pcpAndQueue_>(
+            "      PCP_AND_QUEUE: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionSetInnerPcp*) { return rows(
+        at<action_fields::pcp_, &ActionSetInnerPcp::innerPcp_>(
+            "      Inner PCP: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionSetDSCP*) { return rows(
+        at<action_fields::dscp_, &ActionSetDSCP::dscp_>(
+            "      DSCP: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionMapToCosQueue*) { return rows(
+        at<action_fields::cosq_, &ActionMapToCosQueue::cosQueue_>(
+            "      CoS Queue: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionMapToCpuCosQueue*) { return rows(
+        at<action_fields::cosq_, &ActionMapToCpuCosQueue::cpuCosQueue_>(
+            "      CPU CoS Queue: ", LINE, Notation::NUMBER)); }
+    static constexpr auto of(const ActionRedirect*) { return rows( // replaced, deliberately
+        at<action_fields::ports_, &ActionRedirect::ports_>(
+            "      LIMIDs: ", PORTS_WITHOUT_LABEL, Notation::PORTS)); }
+    static constexpr auto of(const ActionReplaceDstMac*) { return rows(
+        at<action_fields::mac_, &ActionReplaceDstMac::mac_>(
+            "      Replace MAC: ", ADDRESS_LINE, Notation::ADDRESS)); }
+    static constexpr auto of(const ActionReplaceSrcMac*) { return rows(
+        at<action_fields::mac_, &ActionReplaceSrcMac::mac_>(
+            "      Replace MAC: ", ADDRESS_LINE, Notation::ADDRESS)); }
+    static constexpr auto of(const ActionL3Switch*) { return rows(
+        at<action_fields::l3_dest_id_, &ActionL3Switch::l3DestinationId_>(
+            "      L3 Destination ID: ", LINE, Notation::NUMBER)); }
+    // clang-format on
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_WIRE_FILTER_ACTIONS_ROWS_H

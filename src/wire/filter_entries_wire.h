@@ -1,0 +1,148 @@
+#ifndef FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_WIRE_H
+#define FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_WIRE_H
+
+#include "entry_additions.h"
+#include "filter_actions_rows.h"
+#include "filter_counter_rows.h"
+#include "filter_entries_rows.h"
+#include "filter_matches_rows.h"
+#include "kinds.h"
+#include "ordered_maps.h"
+#include "policers.h"
+
+#include <memory>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace FiltersCommon {
+
+/** For readers of whom nobody asks what they leave out. */
+struct InSilence {
+    template <class... Anything>
+    void operator()(const Anything&...) const
+    {}
+};
+
+/**
+ * An entry as a writer writes it and a reader reads it. The writers and readers are those of
+ * message_io.h and byte_io.h.
+ */
+struct EntryWire {
+    template <class Writer>
+    static void write(Writer& writer, const FiltersEntry& entry)
+    {
+        EntryRows::of(&entry).write(writer, entry);
+        writePolicer<entry_fields::policer_>(writer, entry.policer_);
+        writer.elements(entry_fields::matches_(), entry.matches_,
+                        [](auto& element, const auto& match) {
+                            writeByKind<MatchKinds, match_fields::type_>(element, *match.second);
+                        });
+        writer.elements(entry_fields::actions_(), entry.actions_,
+                        [](auto& element, const auto& action) {
+                            writeByKind<ActionKinds, action_fields::type_>(element, *action.second);
+                        });
+        writer.message(entry_fields::counter_(), [&](auto& part) {
+            CounterRows::of(&entry.counter_).write(part, entry.counter_);
+        });
+    }
+
+    /**
+     * Reads all but the policer into @p fresh, an empty entry whose matches are to join those of
+     * @p held. Matches that IPv4 and IPv6 exclude and unknown kinds are left out: @p leaveOut is
+     * given the identifier, the kind, the reason, and the matches that were read before.
+     * @return the bytes of the policer, valid as long as what is read. A policer is made of them
+     * only once it is known that the reader understood everything: the library of the policers may
+     * refuse or report bytes.
+     */
+    template <class Reader, class LeaveOut>
+    static std::string_view readAllButPolicer(Reader& reader, FiltersEntry& fresh,
+                                              const FiltersEntry::MatchMap& held, LeaveOut leaveOut)
+    {
+        EntryRows::of(&fresh).read(reader, fresh);
+        const std::string_view policer = reader.bytes(entry_fields::policer_());
+        reader.elements(entry_fields::matches_(), [&](auto& element) {
+            const auto kind = fromNumber<filtersMatch_t>(element.number(match_fields::type_()));
+            if (!isL3Compatible(kind, held) || !isL3Compatible(kind, fresh.matches_))
+                leaveOut(fresh.id_, kind, REFUSAL_IPV4_WITH_IPV6, fresh.matches_);
+            else if (!readByKind<MatchKinds>(element, kind, fresh.matches_))
+                leaveOut(fresh.id_, kind, REFUSAL_UNKNOWN_MATCH_KIND, fresh.matches_);
+        });
+        reader.elements(entry_fields::actions_(), [&](auto& element) {
+            const auto kind = fromNumber<filtersAction_t>(element.number(action_fields::type_()));
+            if (!readByKind<ActionKinds>(element, kind, fresh.actions_))
+                leaveOut(fresh.id_, kind, REFUSAL_UNKNOWN_ACTION_KIND, fresh.matches_);
+        });
+        reader.message(entry_fields::counter_(), [&](auto& part) {
+            CounterRows::of(&fresh.counter_).read(part, fresh.counter_);
+        });
+        return policer;
+    }
+
+    /** For an entry of which the bytes were understood. */
+    static void setPolicer(FiltersEntry& entry, std::string_view bytes)
+    {
+        entry.policer_ = policerOf(bytes);
+    }
+
+    /**
+     * Adds what @p reader reads to the entry, and leaves out what readAllButPolicer does.
+     * @return false, and nothing is changed, if the reader did not understand the bytes
+     */
+    template <class Reader, class LeaveOut = InSilence>
+    static bool read(Reader& reader, FiltersEntry& entry, LeaveOut leaveOut = LeaveOut())
+    {
+        FiltersEntry fresh;
+        const std::string_view policer = readAllButPolicer(reader, fresh, entry.matches_, leaveOut);
+        if (!reader.understood())
+            return false;
+        setPolicer(fresh, policer);
+
+        // From here on nothing can fail.
+        entry.id_ = fresh.id_;
+        entry.priority_ = fresh.priority_;
+        entry.policer_ = std::move(fresh.policer_);
+        entry.counter_ = fresh.counter_;
+        moveNodes(entry.matches_, fresh.matches_);
+        moveNodes(entry.actions_, fresh.actions_);
+        return true;
+    }
+
+private:
+    template <class T>
+    static constexpr auto rowsOf()
+    {
+        if constexpr (std::is_base_of_v<Match, T>)
+            return MatchRows::of(static_cast<const T*>(nullptr));
+        else
+            return ActionRows::of(static_cast<const T*>(nullptr));
+    }
+
+    /** An entry holds no object that lies about its kind. */
+    template <class Kinds, class TypeField, class Writer, class Base>
+    static void writeByKind(Writer& writer, const Base& object)
+    {
+        writer.number(TypeField(), toNumber(object.getType()));
+        Kinds::visit(object.getType(), [&](auto kind) {
+            using Class = ClassOf<decltype(kind)>;
+            rowsOf<Class>().write(writer, static_cast<const Class&>(object));
+        });
+    }
+
+    /** @return false if the kind is unknown */
+    template <class Kinds, class Reader, class Map>
+    static bool readByKind(Reader& reader, typename Map::key_type code, Map& objects)
+    {
+        return Kinds::dispatch(code, false, [&](auto kind) {
+            using Class = ClassOf<decltype(kind)>;
+            auto object = std::make_unique<Class>();
+            rowsOf<Class>().read(reader, *object);
+            storeByKind(objects, std::move(object));
+            return true;
+        });
+    }
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_WIRE_H

@@ -1,0 +1,27 @@
+#ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
+#define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
+
+#include "filter_groups.h"
+#include "message_fields.h"
+#include "rows.h"
+
+namespace FiltersCommon {
+
+/** The members of a group that are plain numbers. */
+struct GroupRows {
+    // clang-format off
+    static constexpr auto of(const FiltersGroup*) { return rows(
+        at<group_fields::id_, &FiltersGroup::id_>(
+            "  ID: ", UNFLUSHED_LINE, Notation::NUMBER),
+        at<group_fields::priority_, &FiltersGroup::priority_>(
+            "  Priority: ", UNFLUSHED_LINE, Notation::NUMBER),
+        at<group_fields::stage_, &FiltersGroup::stage_>(
+            "  Stage: ", UNFLUSHED_LINE, Notation::NUMBER),
+        at<group_fields::type_, &FiltersGroup::type_>(
+            "  Type: ", UNFLUSHED_LINE, Notation::NUMBER)); }
+    // clang-format on
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H

@@ -1,0 +1,93 @@
+#ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
+#define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
+
+#include "filter_entries_wire.h"
+#include "filter_groups.h"
+#include "filter_groups_rows.h"
+#include "ordered_maps.h"
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace FiltersCommon {
+
+/** A group as a writer writes it and a reader reads it, like EntryWire. */
+struct GroupWire {
+    template <class Writer>
+    static void write(Writer& writer, const FiltersGroup& group)
+    {
+        GroupRows::of(&group).write(writer, group);
+        writer.elements(
+            group_fields::entries_(), group.entries_,
+            [](auto& element, const auto& entry) { EntryWire::write(element, entry.second); });
+    }
+
+    /**
+     * Adds what @p reader reads to the group. Entries that the new stage and type do not admit are
+     * left out: @p leaveOut is given the place of the entry in the bytes, counted from 0, and the
+     * entry, the stage and the type. For what EntryWire leaves out of an entry it is given the
+     * place too, perhaps before other entries.
+     * @return false, and nothing is changed, if the reader did not understand the bytes
+     */
+    template <class Reader, class LeaveOut = InSilence>
+    static bool read(Reader& reader, FiltersGroup& group, LeaveOut leaveOut = LeaveOut())
+    {
+        FiltersGroup fresh(0);
+        GroupRows::of(&fresh).read(reader, fresh);
+        std::vector<ReadEntry> waiting; // until it is known that all was understood
+        std::size_t place = 0;
+        reader.elements(group_fields::entries_(), [&](auto& element) {
+            ReadEntry entry = readEntry(element, place, leaveOut);
+            if constexpr (Reader::MAY_GIVE_UP)
+                waiting.push_back(std::move(entry));
+            else
+                admit(fresh, std::move(entry), place, leaveOut);
+            ++place;
+        });
+        if (!reader.understood())
+            return false;
+        for (place = 0; place < waiting.size(); ++place)
+            admit(fresh, std::move(waiting[place]), place, leaveOut);
+
+        // From here on nothing can fail.
+        moveNodes(group.entries_, fresh.entries_);
+        fresh.entries_.swap(group.entries_);
+        group = std::move(fresh);
+        return true;
+    }
+
+private:
+    /** An entry in the node that the group takes over, without its policer. */
+    struct ReadEntry {
+        FiltersGroup::EntryMap::node_type node;
+        std::string_view policer;
+    };
+
+    template <class Reader, class LeaveOut>
+    static ReadEntry readEntry(Reader& reader, std::size_t place, LeaveOut& leaveOut)
+    {
+        FiltersGroup::EntryMap fresh;
+        const std::string_view policer = EntryWire::readAllButPolicer(
+            reader, fresh[0], {}, [&](const auto&... what) { leaveOut(place, what...); });
+        return {fresh.extract(fresh.begin()), policer};
+    }
+
+    template <class LeaveOut>
+    static void admit(FiltersGroup& group, ReadEntry read, std::size_t place, LeaveOut& leaveOut)
+    {
+        FiltersEntry& entry = read.node.mapped();
+        EntryWire::setPolicer(entry, read.policer);
+        if (group.admits(entry, group.stage_, group.type_) == FILTERS_OK) {
+            read.node.key() = entry.getId();
+            moveNode(group.entries_, std::move(read.node));
+        } else {
+            leaveOut(place, entry, group.stage_, group.type_);
+        }
+    }
+};
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H

@@ -1,0 +1,234 @@
+#include "filter_description.h"
+
+#include "kind_codes.h"
+#include "named_entries.h"
+
+#include "filter_matches.pb.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace FiltersCommon::test {
+namespace {
+
+// ------------------------------------------------------------------------------------ as one line
+
+std::string lineOf(const FiltersDescription& fields);
+
+/** Texts in quotes, so that they are told from numbers and truths. */
+struct Line {
+    std::string operator()(std::int64_t number) const { return std::to_string(number); }
+    std::string operator()(bool truth) const { return truth ? "true" : "false"; }
+    std::string operator()(const std::string& text) const { return "'" + text + "'"; }
+    std::string operator()(const std::vector<FiltersValue>& list) const
+    {
+        std::string line;
+        for (const FiltersValue& element : list)
+            line += (line.empty() ? "" : ", ") + std::visit(*this, element.value);
+        return "[" + line + "]";
+    }
+    std::string operator()(const FiltersDescription& fields) const
+    {
+        return "{" + lineOf(fields) + "}";
+    }
+};
+
+std::string lineOf(const FiltersDescription& fields)
+{
+    std::string line;
+    for (const FiltersField& field : fields)
+        line +=
+            (line.empty() ? "" : ", ") + field.label + ": " + std::visit(Line(), field.value.value);
+    return line;
+}
+
+// ------------------------------------------------------------------------------ matches, actions
+
+// clang-format off
+const std::map<std::string, std::string> DESCRIPTIONS = {
+    {"MatchAll", ""},
+    {"MatchIngressPorts", "LIMIDs: ['lag772', 'eth0/1']"},
+    {"MatchIngressPorts_none", "LIMIDs: []"},
+    {"MatchIngressPorts_excluded", "Excluded Port Types: ['CPU_PORT']"},
+    {"MatchIngressPorts_excludedUnnamed", "Excluded Port Types: [5, 'CPU_PORT']"},
+    {"MatchExternalVlanId", "VLAN IDs: [5, 300]"},
+    {"MatchExternalVlanId_one", "VLAN IDs: [4094]"},
+    {"MatchExternalVlanId_none", "VLAN IDs: []"},
+    {"MatchTPID", "TPID: 33024"},
+    {"MatchTPID_small", "TPID: 171"},
+    {"MatchDstMac", "MAC: '0:1a:2b:0:0:1', Mask: 'ff:ff:ff:ff:ff:ff'"},
+    {"MatchDstMac_masked", "MAC: '1:80:c2:0:0:0', Mask: 'ff:ff:ff:0:0:f'"},
+    {"MatchDstL4Port", "Port: 80, Mask: 65535"},
+    {"MatchDstL4Port_masked", "Port: 1024, Mask: 64512"},
+    {"MatchSrcL4Port", "Port: 65535, Mask: 65535"},
+    {"MatchSrcL4Port_masked", "Port: 32768, Mask: 49152"},
+    {"MatchSrcMac", "MAC: 'aa:bb:cc:dd:ee:f', Mask: 'ff:ff:ff:ff:ff:ff'"},
+    {"MatchSrcMac_masked", "MAC: '2:0:0:0:0:0', Mask: '3:0:0:0:0:0'"},
+    {"MatchL2SrcEntryType", "L2 Src Entry Type: 3"},
+    {"MatchL2SrcEntryType_negative", "L2 Src Entry Type: -1"},
+    {"MatchSrcIPv4", "IP: '192.0.2.1', Mask: '255.255.255.255'"},
+    {"MatchSrcIPv4_masked", "IP: '192.0.2.1', Mask: '255.255.255.0'"},
+    {"MatchDstIPv4", "IP: '198.51.100.7', Mask: '255.255.255.255'"},
+    {"MatchDstIPv4_masked", "IP: '203.0.113.128', Mask: '255.255.255.128'"},
+    {"MatchInternalVlanId", "VLAN IDs: [10, 20]"},
+    {"MatchInternalVlanId_one", "VLAN IDs: [65535]"},
+    {"MatchInternalVlanId_none", "VLAN IDs: []"},
+    {"MatchPcp", "PCP: 7"},
+    {"MatchPcp_cut", "PCP: 1"},
+    {"MatchInternalPcp", "PCP: 5"},
+    {"MatchInternalPcp_cut", "PCP: 6"},
+    {"MatchSrcIPv6", "IPv6: '2001:db8::1', Mask: 'ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff'"},
+    {"MatchDstIPv6", "IPv6: '2001:db8:0:1:2:3:4:5', Mask: 'ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff'"},
+    {"MatchDstIPv6_masked", "IPv6: '2001:db8:1::', Mask: 'ffff:ffff:ffff::'"},
+    {"MatchVlanUntagged", ""},
+    {"MatchIpProtocol", "Ip Protocol: 6"},
+    {"MatchIpProtocol_letter", "Ip Protocol: 65"},
+    {"MatchPacketRes", "Pkt Resolution: 4"},
+    {"MatchPacketRes_negative", "Pkt Resolution: -2"},
+    {"MatchMplsTerm", "Mpls Terminated status: true"},
+    {"MatchMplsTerm_false", "Mpls Terminated status: false"},
+    {"MatchToS", "ToS: 41"},
+    {"MatchDSCP", "ToS: 40"},
+    {"MatchDSCP_cut", "ToS: 4"},
+    {"MatchVirtualPort", "LIMID: 'vlan300'"},
+    {"MatchEgressPorts", "LIMIDs: ['lag772', 'eth0/1']"},
+    {"MatchEgressPorts_none", "LIMIDs: []"},
+    {"MatchIngressStpState", "IngressStpState: 2"},
+    {"MatchIngressStpState_negative", "IngressStpState: -3"},
+    {"MatchVlanInfo", "SVC VLAN Type: 7"},
+    {"MatchVlanInfo_large", "SVC VLAN Type: 4294967295"},
+    {"MatchSrcPort", "LIMID: 'cpu1'"},
+    {"MatchSrcPort_unnamed", "LIMID: 'limid-ff008001'"},
+    {"MatchTTL", "TTL: 64"},
+    {"MatchVrfId", "Match VRF ID: 5"},
+    {"MatchVrfId_large", "Match VRF ID: 65535"},
+    {"MatchDrop", "Match Drop: true"},
+    {"MatchDrop_false", "Match Drop: false"},
+    {"MatchCpuPort", ""},
+    {"MatchForwardingType", "Forwarding Type: 1"},
+    {"MatchForwardingType_negative", "Forwarding Type: -4"},
+    {"MatchDestinationCpu", ""},
+
+    {"ActionPermit", ""},
+    {"ActionDeny", ""},
+    {"ActionCopyToCpu", ""},
+    {"ActionBlockEgressPorts", "LIMIDs: ['eth2/3', 'lag772', 'eth2/3']"},
+    {"ActionBlockEgressPorts_none", "LIMIDs: []"},
+    {"ActionCopyToCpuCancel", "Cp2CPU Cancel type: 'COPY_TO_CPU_CANCEL'"},
+    {"ActionCopyToCpuCancel_switch", "Cp2CPU Cancel type: 'SWITCH_TO_CPU_CANCEL'"},
+    {"ActionSetPcp", "PCP: 7"},
+    {"ActionSetPcp_wide", "PCP: 200"},
+    {"ActionSetPcpAndQueue", "PCP_AND_QUEUE: 66"},
+    {"ActionSetInnerPcp", "Inner PCP: 3"},
+    {"ActionSetDSCP", "DSCP: 46"},
+    {"ActionMapToCosQueue", "CoS Queue: 0"},
+    {"ActionMapToCpuCosQueue", "CPU CoS Queue: 255"},
+    {"ActionRedirect", "LIMIDs: ['lag772']"},
+    {"ActionRedirect_several", "LIMIDs: ['eth2/3', 'lag772', 'eth2/3']"},
+    {"ActionRedirect_none", "LIMIDs: []"},
+    {"ActionReplaceDstMac", "Replace MAC: '0:1a:2b:0:0:1'"},
+    {"ActionRedirectCancel", ""},
+    {"ActionReplaceSrcMac", "Replace MAC: 'fe:dc:ba:98:76:54'"},
+    {"ActionL3Switch", "L3 Destination ID: 4000000000"},
+    {"ActionBlackHole", ""},
+};
+// clang-format on
+
+template <class Base>
+void expectDescriptions(const std::vector<Sample<Base>>& samples)
+{
+    for (const Sample<Base>& sample : samples)
+        EXPECT_EQ(lineOf(describe(*sample.object)), DESCRIPTIONS.at(sample.name)) << sample.name;
+}
+
+TEST(Descriptions, OfEveryFormOfEachClass)
+{
+    expectDescriptions(matchSamples());
+    expectDescriptions(actionSamples());
+    EXPECT_EQ(matchSamples().size() + actionSamples().size(), DESCRIPTIONS.size());
+}
+
+TEST(Descriptions, OfPortsBesideExcludedTypes)
+{
+    MatchPB pb; // the wire may bring both
+    pb.add_ports_(0x01020304);
+    pb.add_excluded_port_types_(6);
+    MatchIngressPorts match;
+    match.convertFromMatchPB(&pb);
+    EXPECT_EQ(lineOf(describe(match)), "LIMIDs: ['lag772'], Excluded Port Types: [6]");
+}
+
+TEST(Descriptions, OfUnnamedEnumerators)
+{
+    EXPECT_EQ(lineOf(describe(ActionCopyToCpuCancel(static_cast<cp2cpuCancelParam_t>(-7)))),
+              "Cp2CPU Cancel type: -7");
+}
+
+TEST(Descriptions, OfObjectsThatLieAboutTheirKind)
+{
+    for (std::uint32_t code = 0; code < MATCH_KINDS; ++code)
+        EXPECT_TRUE(describe(Match(static_cast<filtersMatch_t>(code))).empty()) << code;
+    for (const std::uint32_t code : unknownCodes(MATCH_KINDS))
+        EXPECT_TRUE(describe(Match(static_cast<filtersMatch_t>(code))).empty()) << code;
+    for (std::uint32_t code = 0; code < ACTION_KINDS; ++code)
+        EXPECT_TRUE(describe(Action(static_cast<filtersAction_t>(code))).empty()) << code;
+    for (const std::uint32_t code : unknownCodes(ACTION_KINDS))
+        EXPECT_TRUE(describe(Action(static_cast<filtersAction_t>(code))).empty()) << code;
+    // The values of these kinds are those of the family.
+    EXPECT_EQ(lineOf(describe(static_cast<const Match&>(MatchL4Port(MATCH_DST_L4_PORT, 7)))),
+              "Port: 7, Mask: 65535");
+    EXPECT_EQ(lineOf(describe(static_cast<const Action&>(
+                  ActionPorts(ACTION_BLOCK_EGRESS_PORTS, {limId(1, 2, 3, 4)})))),
+              "LIMIDs: ['lag772']");
+}
+
+// ----------------------------------------------------------------------------- counters, policers
+
+TEST(Descriptions, OfCounters)
+{
+    EXPECT_EQ(lineOf(describe(Counter(12, COUNTER_TYPE_OCTETS))), "ID: 12, Type: 'Octets'");
+    EXPECT_EQ(lineOf(describe(Counter(3, COUNTER_TYPE_PACKETS))), "ID: 3, Type: 'Packets'");
+    EXPECT_EQ(lineOf(describe(Counter())), "ID: 0, Type: 'Invalid'");
+    EXPECT_EQ(lineOf(describe(Counter(65535, static_cast<counter_type_t>(-1)))),
+              "ID: 65535, Type: -1");
+}
+
+TEST(Descriptions, OfPolicers)
+{
+    EXPECT_EQ(lineOf(describe(policer::Policer())),
+              "Policer Id: 'Invalid', Stage: 'None', Mode: 'None', Actions: []");
+    const auto unnamed = static_cast<policer::Action::Type>(5);
+    EXPECT_EQ(
+        lineOf(describe(policer::Policer(
+            4294967294, static_cast<policer::Stage>(5),
+            policer::Mode(static_cast<policer::Mode::Type>(7), {0, 0, 0, 4, 0, 0}),
+            {policer::Action(static_cast<policer::Action::Color>(4), unnamed, 9)}))),
+        "Policer Id: 4294967294, Stage: 5, Mode: 7, EIR: 4, Actions: [{Color: 4, Action: 5}]");
+}
+
+TEST(Descriptions, OfPolicersOfEachMode)
+{
+    const std::string actions = "Actions: [{Color: 'Red', Action: 'Drop'}, "
+                                "{Color: 'Yellow', Action: 'Set PCP', PCP: 3}, "
+                                "{Color: 'Green', Action: 'Set DSCP', DSCP: 46}]";
+    const std::map<policer::Mode::Type, std::string> modes = {
+        {policer::Mode::SR_TCM, "'SrTcm', CIR: 0, CBS: 0, EBS: 0"},
+        {policer::Mode::TR_TCM, "'TrTcm', CIR: 0, CBS: 0, PBS: 0, PIR: 0"},
+        {policer::Mode::TR_TCM_DS, "'TrTcmDs', CIR: 0, CBS: 0, EBS: 0, EIR: 0"},
+        {policer::Mode::FLOW, "'Flow', CIR: 0, CBS: 0"},
+        {policer::Mode::NONE, "'None'"},
+    };
+    for (const auto& [type, mode] : modes)
+        EXPECT_EQ(lineOf(describe(policer::Policer(17, policer::STAGE_EGRESS, {type, {}}, {}))),
+                  "Policer Id: 17, Stage: 'Egress', Mode: " + mode + ", Actions: []");
+    // Rates that the mode does not use are there, too, if they are not 0.
+    EXPECT_EQ(lineOf(describe(policerOf(policer::STAGE_INGRESS, policer::Mode::FLOW))),
+              "Policer Id: 17, Stage: 'Ingress', Mode: 'Flow', CIR: 1000, CBS: 2000, EBS: 3000, "
+              "EIR: 4000, PBS: 5000, PIR: 6000, " +
+                  actions);
+}
+
+} // namespace
+} // namespace FiltersCommon::test
