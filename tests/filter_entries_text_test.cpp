@@ -350,4 +350,21 @@ TEST(EntryDump, LeavesTheStreamsFormattingAsItWas)
     EXPECT_EQ(out.width(), 0);
 }
 
+/** On a stream that has failed, nothing that is written uses the width up. */
+TEST(EntryDump, LeavesTheWidthThatItSetOnAStreamThatHasFailed)
+{
+    const auto widthLeftBy = [](const FiltersEntry& entry) {
+        std::ostringstream out;
+        out.setstate(std::ios_base::badbit);
+        out.width(7);
+        out << entry;
+        return out.width();
+    };
+    FiltersEntry entry;
+    EXPECT_EQ(widthLeftBy(entry), 7);
+    entry.setCounter(Counter(5, COUNTER_TYPE_PACKETS));
+    EXPECT_EQ(widthLeftBy(entry), 4);
+    EXPECT_EQ(widthLeftBy(withPolicer(policerOf(policer::STAGE_INGRESS, Mode::FLOW))), 4);
+}
+
 } // namespace
