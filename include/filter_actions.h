@@ -2,14 +2,13 @@
  * Actions: what the switch does with a packet that a rule matches.
  *
  * Every action is an object of a class derived from Action and carries the code of its kind.
- * Objects are plain values; nothing is validated (a PCP of 200 is kept as 200), and after
- * construction only reading from the wire changes them. Assigning one action to another copies the
- * values and never the kind. A constructor without arguments sets numbers and addresses to 0 and
- * leaves lists empty.
+ * Objects are plain values: nothing is validated (a PCP of 200 stays 200), and after construction
+ * only reading from the wire changes them. Assigning one action to another copies the values, never
+ * the kind. Default constructors set numbers and addresses to 0 and leave lists empty.
  *
- * Actions of one class compare their parameters; so do a class and a class derived from it, in
- * either order, as objects of the base class. All others, and those compared through an Action, go
- * through Action::operator==, for which objects of different kinds differ.
+ * Two actions of the same class are compared by their parameters; an action of a class and one of a
+ * class derived from it are compared as the base class, in either order. Any other comparison, and
+ * any through Action, uses Action::operator==, where objects of different kinds differ.
  */
 #ifndef FILTER_COMMON_FILTER_ACTIONS_H
 #define FILTER_COMMON_FILTER_ACTIONS_H
@@ -36,7 +35,7 @@ class Action {
 public:
     explicit Action(filtersAction_t type) : type_(type) {}
     Action(const Action&) = default;
-    /** Nothing to do: the kind stays. */
+    /** Does nothing: assignment never changes the kind. */
     Action& operator=(const Action&) noexcept { return *this; }
     virtual ~Action();
 
@@ -44,16 +43,16 @@ public:
     virtual void convertToActionPB(ActionPB* pb) const;
 
     /**
-     * Takes the kind's parameters from @p pb, whose type is neither read nor checked. Numbers are
-     * cut to the width of the member; an absent field reads as 0. A MAC address that is too short
-     * is filled up with zeros, one that is too long is cut. A bare Action takes nothing.
+     * Reads the kind's parameters from @p pb, whose type is neither read nor checked. Numbers are
+     * truncated to the width of the member; an absent field reads as 0. A MAC address that is too
+     * short is padded with zeros, one that is too long is truncated. A bare Action reads nothing.
      */
     virtual void convertFromActionPB(const ActionPB* pb);
 
     filtersAction_t getType() const { return type_; }
 
     /**
-     * True when both objects are of the same kind and hold the same parameters. Two objects of one
+     * True if both objects have the same kind and the same parameters. Two objects with the same
      * code of 17 or above are equal, deliberately unlike matches. False for an object that is not
      * of the class that holds its kind's parameters.
      */
@@ -64,8 +63,8 @@ private:
 };
 
 /**
- * Compares actions of two different classes, the same in either order. Where one class derives from
- * the other, as the base class compares; any others as Action::operator== does, by their kinds.
+ * Compares actions of two different classes, with the same result in either order: as the base
+ * class if one class derives from the other, otherwise by kind, with Action::operator==.
  */
 template <class T, class U, EnableIfDifferent<Action, T, U> = 0>
 bool operator==(const T& a, const U& b)
@@ -79,7 +78,7 @@ bool operator==(const T& a, const U& b)
     FILTERS_COMMON_DECLARE_COPYABLE(Class)                                                         \
     using Action::operator==;
 
-/** What an action class declares whose members go into messages. */
+/** What an action class declares if its members go into messages. */
 #define FILTERS_COMMON_DECLARE_ACTION_VALUES                                                       \
     friend struct ActionRows;                                                                      \
     void convertToActionPB(ActionPB* pb) const override;                                           \
@@ -89,7 +88,7 @@ bool operator==(const T& a, const U& b)
     FILTERS_COMMON_DECLARE_ACTION(Class)                                                           \
     FILTERS_COMMON_DECLARE_ACTION_VALUES
 
-/** A list of ports in the caller's order, duplicates kept. Converts its code only. */
+/** A list of ports in the caller's order, duplicates kept. Only its code goes into messages. */
 class ActionPorts : public Action {
 public:
     ActionPorts(filtersAction_t type, std::list<limid_t> ports)
@@ -103,11 +102,11 @@ public:
     ~ActionPorts() override;
 
     std::list<limid_t> getPorts() const { return ports_; }
-    /** The list itself, valid while the action lives and is not changed. */
+    /** The list itself, valid until the action is changed or destroyed. */
     const std::list<limid_t>& getPortsRef() const { return ports_; }
 
     using Action::operator==;
-    /** The same ports in the same order, whatever the kinds of the two objects. */
+    /** Compares the ports in order; the kinds of the two objects do not matter. */
     bool operator==(const ActionPorts& other) const;
 
 private:
@@ -150,7 +149,7 @@ public:
     bool operator==(const ActionCopyToCpu&) const { return true; }
 };
 
-/** Keep the packet from leaving by the ports of a list. */
+/** Keep the packet from leaving through the listed ports. */
 class ActionBlockEgressPorts : public ActionPorts {
 public:
     static constexpr filtersAction_t KIND = ACTION_BLOCK_EGRESS_PORTS;
@@ -160,7 +159,7 @@ public:
     {}
     explicit ActionBlockEgressPorts(std::initializer_list<NoValues>) : ActionBlockEgressPorts() {}
 
-    /** Reading appends to the ports that the action holds already, unlike ActionRedirect. */
+    /** Reading appends to the ports the action already holds, unlike ActionRedirect. */
     FILTERS_COMMON_DECLARE_ACTION_WITH_VALUES(ActionBlockEgressPorts)
     bool operator==(const ActionBlockEgressPorts& other) const
     {
@@ -205,7 +204,7 @@ private:
     unsigned char pcp_;
 };
 
-/** Set the priority code point and the queue: one number, which is never split. */
+/** Set the priority code point and the queue, as one number that is never split. */
 class ActionSetPcpAndQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_PCP_AND_QUEUE;
@@ -298,7 +297,7 @@ private:
     unsigned char cpuCosQueue_;
 };
 
-/** Send the packet out of another port; of several, when read from the wire. */
+/** Send the packet out of another port, or out of several if the action was read from the wire. */
 class ActionRedirect : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REDIRECT;
@@ -315,7 +314,7 @@ public:
     ~ActionRedirect() override;
 
     std::list<limid_t> getRedirectPorts() const { return ports_; }
-    /** The list itself, valid while the action lives and is not changed. */
+    /** The list itself, valid until the action is changed or destroyed. */
     const std::list<limid_t>& getRedirectPortsRef() const { return ports_; }
 
     /** Reading replaces the ports. */
@@ -405,9 +404,9 @@ public:
 };
 
 /**
- * A row for each kind of action, in the order of the codes from 0: whether its class holds
- * parameters of its own, those of a family, or none; the kind; the class; and the class that holds
- * the parameters. Whatever has to be done for each kind or class expands these rows.
+ * One row per kind of action, in code order from 0: whether its class has parameters of its own,
+ * those of a family, or none; the kind; the class; and the class that holds the parameters. Code
+ * for every kind or class is generated by expanding these rows.
  */
 // clang-format off
 #define FILTERS_COMMON_ACTION_KINDS(WITH_VALUES, OF_FAMILY, WITHOUT_VALUES)                     \
@@ -430,10 +429,10 @@ public:
     WITHOUT_VALUES(ACTION_BLACK_HOLE,           ActionBlackHole,        NoValues)
 // clang-format on
 
-/** X(kind, class, class of the values) for each row. */
+/** Expands X(kind, class, class that holds the values) for each row. */
 #define FILTERS_COMMON_EACH_ACTION_KIND(X) FILTERS_COMMON_ACTION_KINDS(X, X, X)
 
-/** Whether entries know the class T, exactly that class, const or not. */
+/** Whether T is exactly one of the classes that entries know, ignoring const and volatile. */
 template <class T>
 inline constexpr bool isActionClass = false;
 template <class T>
@@ -453,8 +452,8 @@ FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DECLARE_KNOWN)
 
 // ------------------------------------------------------------------------------------- text dumps
 //
-// At global scope, one operator for each class. An Action is printed by the code of the object, and
-// an object of an unknown kind not at all. ActionPorts prints the lines of its ports alone.
+// One operator per class, at global scope. An Action is printed according to its code, or not at
+// all if its kind is unknown. An ActionPorts prints only the lines of its ports.
 
 #define FILTERS_COMMON_DECLARE_PRINTED(Class)                                                      \
     std::ostream& operator<<(std::ostream& out, const FiltersCommon::Class& action);

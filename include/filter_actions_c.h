@@ -1,23 +1,25 @@
 /**
  * Actions for callers that cannot use the classes. C11 and C++17.
  *
- *  1. Handles. A handle is an untyped pointer to an action. A constructor gives it to the caller,
- *     who frees it with deleteAction. (Two constructors are named without the word:
- * newReplaceDstMac and newReplaceSrcMac.) Handing it to an entry (filter_entries_c.h) does not
- * change that: the entry stores a copy. Where a function names a class (Action*) it takes the same
- * handle; C converts it by itself, C++ asks for a static_cast.
+ *  1. Handles. A handle is an untyped pointer to an action. The caller owns the handle that a
+ *     constructor returns and frees it with deleteAction. (Two constructors do not have "Action" in
+ *     their names: newReplaceDstMac and newReplaceSrcMac.) Passing a handle to an entry
+ *     (filter_entries_c.h) does not change its owner: the entry stores a copy. A function that
+ *     names a class (Action*) takes the same handle; C converts it implicitly, C++ needs a
+ *     static_cast.
  *  2. Null handles. deleteAction and actionGetType report one as a failed assertion
- *     ("a != nullptr") and end the process, in release builds too. The getters must not be given
- *     one. No function here answers with a result code.
- *  3. Kinds. No getter looks at the kind of its handle. Ask actionGetType first: what a getter
- * reads from an action of another kind is meaningless.
+ *     ("a != nullptr") and end the process, even in release builds. The getters must not be given
+ *     one. No function here returns a result code.
+ *  3. Kinds. No getter checks the kind of its handle. Call actionGetType first: what a getter reads
+ *     from an action of another kind is meaningless.
  *  4. Values are taken as they are; nothing is checked.
- *  5. Memory. A constructor never returns null. If memory runs out it raises std::bad_alloc, which
+ *  5. Memory. A constructor never returns null. If memory runs out it throws std::bad_alloc, which
  *     ends the process unless a C++ caller further up catches it.
- *  6. Threads. An action is used by one thread at a time; different actions by any.
+ *  6. Threads. Use an action from one thread at a time; different actions may be used from
+ *     different threads.
  *
- * Deliberately not offered: constructors for ActionSetInnerPcp and ActionBlackHole; getters for the
- * inner PCP, the CPU queue, the MAC addresses and the port lists.
+ * Deliberately not provided: constructors for ActionSetInnerPcp and ActionBlackHole; getters for
+ * the inner PCP, the CPU queue, the MAC addresses and the port lists.
  */
 #ifndef FILTER_COMMON_FILTER_ACTIONS_C_H
 #define FILTER_COMMON_FILTER_ACTIONS_C_H
@@ -40,12 +42,12 @@ void* newActionPermit(void);
 void* newActionDeny(void);
 void* newActionCopyToCpu(void);
 
-/** The @p count ports in the order of the array, which may be null when @p count is 0. */
+/** Holds the @p count ports in array order; the array may be null if @p count is 0. */
 void* newActionBlockEgressPorts(const limid_t* ports, uint32_t count);
 
-/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels the copying. */
+/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels copying. */
 void* newActionCopyToCpuCancel(void);
-/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels the switching. */
+/** An action of kind ACTION_COPY_TO_CPU_CANCEL that cancels switching. */
 void* newActionSwitchToCpuCancel(void);
 
 void* newActionSetPcp(unsigned char pcp);
@@ -56,7 +58,7 @@ void* newActionMapToCpuCosQueue(unsigned char queue);
 
 /** Copies the address, which must not be null. */
 void* newReplaceDstMac(const struct ether_addr* mac);
-/** Redirects to the one port, which is copied and must not be null. */
+/** Redirects to one port. Copies the port, which must not be null. */
 void* newActionRedirect(const limid_t* port);
 void* newActionRedirectCancel(void);
 /** Copies the address, which must not be null. */

@@ -1,6 +1,6 @@
 /**
- * What the declarations of the match and action classes have in common. A caller includes
- * filter_matches.h or filter_actions.h.
+ * Shared by the declarations of the match and action classes. Include filter_matches.h or
+ * filter_actions.h instead.
  */
 #ifndef FILTER_COMMON_FILTER_CLASS_SUPPORT_H
 #define FILTER_COMMON_FILTER_CLASS_SUPPORT_H
@@ -12,21 +12,21 @@
 namespace FiltersCommon {
 
 /**
- * No object of this class can be made. A constructor that takes a list of them is the one that
- * Class({}) calls, and does what the constructor from an empty or zero value does: the compiler
- * could not choose between that and the copy of a default-constructed object.
+ * A class that cannot be instantiated. Class({}) calls the constructor that takes a list of these;
+ * it does the same as construction from an empty or zero value. Without it, the compiler could not
+ * choose between that and copying a default-constructed object.
  */
 class NoValues {
     class Nothing;
     explicit NoValues(Nothing&);
 };
 
-/** The class that compares a T with a U: the base class of the two if one is that, or Base. */
+/** The class as which a T and a U are compared: the one the other derives from, or else Base. */
 template <class Base, class T, class U>
 using ComparedAs = std::conditional_t<std::is_base_of_v<T, U>, T,
                                       std::conditional_t<std::is_base_of_v<U, T>, U, Base>>;
 
-/** An int, for two different classes that derive from Base. */
+/** An int if T and U are different classes that both derive from Base. */
 template <class Base, class T, class U>
 using EnableIfDifferent = std::enable_if_t<
     std::is_base_of_v<Base, T> && std::is_base_of_v<Base, U> && !std::is_same_v<T, U>, int>;
@@ -34,9 +34,9 @@ using EnableIfDifferent = std::enable_if_t<
 } // namespace FiltersCommon
 
 /**
- * Declares copies, moves and the destructor. The destructor is defined in the library: there the
- * compiler then puts the class's virtual table and type information, and not into callers, which
- * may be compiled without the latter.
+ * Declares copying, moving and the destructor. The destructor is defined in the library so that the
+ * compiler emits the class's virtual table and type information there and not in callers, which may
+ * be compiled without type information.
  */
 #define FILTERS_COMMON_DECLARE_COPYABLE(Class)                                                     \
     Class(const Class&) = default;                                                                 \

@@ -1,5 +1,5 @@
 /**
- * Sets of codes: CodeSet. A caller includes filter_refusals.h.
+ * Sets of codes: CodeSet. Include filter_refusals.h instead.
  */
 #ifndef FILTER_COMMON_FILTER_CODE_SET_H
 #define FILTER_COMMON_FILTER_CODE_SET_H
@@ -14,13 +14,13 @@
 namespace FiltersCommon {
 
 /**
- * A set of match kinds, action kinds, group stages, group types or policer stages, walked in
+ * A set of match kinds, action kinds, group stages, group types or policer stages, iterated in
  * ascending order. It is a plain number: copying it allocates nothing.
  */
 template <class Code>
 class CodeSet {
 public:
-    /** Codes count as unsigned numbers; those of LIMIT and above are never in a set. */
+    /** Codes are treated as unsigned; those of LIMIT and above are never in a set. */
     static constexpr std::uint32_t LIMIT = 64;
 
     class Iterator {
@@ -74,15 +74,15 @@ public:
     constexpr Iterator begin() const { return Iterator(bits_); }
     constexpr Iterator end() const { return Iterator(0); }
 
-    /** What stands in both. */
+    /** The codes in both sets. */
     constexpr CodeSet operator&(CodeSet other) const { return CodeSet(bits_ & other.bits_); }
-    /** What stands in this set alone. */
+    /** The codes in this set but not in @p other. */
     constexpr CodeSet operator-(CodeSet other) const { return CodeSet(bits_ & ~other.bits_); }
 
     /**
-     * Bit n, of the value 1 << n, is code n. The number may be kept and compared with that of a
-     * later version, as codes are never given a new meaning: what is admitted may then be more, so
-     * bits that a program does not know are to be ignored, not refused.
+     * Bit n, of value 1 << n, is code n. The number may be stored and compared with that of a later
+     * version, as codes never change their meaning. A later version may admit more, so a program
+     * should ignore bits that it does not know, not reject them.
      */
     constexpr std::uint64_t bits() const { return bits_; }
 

@@ -1,7 +1,7 @@
 /**
- * The counter of a rule: which hardware counter its hits are counted in, and what is counted.
+ * The counter of a rule: which hardware counter counts its hits, and what is counted.
  *
- * Its methods begin with a capital, unlike the rest of the model; deliberate.
+ * Unlike in the rest of the model, method names deliberately begin with a capital letter.
  */
 #ifndef FILTER_COMMON_FILTER_COUNTER_H
 #define FILTER_COMMON_FILTER_COUNTER_H
@@ -21,9 +21,9 @@ class Counter {
 public:
     /** Identifier 0 and type COUNTER_TYPE_INVALID: nothing is counted. */
     Counter() : Counter(0, COUNTER_TYPE_INVALID) {}
-    /** Any type is taken as it stands. */
+    /** Accepts any type. */
     Counter(unsigned short id, counter_type_t type) : id_(id), type_(type) {}
-    /** Keeps the low 16 bits of the message's identifier, and its type as it stands. */
+    /** Keeps the low 16 bits of the message's identifier, and its type unchanged. */
     explicit Counter(const CounterPB& pb);
 
     unsigned short GetId() const { return id_; }
@@ -43,8 +43,8 @@ private:
 };
 
 /**
- * Two lines without a line end after the second. The width that the stream has on entry applies to
- * both. In this namespace, unlike the operators of the other classes; deliberate.
+ * Prints two lines, with no newline after the second. The width set on the stream applies to both.
+ * Deliberately in this namespace, unlike the operators of the other classes.
  */
 std::ostream& operator<<(std::ostream& out, const Counter& counter);
 

@@ -1,10 +1,10 @@
 /**
- * What an object holds as labelled, typed values, for programs that show rules to people.
+ * The contents of an object as labelled, typed values, for programs that show rules to people.
  *
- * The labels are those of the text dumps. Numbers are decimal and enumerators without a name are
- * numbers, signed; addresses and interfaces are the texts that dumps show.
+ * Labels are those of the text dumps. Numbers are decimal; an enumerator without a name is a signed
+ * number; addresses and interfaces are the texts shown in dumps.
  *
- * When memory runs out std::bad_alloc is raised.
+ * If memory runs out, std::bad_alloc is thrown.
  */
 #ifndef FILTER_COMMON_FILTER_DESCRIPTION_H
 #define FILTER_COMMON_FILTER_DESCRIPTION_H
@@ -30,7 +30,7 @@ struct FiltersField;
 using FiltersDescription = std::vector<FiltersField>;
 
 struct FiltersValue {
-    /** A number, a truth, a text (a name or an address), a list, or fields that belong together. */
+    /** A number, a boolean, a text (a name or an address), a list, or a group of fields. */
     std::variant<std::int64_t, bool, std::string, std::vector<FiltersValue>, FiltersDescription>
         value;
 };
@@ -41,17 +41,17 @@ struct FiltersField {
 };
 
 /**
- * What the object of a match or action kind holds: nothing for kinds without values, for unknown
- * kinds, and for an object that is not of the class of its kind. A MatchDSCP is described as the
- * MatchToS that it is everywhere but in a dump by its own class. Of the ports and the excluded port
- * types of a match, a list that is empty is left out if the other is not.
+ * Describes a match or action. Empty for kinds without values, for unknown kinds, and for an object
+ * that is not of its kind's class. A MatchDSCP is described as a MatchToS, as it is everywhere but
+ * in a dump by its own class. Of a match's ports and excluded port types, an empty list is left out
+ * if the other is not empty.
  */
 FiltersDescription describe(const Match& match);
 FiltersDescription describe(const Action& action);
 
 FiltersDescription describe(const Counter& counter);
 
-/** All of a policer, whatever its stage; of the rates those that its mode uses or that are not 0. */
+/** The whole policer, whatever its stage, but only rates that its mode uses or that are not 0. */
 FiltersDescription describe(const policer::Policer& policer);
 
 } // namespace FiltersCommon

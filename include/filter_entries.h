@@ -31,13 +31,13 @@ struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads them
  * One rule: an identifier, a priority, a policer, a counter, at most one match of each kind and at
  * most one action of each kind.
  *
- * The entry owns copies of the matches and actions it is given. It never holds IPv4 and IPv6
- * addresses at once, and never a match or action under another kind than its own. Matches and
- * actions are walked in ascending order of their kind codes everywhere.
+ * The entry owns copies of the matches and actions it is given. It never holds both IPv4 and IPv6
+ * addresses, and every match or action is stored under its own kind. Matches and actions are always
+ * visited in ascending order of their kind codes.
  *
- * An operation that refuses answers with a code and changes nothing, but for copyMatches and
- * copyActions, which keep what they copied before the refusal. When memory runs out std::bad_alloc
- * is raised, and nothing is changed either.
+ * An operation that refuses returns a code and changes nothing, except that copyMatches and
+ * copyActions keep what they copied before the refusal. If memory runs out, std::bad_alloc is
+ * thrown and nothing is changed.
  */
 class FiltersEntry {
 public:
@@ -48,29 +48,29 @@ public:
     static const std::set<std::uint32_t> validMatchTypes;
     /** Hashes of the action classes that entries know. */
     static const std::set<std::uint32_t> validActionTypes;
-    /** Codes of the match kinds that only IPv4 packets meet. */
+    /** Codes of the kinds that can only match IPv4 packets. */
     static const std::set<std::uint32_t> ipv4OnlyMatchTypes;
-    /** Codes of the match kinds that only IPv6 packets meet. */
+    /** Codes of the kinds that can only match IPv6 packets. */
     static const std::set<std::uint32_t> ipv6OnlyMatchTypes;
 
     /** Priority 0, no policer, no counter, no matches, no actions. */
     FiltersEntry() : FiltersEntry(0) {}
     explicit FiltersEntry(const filtersEntryId_t& id);
-    /** Copies matches and actions by their kinds: a MatchDSCP is copied as a MatchToS. */
+    /** Copies matches and actions by kind: a MatchDSCP is copied as a MatchToS. */
     FiltersEntry(const FiltersEntry& other);
     /**
-     * Rebuilds an entry from the bytes that serialize() wrote. Any bytes are taken: those that do
-     * not parse give what the parser read before it gave up, and of more than 2 GiB - 1 nothing is
-     * read. @see convertFromFiltersEntryPB
+     * Rebuilds an entry from the bytes written by serialize(). Any bytes are accepted: if they do
+     * not parse, the entry holds what the parser read before it gave up; if there are more than
+     * 2 GiB - 1 of them, nothing is read. @see convertFromFiltersEntryPB
      */
     explicit FiltersEntry(const std::string& bytes);
-    /** Raises std::logic_error if @p s has a size but no data. */
+    /** Throws std::logic_error if @p s has a size but no data. */
     explicit FiltersEntry(const FiltersSerialized& s);
 
     /**
-     * Takes over the matches and actions of @p other, which is left without any; identifier,
-     * priority, policer and counter are copied. Assigned to itself, an entry loses its matches and
-     * actions. There is deliberately no copy assignment.
+     * Moves the matches and actions out of @p other, which is left without any; identifier,
+     * priority, policer and counter are copied. Self-assignment loses the matches and actions.
+     * There is deliberately no copy assignment.
      */
     FiltersEntry& operator=(FiltersEntry&& other);
 
@@ -82,7 +82,7 @@ public:
     void setPriority(const filtersEntryPriority_t& priority) { priority_ = priority; }
     filtersEntryPriority_t getPriority() const { return priority_; }
 
-    /** Takes any policer; whether its stage fits is for the group to say. */
+    /** Accepts any policer; the group checks whether its stage fits. */
     filtersErr_t setPolicer(const policer::Policer& policer);
     const policer::Policer& getPolicer() const { return policer_; }
 
@@ -92,27 +92,28 @@ public:
     /** Resets the counter to Counter(). */
     filtersErr_t deleteCounter();
 
-    // Each template takes any class T. The library's match and action classes are known, exactly
-    // those; any other class, a base class or a class of the caller's, is refused with
-    // FILTERS_ERR_INVALID before an object is looked at.
+    // These templates accept any class T, but only the library's own match and action classes are
+    // known. Any other class, such as a base class or one of the caller's, is refused with
+    // FILTERS_ERR_INVALID before any object is examined.
 
     /**
-     * Stores a copy of @p match, in the place of a match of the same kind.
-     * @return FILTERS_ERR_INVALID if T is not known, or if IPv4 would meet IPv6
+     * Stores a copy of @p match, replacing any match of the same kind.
+     * @return FILTERS_ERR_INVALID if T is not known, or if IPv4 and IPv6 would be combined
      */
     template <class T>
     filtersErr_t setMatch(const T& match);
 
     /**
      * Copies the values of the stored match of the same kind into @p match.
-     * @return FILTERS_ERR_INVALID if T is not known or const, FILTERS_ERR_NOT_FOUND if there is none
+     * @return FILTERS_ERR_INVALID if T is unknown or const, FILTERS_ERR_NOT_FOUND if there is none
      */
     template <class T>
     filtersErr_t getMatch(T& match) const;
 
     /**
-     * The stored match of the class T itself, valid while the entry lives and its matches are not
-     * changed; null if there is none, or if T is not known. A MatchDSCP is also found as a MatchToS.
+     * The stored match of class T itself, valid until the entry's matches are changed or the entry
+     * is destroyed; null if there is none or T is not known. A MatchDSCP is also found as a
+     * MatchToS.
      */
     template <class T>
     const T* findMatch() const;
@@ -120,22 +121,22 @@ public:
     /** @return FILTERS_ERR_NOT_FOUND if there is none */
     filtersErr_t deleteMatch(filtersMatch_t kind);
 
-    /** Whether @p match may join the stored matches: IPv4 addresses exclude IPv6 addresses. */
+    /** Whether @p match may be added to the stored matches: IPv4 addresses exclude IPv6 ones. */
     template <class T>
     bool isL3CompatibleMatch(T match) const
     {
         return isL3CompatibleKind(match.getType());
     }
 
-    /** As setMatch; actions of different kinds never exclude each other. */
+    /** Like setMatch; actions of different kinds never exclude each other. */
     template <class T>
     filtersErr_t setAction(const T& action);
 
-    /** As getMatch. */
+    /** Like getMatch. */
     template <class T>
     filtersErr_t getAction(T& action) const;
 
-    /** As findMatch. */
+    /** Like findMatch. */
     template <class T>
     const T* findAction() const;
 
@@ -143,41 +144,42 @@ public:
     filtersErr_t deleteAction(filtersAction_t kind);
 
     /**
-     * Adds a copy of every match of @p from, in ascending order of the keys. The kind is that of
-     * the object, whatever the key; null pointers and unknown kinds are skipped.
-     * @return FILTERS_ERR_INVALID at the first match that IPv4 and IPv6 exclude, or that has a
-     * kind with values and is not of that kind's class; the matches before it stay
+     * Adds a copy of every match in @p from, in ascending key order. The kind is taken from the
+     * object, not from the key; null pointers and unknown kinds are skipped.
+     * @return FILTERS_ERR_INVALID at the first match that would combine IPv4 and IPv6, or whose
+     * kind has values but which is not of that kind's class; the matches before it are kept
      */
     filtersErr_t copyMatches(const MatchMap& from);
-    /** As copyMatches. */
+    /** Like copyMatches. */
     filtersErr_t copyActions(const ActionMap& from);
 
-    /** Replaces all matches by copies of @p from, as copyMatches makes them; all or nothing. */
+    /** Replaces all matches with copies of @p from, made as by copyMatches; all or nothing. */
     filtersErr_t setMatches(const MatchMap& from);
-    /** Replaces all actions by copies of @p from, as copyActions makes them; all or nothing. */
+    /** Replaces all actions with copies of @p from, made as by copyActions; all or nothing. */
     filtersErr_t setActions(const ActionMap& from);
 
-    /** The stored matches and actions, valid while the entry lives and is not changed. */
+    /** The stored matches and actions, valid until the entry is changed or destroyed. */
     const MatchMap& getMatchesRef() const { return matches_; }
     const ActionMap& getActionsRef() const { return actions_; }
 
-    /** Compares everything, whatever the order in which matches and actions were added. */
+    /** Compares everything; the order in which matches and actions were added does not matter. */
     bool operator==(const FiltersEntry& other) const;
 
     /** Fills @p pb, an empty message. */
     void convertToFiltersEntryPB(FiltersEntryPB* pb) const;
 
     /**
-     * Takes identifier, priority, policer and counter from @p pb and adds its matches and actions
-     * to those that the entry holds. Numbers are cut to the width of the member. Unknown kinds are
-     * skipped, matches that IPv4 and IPv6 exclude are dropped, a later element replaces an earlier
-     * one of its kind, and a counter of type COUNTER_TYPE_INVALID is taken; all without notice.
+     * Reads identifier, priority, policer and counter from @p pb and adds its matches and actions
+     * to those the entry holds. Numbers are truncated to the width of the member. Unknown kinds are
+     * skipped, matches that would combine IPv4 and IPv6 are dropped, a later element replaces an
+     * earlier one of its kind, and a counter of type COUNTER_TYPE_INVALID is accepted, all
+     * silently.
      */
     void convertFromFiltersEntryPB(const FiltersEntryPB* pb);
 
-    /** Replaces the contents of @p out by the bytes of the entry: none if they pass 2 GiB - 1. */
+    /** Replaces the contents of @p out with the entry's bytes, or none if they exceed 2 GiB - 1. */
     void serialize(std::string* out) const;
-    /** Hands the bytes of the entry to FiltersSerialized::setData. */
+    /** Passes the entry's bytes to FiltersSerialized::setData. */
     void serialize(FiltersSerialized* out) const;
 
 private:
@@ -200,9 +202,9 @@ private:
 };
 
 /**
- * Gives @p to a copy, made by its kind, of the object under each key of @p from, and frees what
- * @p to held under that key. Where there is no object, or one that cannot be copied by its kind,
- * @p to gets a null pointer. Provided for matches and for actions.
+ * Copies the object under each key of @p from by its kind and stores the copy in @p to, freeing
+ * what @p to held under that key. If there is no object, or it cannot be copied by its kind, @p to
+ * gets a null pointer. Provided for matches and actions.
  */
 template <class K, class V>
 FILTERS_COMMON_PUBLIC void copy_map(std::map<K, std::unique_ptr<V>>& to,
@@ -234,7 +236,7 @@ filtersErr_t FiltersEntry::getMatch(T& match) const
         const Match* stored = storedMatch(object.getType());
         if (stored == nullptr)
             return FILTERS_ERR_NOT_FOUND;
-        // What is stored under MATCH_TOS may be of either class; both hold the byte of a MatchToS.
+        // An object stored under MATCH_TOS may be of either class; both hold a MatchToS's byte.
         using Values = std::conditional_t<std::is_same_v<Class, MatchDSCP>, MatchToS, Class>;
         static_cast<Values&>(object) = static_cast<const Values&>(*stored);
         return FILTERS_OK;
@@ -291,7 +293,7 @@ const T* FiltersEntry::findAction() const
         return nullptr;
 }
 
-// Those for the library's own classes live in the library.
+// The library itself instantiates the templates for its own classes.
 #define FILTERS_COMMON_DECLARE_INSTANTIATED(kind, Class, Values)                                   \
     extern template filtersErr_t FiltersEntry::setMatch(const Class&);                             \
     extern template filtersErr_t FiltersEntry::getMatch(Class&) const;                             \
@@ -311,7 +313,7 @@ extern template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::Acti
 
 } // namespace FiltersCommon
 
-/** Dumps the whole rule. At global scope. */
+/** Dumps the whole rule. Declared at global scope. */
 std::basic_ostream<char>& operator<<(std::basic_ostream<char>& out,
                                      const FiltersCommon::FiltersEntry& entry);
 

@@ -1,5 +1,5 @@
 /**
- * A group of packet-filter rules: FiltersGroup, and the tables that say what it admits.
+ * A group of packet-filter rules: FiltersGroup, and the tables of what it admits.
  */
 #ifndef FILTER_COMMON_FILTER_GROUPS_H
 #define FILTER_COMMON_FILTER_GROUPS_H
@@ -15,16 +15,16 @@ struct FILTERS_COMMON_INTERNAL GroupRows; // describes the members
 struct FILTERS_COMMON_INTERNAL GroupWire; // writes and reads them
 
 /**
- * Entries by their identifiers, with the stage and type that decide which entries are admitted.
+ * Entries, keyed by identifier, and the stage and type that decide which entries are admitted.
  *
- * The type says which match kinds an entry may hold, the stage says which action kinds and which
- * policers, and which types a group may have. Every entry of a group is admitted by the group's
- * stage and type at all times. Stage and type themselves fit each other as far as they were set
- * through setStage and setType; a pair read from the wire is taken as it stands, deliberately.
+ * The type decides which match kinds an entry may hold; the stage decides which action kinds and
+ * policers, and which types the group may have. The group's stage and type admit each of its
+ * entries at all times. Stage and type fit each other if set through setStage and setType; a pair
+ * read from the wire is deliberately not checked.
  *
- * The group owns copies of its entries and walks them in ascending order of their identifiers. An
- * operation that refuses changes nothing; when memory runs out std::bad_alloc is raised, and
- * nothing is changed either.
+ * The group owns copies of its entries and visits them in ascending order of identifier. An
+ * operation that refuses changes nothing. If memory runs out, std::bad_alloc is thrown and nothing
+ * is changed.
  */
 class FiltersGroup {
 public:
@@ -45,12 +45,12 @@ public:
     FiltersGroup& operator=(FiltersGroup&& other) noexcept = default;
     ~FiltersGroup() = default;
     /**
-     * Rebuilds a group from the bytes that serialize() wrote. Any bytes are taken: those that do
-     * not parse give what the parser read before it gave up, and of more than 2 GiB - 1 nothing is
-     * read. @see convertFromFiltersGroupPB
+     * Rebuilds a group from the bytes written by serialize(). Any bytes are accepted: if they do
+     * not parse, the group holds what the parser read before it gave up; if there are more than
+     * 2 GiB - 1 of them, nothing is read. @see convertFromFiltersGroupPB
      */
     explicit FiltersGroup(const std::string& bytes);
-    /** Raises std::logic_error if @p s has a size but no data. */
+    /** Throws std::logic_error if @p s has a size but no data. */
     explicit FiltersGroup(FiltersSerialized& s);
 
     filtersGroupId_t getId() const { return id_; }
@@ -67,8 +67,8 @@ public:
     filtersGroupType_t getType() const { return type_; }
 
     /**
-     * Stores a copy of @p entry, in the place of an entry with the same identifier: replacing is
-     * deliberately no refusal.
+     * Stores a copy of @p entry. An entry with the same identifier is replaced; deliberately, that
+     * is not refused.
      * @return the first refusal of groupMatchValidation, groupActionValidation and
      * groupPolicerValidation
      */
@@ -79,13 +79,13 @@ public:
 
     /** Copies of all entries. */
     EntryMap getEntries() const;
-    /** The entries themselves, valid while the group lives and is not changed. */
+    /** The entries themselves, valid until the group is changed or destroyed. */
     const EntryMap& getEntriesRef() const { return entries_; }
 
     bool operator==(const FiltersGroup& other) const;
     bool operator!=(const FiltersGroup& other) const { return !(*this == other); }
 
-    // The checks look at their arguments alone, not at the group's own stage and type.
+    // These checks look only at their arguments, not at the group's own stage and type.
 
     /**
      * Whether a group of @p type may hold the entry's matches.
@@ -107,26 +107,26 @@ public:
     filtersErr_t groupStageValidation(filtersGroupStage_t stage, filtersGroupType_t type) const;
 
     /**
-     * Whether a group at @p stage may hold @p policer. A policer of policer::STAGE_NONE passes at
-     * every stage, unknown ones too.
+     * Whether a group at @p stage may hold @p policer. A policer of policer::STAGE_NONE is admitted
+     * at every stage, even an unknown one.
      * @return FILTERS_ERR_UNKNOWN_STAGE; FILTERS_ERR_POLICER_STAGE
      */
     filtersErr_t groupPolicerValidation(const policer::Policer& policer,
                                         filtersGroupStage_t stage) const;
 
-    /** A caller includes filter_groups.pb.h. */
+    /** Callers must include filter_groups.pb.h. */
     FiltersGroupPB convertToFiltersGroupPB() const;
 
     /**
-     * Takes identifier and priority (low 16 bits), stage and type (unchecked) from @p pb, and
-     * inserts its entries; those that the new stage and type do not admit are dropped without
-     * notice. Entries that the group holds already stay, unchecked.
+     * Reads identifier and priority (low 16 bits), stage and type (unchecked) from @p pb, and
+     * inserts its entries; those that the new stage and type do not admit are silently dropped.
+     * Entries that the group already holds are kept, unchecked.
      */
     void convertFromFiltersGroupPB(const FiltersGroupPB* pb);
 
-    /** Replaces the contents of @p out by the bytes of the group: none if they pass 2 GiB - 1. */
+    /** Replaces the contents of @p out with the group's bytes, or none if they exceed 2 GiB - 1. */
     void serialize(std::string* out) const;
-    /** Hands the bytes of the group to FiltersSerialized::setData. */
+    /** Passes the group's bytes to FiltersSerialized::setData. */
     void serialize(FiltersSerialized* out) const;
 
 private:
@@ -146,7 +146,7 @@ private:
 
 } // namespace FiltersCommon
 
-/** Dumps the group and all its entries. At global scope. */
+/** Dumps the group and all its entries. Declared at global scope. */
 std::ostream& operator<<(std::ostream& out, const FiltersCommon::FiltersGroup& group);
 
 #pragma GCC visibility pop

@@ -1,6 +1,6 @@
 /**
- * The base of all match classes, and the value families that most of them derive from. A caller
- * includes filter_matches.h.
+ * The base of all match classes, and the value families that most of them derive from. Include
+ * filter_matches.h instead.
  */
 #ifndef FILTER_COMMON_FILTER_MATCH_FAMILIES_H
 #define FILTER_COMMON_FILTER_MATCH_FAMILIES_H
@@ -28,7 +28,7 @@ class Match {
 public:
     explicit Match(filtersMatch_t type) : type_(type) {}
     Match(const Match&) = default;
-    /** Nothing to do: the kind stays. */
+    /** Does nothing: assignment never changes the kind. */
     Match& operator=(const Match&) noexcept { return *this; }
     virtual ~Match();
 
@@ -36,16 +36,15 @@ public:
     virtual void convertToMatchPB(MatchPB* pb) const;
 
     /**
-     * Takes the kind's values from @p pb, whose type is neither read nor checked. Numbers are cut
-     * to the width of the member; an absent field reads as 0. A byte field that is too short is
-     * filled up with zeros, one that is too long is cut. A bare Match takes nothing.
+     * Reads the kind's values from @p pb, whose type is neither read nor checked. Numbers are
+     * truncated to the width of the member; an absent field reads as 0. A byte field that is too
+     * short is padded with zeros, one that is too long is truncated. A bare Match reads nothing.
      */
     virtual void convertFromMatchPB(const MatchPB* pb);
 
     /**
-     * True when both objects are of the same kind and hold the same values, masks included. False
-     * for codes of 32 and above, and for an object that is not of the class that holds its kind's
-     * values.
+     * True if both objects have the same kind and the same values, masks included. False for codes
+     * of 32 and above, and for an object that is not of the class that holds its kind's values.
      */
     virtual bool operator==(const Match& other) const;
 
@@ -56,8 +55,8 @@ private:
 };
 
 /**
- * Compares matches of two different classes, the same in either order. Where one class derives from
- * the other, as the base class compares; any others as Match::operator== does, by their kinds.
+ * Compares matches of two different classes, with the same result in either order: as the base
+ * class if one class derives from the other, otherwise by kind, with Match::operator==.
  */
 template <class T, class U, EnableIfDifferent<Match, T, U> = 0>
 bool operator==(const T& a, const U& b)
@@ -71,7 +70,7 @@ bool operator==(const T& a, const U& b)
     FILTERS_COMMON_DECLARE_COPYABLE(Class)                                                         \
     using Match::operator==;
 
-/** What a match class declares whose members go into messages in a way of their own. */
+/** What a match class declares if its members have a message format of their own. */
 #define FILTERS_COMMON_DECLARE_MATCH_VALUES                                                        \
     friend struct MatchRows;                                                                       \
     void convertToMatchPB(MatchPB* pb) const override;                                             \
@@ -83,10 +82,10 @@ bool operator==(const T& a, const U& b)
 
 // --------------------------------------------------------------------------------- value families
 //
-// Each typed operator== below compares the values alone: two objects of different kinds that are
-// compared as objects of a family may be equal.
+// Each typed operator== below compares only the values: two objects of different kinds may be equal
+// when compared as members of a family.
 
-/** A list of ports, or a list of excluded port types; never both. */
+/** A list of ports or a list of excluded port types, never both. */
 class MatchPorts : public Match {
 public:
     MatchPorts(filtersMatch_t type, std::list<limid_t> ports)
@@ -104,21 +103,21 @@ public:
 
     std::list<limid_t> getPorts() const { return ports_; }
     std::list<port_type_t> getExcludedPortTypes() const { return excludedPortTypes_; }
-    /** The lists themselves, valid while the match lives and is not changed. */
+    /** The lists themselves, valid until the match is changed or destroyed. */
     const std::list<limid_t>& getPortsRef() const { return ports_; }
     const std::list<port_type_t>& getExcludedPortTypesRef() const { return excludedPortTypes_; }
 
     /**
      * Replaces the ports.
-     * @return FILTERS_ERR_BAD_PARAM, and nothing is changed, if there are excluded port types
+     * @return FILTERS_ERR_BAD_PARAM, changing nothing, if there are excluded port types
      */
     filtersErr_t setPorts(const std::list<limid_t>& ports);
 
-    /** Reading from a message appends to the lists that the match holds already. */
+    /** Reading from a message appends to the lists the match already holds. */
     FILTERS_COMMON_DECLARE_MATCH_VALUES
 
     using Match::operator==;
-    /** The same ports and port types in the same order. */
+    /** Compares the ports and port types in order. */
     bool operator==(const MatchPorts& other) const;
 
 private:
@@ -143,7 +142,7 @@ private:
     limid_t limId_;
 };
 
-/** A transport-layer port under a mask. */
+/** A transport-layer port with a mask. */
 class MatchL4Port : public Match {
 public:
     /** The mask is 0xFFFF. */
@@ -180,10 +179,10 @@ public:
     ~MatchVlanId() override;
 
     std::set<unsigned short> getVlanIds() const { return vlanIds_; }
-    /** The set itself, valid while the match lives and is not changed. */
+    /** The set itself, valid until the match is changed or destroyed. */
     const std::set<unsigned short>& getVlanIdsRef() const { return vlanIds_; }
 
-    /** Writing to a message empties its field first; reading from one replaces the set. */
+    /** Writing to a message clears its field first; reading from one replaces the set. */
     FILTERS_COMMON_DECLARE_MATCH_VALUES
 
     using Match::operator==;
@@ -193,7 +192,7 @@ private:
     std::set<unsigned short> vlanIds_;
 };
 
-/** A MAC address under a mask. */
+/** A MAC address with a mask. */
 class MatchMac : public Match {
 public:
     /** The mask is ff:ff:ff:ff:ff:ff. */
@@ -214,7 +213,7 @@ private:
     ether_addr mask_;
 };
 
-/** An IPv4 address under a mask, both in network byte order. */
+/** An IPv4 address with a mask, both in network byte order. */
 class MatchIPv4 : public Match {
 public:
     /** The mask is 255.255.255.255. */
@@ -235,7 +234,7 @@ private:
     in_addr mask_;
 };
 
-/** An IPv6 address under a mask. */
+/** An IPv6 address with a mask. */
 class MatchIPv6 : public Match {
 public:
     /** The mask is all ones. */

@@ -1,9 +1,9 @@
 /**
- * The kinds of match whose values are those of a family, by families. A caller includes
- * filter_matches.h.
+ * The match kinds whose values are those of a family, grouped by family. Include filter_matches.h
+ * instead.
  *
- * A constructor without a mask sets all bits of the mask; one without arguments sets numbers and
- * addresses to 0, and leaves lists and sets empty.
+ * Constructors without a mask set all bits of the mask; default constructors set numbers and
+ * addresses to 0, and leave lists and sets empty.
  */
 #ifndef FILTER_COMMON_FILTER_MATCH_FAMILY_KINDS_H
 #define FILTER_COMMON_FILTER_MATCH_FAMILY_KINDS_H
@@ -32,7 +32,7 @@ public:
     bool operator==(const MatchIngressPorts& other) const { return MatchPorts::operator==(other); }
 };
 
-/** The ports a packet leaves by; never holds excluded port types, nor reads or writes any. */
+/** The ports a packet leaves through. Never holds, reads or writes excluded port types. */
 class MatchEgressPorts : public MatchPorts {
 public:
     static constexpr filtersMatch_t KIND = MATCH_EGRESS_PORTS;

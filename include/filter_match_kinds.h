@@ -1,8 +1,8 @@
 /**
- * The kinds of match with values of their own or without values, in the order of their codes. A
- * caller includes filter_matches.h.
+ * The match kinds with values of their own or without values, in code order. Include
+ * filter_matches.h instead.
  *
- * A constructor without arguments sets numbers to 0 and truths to false.
+ * Default constructors set numbers to 0 and booleans to false.
  */
 #ifndef FILTER_COMMON_FILTER_MATCH_KINDS_H
 #define FILTER_COMMON_FILTER_MATCH_KINDS_H
@@ -58,7 +58,7 @@ private:
     l2SrcEntryType_t srcType_;
 };
 
-/** The priority code point; only the three low bits of the argument are kept. */
+/** The priority code point; only the low three bits of the argument are kept. */
 class MatchPcp : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_PCP;
@@ -74,7 +74,7 @@ private:
     unsigned char pcp_;
 };
 
-/** The priority code point inside the switch; only the three low bits of the argument are kept. */
+/** The priority code point inside the switch; only the low three bits of the argument are kept. */
 class MatchInternalPcp : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_INTERNAL_PCP;
@@ -167,12 +167,12 @@ private:
 
 /**
  * A type-of-service match built from a DSCP. Deliberately not a kind of its own: it carries the
- * code of MatchToS, fills the same slot of an entry, is equal to the MatchToS of the same byte, and
+ * code of MatchToS, takes the same slot of an entry, equals the MatchToS with the same byte, and
  * becomes a MatchToS wherever it is copied by kind or read from the wire.
  */
 class MatchDSCP : public MatchToS {
 public:
-    /** Keeps the six low bits of @p dscp, as the upper six bits of the type-of-service byte. */
+    /** Keeps the low six bits of @p dscp, as the upper six bits of the type-of-service byte. */
     explicit MatchDSCP(unsigned char dscp = 0)
         : MatchToS(static_cast<unsigned char>((dscp << 2) & 0xFC))
     {}

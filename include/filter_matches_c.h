@@ -1,26 +1,28 @@
 /**
  * Match criteria for callers that cannot use the classes. C11 and C++17.
  *
- *  1. Handles. A handle is an untyped pointer to a match. A constructor (newMatch...) gives it to
- *     the caller, who frees it with deleteMatch. Handing it to an entry (filter_entries_c.h) does
- *     not change that: the entry stores a copy. Where a function names a class (MatchTPID*, Match*)
- *     it takes the same handle; C converts it by itself, C++ asks for a static_cast.
+ *  1. Handles. A handle is an untyped pointer to a match. The caller owns the handle that a
+ *     constructor (newMatch...) returns and frees it with deleteMatch. Passing a handle to an entry
+ *     (filter_entries_c.h) does not change its owner: the entry stores a copy. A function that
+ *     names a class (MatchTPID*, Match*) takes the same handle; C converts it implicitly, C++ needs
+ *     a static_cast.
  *  2. Null handles. matchGetType, deleteMatch and the getters for MAC addresses, interfaces, TPID,
  *     L4 ports, source entry types, IPv4 and IPv6 addresses report one as a failed assertion
- *     ("m != nullptr") and end the process, in release builds too. The getters at the end of this
- *     file must not be given one. No function here answers with a result code.
- *  3. Kinds. No getter looks at the kind of its handle. Ask matchGetType first: what a getter reads
+ *     ("m != nullptr") and end the process, even in release builds. The getters at the end of this
+ *     file must not be given one. No function here returns a result code.
+ *  3. Kinds. No getter checks the kind of its handle. Call matchGetType first: what a getter reads
  *     from a match of another kind is meaningless.
- *  4. Pointers from the address getters point into the match. They are valid until it is freed, and
- *     show new values once filtersEntryGetMatch has filled it.
- *  5. Values are taken as they are, but for the PCP constructors, which keep the three low bits,
- *     and newMatchDSCP, which keeps six. Numbers are in host byte order, addresses in the byte
- *     order of the network. A constructor without a mask sets all bits of the mask.
- *  6. Memory. A constructor never returns null. If memory runs out it raises std::bad_alloc, which
+ *  4. The address getters return pointers into the match. They are valid until it is freed, and
+ *     show the new values after filtersEntryGetMatch has filled it.
+ *  5. Values are taken as they are, except that the PCP constructors keep the low three bits and
+ *     newMatchDSCP the low six. Numbers are in host byte order, addresses in network byte order.
+ *     Constructors without a mask set all bits of the mask.
+ *  6. Memory. A constructor never returns null. If memory runs out it throws std::bad_alloc, which
  *     ends the process unless a C++ caller further up catches it.
- *  7. Threads. A match is used by one thread at a time; different matches by any.
+ *  7. Threads. Use a match from one thread at a time; different matches may be used from different
+ *     threads.
  *
- * Deliberately not offered: constructors for MatchToS, MatchForwardingType, MatchDestinationCpu,
+ * Deliberately not provided: constructors for MatchToS, MatchForwardingType, MatchDestinationCpu,
  * excluded port types and a masked IPv6 source; getters for port lists, VLAN identifiers, the
  * type-of-service byte and the forwarding type.
  */
@@ -50,7 +52,7 @@ typedef struct MatchTPID MatchTPID;
 
 void* newMatchAll(void);
 
-/** The @p count ports in the order of the array, which may be null when @p count is 0. */
+/** Holds the @p count ports in array order; the array may be null if @p count is 0. */
 void* newMatchIngressPorts(const limid_t* ports, uint32_t count);
 void* newMatchEgressPorts(const limid_t* ports, uint32_t count);
 
@@ -89,7 +91,7 @@ void* newMatchIpProtocol(unsigned char protocol);
 void* newMatchPacketRes(en_Resolution resolution);
 void* newMatchMplsTerm(bool terminated);
 
-/** A match of kind MATCH_TOS; keeps the six low bits of @p dscp. */
+/** A match of kind MATCH_TOS; keeps the low six bits of @p dscp. */
 void* newMatchDSCP(unsigned char dscp);
 
 void* newMatchTTL(unsigned char ttl);
@@ -108,26 +110,26 @@ void deleteMatch(void* m);
 
 /* --------------------------------------------------------------------- getters; ABORTS ON NULL */
 
-/** Of a destination or source MAC match. */
+/** For a destination or source MAC match. */
 const struct ether_addr* matchMacGetMac(void* m);
 const struct ether_addr* matchMacGetMask(void* m);
 
-/** Of a virtual-port or source-port match. */
+/** For a virtual-port or source-port match. */
 limid_t matchGetLimId(void* m);
 
 tpid_t matchGetTPID(MatchTPID* m);
 
-/** Of a destination or source L4-port match. */
+/** For a destination or source L4-port match. */
 l4port_t matchGetL4Port(void* m);
 l4port_t matchGetL4PortMask(void* m);
 
 l2SrcEntryType_t matchGetL2SrcEntryType(MatchL2SrcEntryType* m);
 
-/** Of a destination or source IPv4 match. */
+/** For a destination or source IPv4 match. */
 const struct in_addr* matchIPv4GetIPv4(void* m);
 const struct in_addr* matchIPv4GetIPv4Mask(void* m);
 
-/** Of a destination or source IPv6 match. */
+/** For a destination or source IPv6 match. */
 const struct in6_addr* matchIPv6GetIPv6(void* m);
 const struct in6_addr* matchIPv6GetIPv6Mask(void* m);
 
@@ -138,7 +140,7 @@ unsigned char matchInternalPcpGet(void* m);
 unsigned char matchIpProtocolGetIpProt(void* m);
 en_Resolution matchPacketResGet(void* m);
 bool matchMplsTermGet(void* m);
-/** The upper six bits of the type-of-service byte; of a type-of-service match as well. */
+/** The upper six bits of the type-of-service byte, also for a type-of-service match. */
 unsigned char matchDSCPGet(void* m);
 unsigned char matchTTLGet(void* m);
 en_StpState matchIngressStpStateGet(void* m);

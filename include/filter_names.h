@@ -1,11 +1,10 @@
 /**
- * The names of codes, for people: each enumerator by its own name, "MATCH_SRC_IPV4".
+ * Human-readable names of codes: those of the enumerators themselves, such as "MATCH_SRC_IPV4".
  *
- * Plain C11 and C++17, and the same functions for both. In C++ they stand in the namespace
- * FiltersCommon.
+ * The same functions serve C11 and C++17; in C++ they are in the namespace FiltersCommon.
  *
- * Every function takes any code. It never returns null: the name of a code that has no enumerator
- * is "unknown", which is no enumerator's name. Names are constant and never freed. The functions
+ * Every function accepts any code and never returns null: a code without an enumerator is named
+ * "unknown", which no enumerator is called. Names are constant and never freed. The functions
  * allocate nothing and may be called from any thread.
  */
 #ifndef FILTER_COMMON_FILTER_NAMES_H
@@ -29,7 +28,7 @@ const char* filtersGroupStageName(filtersGroupStage_t stage);
 const char* filtersGroupTypeName(filtersGroupType_t type);
 const char* filtersRefusalReasonName(filtersRefusalReason_t reason);
 
-/** Policers come from another library, whose policer::Stage has these names and numbers. */
+/** Policers come from another library; names and numbers are those of its policer::Stage. */
 const char* filtersPolicerStageName(uint32_t stage);
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
 /**
- * One reason why something is refused: FiltersRefusal. A caller includes filter_refusals.h.
+ * One reason why something is refused: FiltersRefusal. Include filter_refusals.h instead.
  */
 #ifndef FILTER_COMMON_FILTER_REFUSAL_H
 #define FILTER_COMMON_FILTER_REFUSAL_H
@@ -17,8 +17,8 @@
 namespace FiltersCommon {
 
 /**
- * Why an element, an entry, a group stage or a group type is refused. What does not concern the
- * reason is absent, or an empty set.
+ * Why an element, an entry, a group stage or a group type is refused. Members that do not apply to
+ * the reason are absent, or empty sets.
  */
 struct FiltersRefusal {
     explicit constexpr FiltersRefusal(filtersRefusalReason_t why) : reason(why) {}
@@ -27,8 +27,8 @@ struct FiltersRefusal {
     constexpr filtersErr_t code() const;
 
     /**
-     * One line in English, without an end of line. Codes stand there by their enumerators' names,
-     * unknown codes by their numbers.
+     * One line in English, without a newline. Codes appear as the names of their enumerators,
+     * unknown codes as numbers.
      */
     std::string sentence() const;
 
@@ -37,27 +37,27 @@ struct FiltersRefusal {
 
     filtersRefusalReason_t reason;
 
-    /** The entry that is refused, or that is in the way of a new stage or type of its group. */
+    /** The entry that is refused, or that prevents a new stage or type of its group. */
     std::optional<filtersEntryId_t> entry;
-    /** What is refused of it: at most one of these. */
+    /** The part of the entry that is refused: at most one of these. */
     std::optional<filtersMatch_t> match;
     std::optional<filtersAction_t> action;
     std::optional<policer::Stage> policerStage;
 
-    /** The stage and the type of the group, as they are or as they were asked for. */
+    /** The group's stage and type, current or requested. */
     std::optional<filtersGroupStage_t> stage;
     std::optional<filtersGroupType_t> type;
 
-    /** What would have been admitted in the place of what is refused. */
+    /** What would have been admitted instead. */
     CodeSet<filtersMatch_t> admittedMatches;
     CodeSet<filtersAction_t> admittedActions;
     CodeSet<policer::Stage> admittedPolicerStages;
-    /** The stages that admit the type; of an unknown stage, those that there are. */
+    /** The stages that admit the type; if the stage is unknown, all stages that exist. */
     CodeSet<filtersGroupStage_t> admittedStages;
-    /** The types that the stage admits; of an unknown type, those that there are. */
+    /** The types that the stage admits; if the type is unknown, all types that exist. */
     CodeSet<filtersGroupType_t> admittedTypes;
 
-    /** The matches that exclude the one that is refused. */
+    /** The matches that exclude the refused one. */
     CodeSet<filtersMatch_t> excludingMatches;
 };
 

@@ -2,14 +2,14 @@
  * Refusals that explain themselves: all reasons why an operation on an entry or a group would
  * refuse, as data and as a sentence.
  *
- * Beside an operation that answers with a code stands a function here that takes what the operation
- * takes, changes nothing, and answers every reason for its refusal, in the order in which the
- * operation's checks run. No reasons mean that the operation would succeed; otherwise the first
- * reason's code is the code that the operation returns.
+ * For each operation that returns a code there is a function here that takes the same arguments,
+ * changes nothing, and returns every reason for a refusal, in the order of the operation's checks.
+ * If there are no reasons the operation would succeed; otherwise the first reason's code is the one
+ * the operation would return.
  *
- * A fact that all checks of a walk meet again, such as an unknown group stage, is one reason.
+ * A problem that several checks run into, such as an unknown group stage, is reported once.
  *
- * When memory runs out std::bad_alloc is raised.
+ * If memory runs out, std::bad_alloc is thrown.
  */
 #ifndef FILTER_COMMON_FILTER_REFUSALS_H
 #define FILTER_COMMON_FILTER_REFUSALS_H
@@ -40,11 +40,11 @@ std::vector<FiltersRefusal> setTypeRefusals(const FiltersGroup& group, filtersGr
 
 // ---------------------------------------------------------------------------------------- entries
 
-/** Why FiltersEntry::setMatch refuses. Any class T is taken; of an object only the kind is read. */
+/** Why FiltersEntry::setMatch refuses. Accepts any class T; only the object's kind is read. */
 template <class T>
 std::vector<FiltersRefusal> setMatchRefusals(const FiltersEntry& entry, const T& match);
 
-/** Why FiltersEntry::setAction refuses. Any class T is taken. */
+/** Why FiltersEntry::setAction refuses. Accepts any class T. */
 template <class T>
 std::vector<FiltersRefusal> setActionRefusals(const FiltersEntry& entry, const T& action);
 
@@ -52,15 +52,15 @@ std::vector<FiltersRefusal> setActionRefusals(const FiltersEntry& entry, const T
 std::vector<FiltersRefusal> l3Refusals(const FiltersEntry& entry, filtersMatch_t kind);
 
 /**
- * Why FiltersEntry::copyMatches refuses. The walk goes on behind a match that is refused, as if it
- * were not there.
+ * Why FiltersEntry::copyMatches refuses. The checks go on after a refused match as if it were not
+ * there.
  */
 std::vector<FiltersRefusal> copyMatchesRefusals(const FiltersEntry& entry,
                                                 const FiltersEntry::MatchMap& from);
 std::vector<FiltersRefusal> copyActionsRefusals(const FiltersEntry& entry,
                                                 const FiltersEntry::ActionMap& from);
 
-/** As copyMatchesRefusals, for FiltersEntry::setMatches. */
+/** Like copyMatchesRefusals, for FiltersEntry::setMatches. */
 std::vector<FiltersRefusal> setMatchesRefusals(const FiltersEntry& entry,
                                                const FiltersEntry::MatchMap& from);
 std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
@@ -69,16 +69,16 @@ std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
 // ---------------------------------------------------------------------------------------- reading
 
 /**
- * What the constructor of FiltersEntry leaves out of the bytes, in their order: matches and actions
- * of unknown kinds, and matches that the ones before them exclude. An element that a later one of
- * its kind replaces is not left out.
+ * What the constructor of FiltersEntry leaves out, in the order of the bytes: matches and actions
+ * of unknown kinds, and matches excluded by earlier ones. An element that a later one of its kind
+ * replaces does not count as left out.
  */
 std::vector<FiltersRefusal> readEntryRefusals(const std::string& bytes);
 
 /**
- * What the constructor of FiltersGroup leaves out of the bytes, in their order: of each entry what
- * readEntryRefusals names, and then, if the group does not take the entry, every reason why. An
- * entry that a later one of its identifier replaces is not left out.
+ * What the constructor of FiltersGroup leaves out, in the order of the bytes: for each entry, what
+ * readEntryRefusals would report and then, if the group does not admit the entry, every reason why.
+ * An entry that a later one with its identifier replaces does not count as left out.
  */
 std::vector<FiltersRefusal> readGroupRefusals(const std::string& bytes);
 

@@ -1,29 +1,30 @@
 /**
  * Refusals that explain themselves, for callers that cannot use the classes. C11 and C++17.
  *
- * Beside an operation stands a function of its name that ends in Refusals. It takes what the
- * operation takes, changes nothing, and makes a list of every reason for its refusal, in the order
- * in which the operation's checks run. An empty list means that the operation would succeed;
- * otherwise the code of reason 0 is the code that the operation returns.
+ * For each operation there is a function of the same name with Refusals at the end. It takes the
+ * same arguments, changes nothing, and lists every reason for a refusal, in the order of the
+ * operation's checks. If the list is empty the operation would succeed; otherwise the code of
+ * reason 0 is the one the operation would return.
  *
  *  1. Handles. A list belongs to the caller, who frees it with deleteFiltersRefusals. It holds
- *     copies: the group, the entry, the match or the action may change or be freed before it.
+ *     copies: the group, entry, match or action may be changed or freed before it.
  *  2. Null handles. Every function reports one as a failed assertion ("g != nullptr",
- *     "g != nullptr && e != nullptr", "e != nullptr && m != nullptr", "e != nullptr && a !=
- *     nullptr", "r != nullptr") and ends the process, in release builds too. So do the getters for
- *     an index that is not below the count ("r != nullptr && index < count"), and for a null
- *     place ("place != nullptr").
- *  3. Presence. A getter with a place answers false, and leaves the place alone, where the reason
- *     does not concern what was asked for.
- *  4. Sets. What would have been admitted in the place of what is refused is a number of 64 bits:
- *     bit n, of the value UINT64_C(1) << n, is code n. It is 0 where the reason does not concern
- *     such codes, and where nothing is admitted. A set may be kept and compared with that of a
- *     later version: codes are never given a new meaning, but there may be more of them. A program
- *     ignores the bits that it does not know.
+ *     "g != nullptr && e != nullptr", "e != nullptr && m != nullptr",
+ *     "e != nullptr && a != nullptr", "r != nullptr") and ends the process, even in release builds.
+ *     So do the getters for an index that is not below the count
+ *     ("r != nullptr && index < count"), and for a null place ("place != nullptr").
+ *  3. Presence. A getter with a place returns false, and leaves the place alone, if what was asked
+ *     for does not apply to the reason.
+ *  4. Sets. What would have been admitted instead is a 64-bit number: bit n, of value
+ *     UINT64_C(1) << n, is code n. It is 0 if such codes do not apply to the reason, or if nothing
+ *     is admitted. A set may be stored and compared with that of a later version: codes never
+ *     change their meaning, but new ones may be added. Programs should ignore bits that they do
+ *     not know.
  *  5. Pointers. A sentence belongs to the list and is freed with it.
- *  6. Memory. No function returns null. If memory runs out std::bad_alloc is raised, which ends the
- *     process unless a C++ caller further up catches it; then nothing is changed and nothing lost.
- *  7. Threads. A list is used by one thread at a time; different lists by any.
+ *  6. Memory. No function returns null. If memory runs out, std::bad_alloc is thrown, which ends
+ *     the process unless a C++ caller further up catches it; then nothing is changed or lost.
+ *  7. Threads. Use a list from one thread at a time; different lists may be used from different
+ *     threads.
  */
 #ifndef FILTER_COMMON_FILTER_REFUSALS_C_H
 #define FILTER_COMMON_FILTER_REFUSALS_C_H
@@ -50,7 +51,7 @@ typedef struct FiltersRefusals FiltersRefusals;
 
 /** Every reason names the entry. */
 FiltersRefusals* filtersGroupInsertEntryRefusals(FiltersGroup* g, FiltersEntry* e);
-/** What filtersGroupSetStage itself keeps to itself. */
+/** The reasons that filtersGroupSetStage itself does not return. */
 FiltersRefusals* filtersGroupSetStageRefusals(FiltersGroup* g, filtersGroupStage_t stage);
 FiltersRefusals* filtersGroupSetTypeRefusals(FiltersGroup* g, filtersGroupType_t type);
 
@@ -61,33 +62,33 @@ void deleteFiltersRefusals(FiltersRefusals* r);
 
 uint32_t filtersRefusalsGetCount(FiltersRefusals* r);
 
-/* ------------------------------------------------------------------------- reasons, from 0 on */
+/* --------------------------------------------------------------------- reasons, counted from 0 */
 
 /** The result code of an operation that refuses for this reason. */
 filtersErr_t filtersRefusalsGetCode(FiltersRefusals* r, uint32_t index);
 filtersRefusalReason_t filtersRefusalsGetReason(FiltersRefusals* r, uint32_t index);
-/** One line in English, without an end of line. */
+/** One line in English, without a newline. */
 const char* filtersRefusalsGetSentence(FiltersRefusals* r, uint32_t index);
 
-/** The entry that is refused, or that is in the way of a new stage or type of its group. */
+/** The entry that is refused, or that prevents a new stage or type of its group. */
 bool filtersRefusalsGetEntry(FiltersRefusals* r, uint32_t index, filtersEntryId_t* place);
-/** What is refused of the entry: at most one of these three. */
+/** The part of the entry that is refused: at most one of these three. */
 bool filtersRefusalsGetMatch(FiltersRefusals* r, uint32_t index, filtersMatch_t* place);
 bool filtersRefusalsGetAction(FiltersRefusals* r, uint32_t index, filtersAction_t* place);
-/** The number of a stage as filtersPolicerStageName takes it. */
+/** The number of a policer stage, as for filtersPolicerStageName. */
 bool filtersRefusalsGetPolicerStage(FiltersRefusals* r, uint32_t index, uint32_t* place);
-/** The stage and the type of the group, as they are or as they were asked for. */
+/** The group's stage and type, current or requested. */
 bool filtersRefusalsGetStage(FiltersRefusals* r, uint32_t index, filtersGroupStage_t* place);
 bool filtersRefusalsGetType(FiltersRefusals* r, uint32_t index, filtersGroupType_t* place);
 
 uint64_t filtersRefusalsGetAdmittedMatches(FiltersRefusals* r, uint32_t index);
 uint64_t filtersRefusalsGetAdmittedActions(FiltersRefusals* r, uint32_t index);
 uint64_t filtersRefusalsGetAdmittedPolicerStages(FiltersRefusals* r, uint32_t index);
-/** The stages that admit the type; of an unknown stage, those that there are. */
+/** The stages that admit the type; if the stage is unknown, all stages that exist. */
 uint64_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index);
-/** The types that the stage admits; of an unknown type, those that there are. */
+/** The types that the stage admits; if the type is unknown, all types that exist. */
 uint64_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index);
-/** The matches of the entry that exclude the one that is refused. */
+/** The matches of the entry that exclude the refused one. */
 uint64_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index);
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
 /**
- * The envelope in which the bytes of a serialized entry or group are handed around.
+ * The envelope for passing around the bytes of a serialized entry or group.
  */
 #ifndef FILTER_COMMON_FILTER_SERIALIZED_H
 #define FILTER_COMMON_FILTER_SERIALIZED_H
@@ -13,8 +13,8 @@
 namespace FiltersCommon {
 
 /**
- * An owned byte buffer that is filled once. The bytes are followed by one terminating zero, which
- * size() counts; the constructors of FiltersEntry and FiltersGroup rely on that.
+ * An owning byte buffer that is filled once. The bytes are followed by a terminating zero, which
+ * size() includes; the constructors of FiltersEntry and FiltersGroup rely on that.
  */
 class FiltersSerialized {
 public:
@@ -22,7 +22,7 @@ public:
     FiltersSerialized() = default;
     /** @see copyData */
     explicit FiltersSerialized(const std::string& s);
-    /** A copy owns bytes of its own; what is moved from is left empty. */
+    /** A copy owns its own bytes; a moved-from object is left empty. */
     FiltersSerialized(const FiltersSerialized& other);
     FiltersSerialized(FiltersSerialized&& other) noexcept;
     FiltersSerialized& operator=(const FiltersSerialized& other);
@@ -32,16 +32,16 @@ public:
     /** Number of bytes held, the terminating zero included; 0 when empty. */
     virtual std::uint32_t size() const { return size_; }
 
-    /** Fills an empty buffer. Filling one a second time fails an assertion, in every build. */
+    /** Fills an empty buffer. Filling it a second time fails an assertion, in every build. */
     virtual void setData(const std::string& s);
 
     /**
-     * Fills the buffer with @p s and a terminating zero, and frees what it held. Raises
-     * std::bad_alloc, and changes nothing, if there is no memory or the size takes over 32 bits.
+     * Fills the buffer with @p s and a terminating zero, and frees what it held. Throws
+     * std::bad_alloc and changes nothing if memory runs out or the size exceeds 32 bits.
      */
     void copyData(const std::string& s);
 
-    /** The bytes, valid until the buffer is filled again or dies; null when empty. */
+    /** The bytes, valid until the buffer is refilled or destroyed; null when empty. */
     const char* data() const { return data_.get(); }
 
 private:

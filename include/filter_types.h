@@ -1,13 +1,13 @@
 /**
- * The vocabulary of packet filters: identifiers, priorities, kind codes, result codes, reasons of
- * refusals, group stages and types, and the small types that single match and action classes use.
+ * The vocabulary of packet filters: identifiers, priorities, kind codes, result codes, reasons for
+ * refusals, group stages and types, and small types used by single match and action classes.
  *
- * Plain C11 and C++17. In C++ everything stands in the namespace FiltersCommon.
+ * Plain C11 and C++17. In C++ everything is in the namespace FiltersCommon.
  *
  * Every number below is stored on the wire, printed in text dumps and passed through the C
- * interface: none may ever be renumbered. A variable of an enumeration may hold any 32-bit value,
- * for codes that come from the wire are taken as they stand. Such a code may be negative in C++ and
- * positive in C: compare codes as unsigned numbers.
+ * interface: none may ever be renumbered. An enumeration variable may hold any 32-bit value, as
+ * codes from the wire are not checked. Such a code may be negative in C++ and positive in C:
+ * compare codes as unsigned numbers.
  */
 #ifndef FILTER_COMMON_FILTER_TYPES_H
 #define FILTER_COMMON_FILTER_TYPES_H
@@ -17,10 +17,10 @@
 #include <stdint.h>
 
 /*
- * What stands between the two lines on visibility of a public header is part of the shared
- * library's binary interface; everything else stays inside the library. The first mark is for what
- * stands there and stays inside all the same. The second is for function templates that the library
- * instantiates: GCC does not apply the lines to them.
+ * Declarations between the two visibility pragmas of a public header belong to the shared library's
+ * binary interface; everything else is internal. The first macro marks declarations between the
+ * pragmas that are internal all the same. The second is for function templates that the library
+ * instantiates: GCC does not apply the pragmas to them.
  */
 #define FILTERS_COMMON_INTERNAL __attribute__((visibility("hidden")))
 #define FILTERS_COMMON_PUBLIC __attribute__((visibility("default")))
@@ -39,7 +39,7 @@ namespace FiltersCommon {
 
 typedef uint16_t filtersEntryId_t;
 
-/** 32 bits wide, unlike the priority of a group: deliberate. */
+/** Deliberately 32 bits wide, unlike the priority of a group. */
 typedef uint32_t filtersEntryPriority_t;
 
 typedef uint16_t filtersGroupId_t;
@@ -116,7 +116,7 @@ typedef enum filtersErr_t FILTERS_COMMON_INT32 {
     FILTERS_OK = 0,
     /** The entry, match kind or action kind asked for is not present. */
     FILTERS_ERR_NOT_FOUND = -3,
-    /** The class, value or group type is not one that the library knows, or may not be combined. */
+    /** The class, value or group type is unknown to the library, or may not be combined. */
     FILTERS_ERR_INVALID = -4,
     /** A required argument is missing, or the object's state forbids the change. */
     FILTERS_ERR_BAD_PARAM = -5,
@@ -132,11 +132,11 @@ typedef enum filtersErr_t FILTERS_COMMON_INT32 {
     FILTERS_ERR_POLICER_STAGE = -10
 } filtersErr_t;
 
-/* ------------------------------------------------------------------------- reasons of refusals */
+/* ------------------------------------------------------------------------ reasons for refusals */
 
 /**
- * Why something is refused, more exactly than a result code says it; each reason has one code,
- * which stands behind it. On the wire and in text dumps there are no reasons.
+ * Why something is refused, in more detail than a result code; the code of each reason is given
+ * after it. Reasons do not appear on the wire or in text dumps.
  */
 typedef enum filtersRefusalReason_t FILTERS_COMMON_INT32 {
     /** There is no such group type. FILTERS_ERR_INVALID */
@@ -151,11 +151,11 @@ typedef enum filtersRefusalReason_t FILTERS_COMMON_INT32 {
     REFUSAL_POLICER_NOT_AT_STAGE = 4,
     /** The group's stage does not admit the group's type. FILTERS_ERR_TYPE_NOT_ALLOWED */
     REFUSAL_TYPE_NOT_AT_STAGE = 5,
-    /** The class is no match class that entries know. FILTERS_ERR_INVALID */
+    /** The class is not a match class that entries know. FILTERS_ERR_INVALID */
     REFUSAL_UNKNOWN_MATCH_CLASS = 6,
-    /** The class is no action class that entries know. FILTERS_ERR_INVALID */
+    /** The class is not an action class that entries know. FILTERS_ERR_INVALID */
     REFUSAL_UNKNOWN_ACTION_CLASS = 7,
-    /** IPv4 addresses would meet IPv6 addresses. FILTERS_ERR_INVALID */
+    /** IPv4 and IPv6 addresses would be combined. FILTERS_ERR_INVALID */
     REFUSAL_IPV4_WITH_IPV6 = 8,
     /** The object is not of the class that holds the values of its kind. FILTERS_ERR_INVALID */
     REFUSAL_MATCH_NOT_OF_ITS_KIND = 9,
@@ -181,7 +181,7 @@ typedef enum filtersGroupStage_t FILTERS_COMMON_INT32 {
 
 /** Which match kinds the entries of a group may use. */
 typedef enum filtersGroupType_t FILTERS_COMMON_INT32 {
-    GROUP_TYPE_0 = 0, /**< admits no match at all */
+    GROUP_TYPE_0 = 0, /**< admits no matches */
     GROUP_TYPE_1 = 1,
     GROUP_TYPE_2 = 2,
     GROUP_TYPE_3 = 3,
@@ -202,7 +202,7 @@ typedef enum counter_type_t FILTERS_COMMON_INT32 {
     COUNTER_TYPE_OCTETS = 2
 } counter_type_t;
 
-/* ------------------------------------------------ small types of single match or action classes */
+/* ----------------------------------------- small types used by single match and action classes */
 
 /** VLAN tag protocol identifier, host byte order. */
 typedef uint16_t tpid_t;
@@ -214,8 +214,9 @@ typedef uint16_t l4port_t;
 typedef enum port_type_t FILTERS_COMMON_INT32 { PORT_TYPE_CPU = 0 } port_type_t;
 
 /*
- * The next four are numbers of the switching hardware's own. They are stored, compared, transmitted
- * and printed as 32-bit numbers and never interpreted here; the enumerators only name the zero.
+ * The values of the next four types are defined by the switching hardware. They are stored,
+ * compared, transmitted and printed as 32-bit numbers and never interpreted here; the only
+ * enumerator of each names its zero.
  */
 
 /** Kind of layer-2 source entry. */
