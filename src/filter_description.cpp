@@ -7,7 +7,6 @@
 #include "wire/filter_counter_rows.h"
 #include "wire/filter_matches_rows.h"
 
-#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -17,44 +16,35 @@ namespace {
 
 // ----------------------------------------------------------------------------------------- values
 
-template <class T>
-FiltersValue valueOf(T value)
-{
-    if constexpr (std::is_same_v<T, bool>)
-        return {value};
-    else
-        return {std::int64_t{number(value)}};
-}
-
 /** The name of an enumerator, or the number of one without a name. */
+FiltersValue nameOrNumber(const char* name, std::int64_t number)
+{
+    if (name == nullptr)
+        return {number};
+    return {std::string(name)};
+}
+
+FiltersValue valueOf(bool value) { return {value}; }
+FiltersValue valueOf(unsigned short value) { return {std::int64_t{value}}; }
+
+FiltersValue valueOf(port_type_t value) { return nameOrNumber(findValueName(value), value); }
+FiltersValue valueOf(cp2cpuCancelParam_t value)
+{
+    return nameOrNumber(findValueName(value), value);
+}
+FiltersValue valueOf(counter_type_t value) { return nameOrNumber(findValueName(value), value); }
+
 template <class T>
-FiltersValue nameOrNumber(T value)
+FiltersValue textValueOf(const T& value)
 {
-    if (const char* name = findValueName(value))
-        return {std::string(name)};
-    return {std::int64_t{number(value)}};
+    TextRoom room;
+    const char* text = textOf(value, room);
+    return {std::string(text == nullptr ? "" : text)};
 }
-FiltersValue valueOf(port_type_t value) { return nameOrNumber(value); }
-FiltersValue valueOf(cp2cpuCancelParam_t value) { return nameOrNumber(value); }
-FiltersValue valueOf(counter_type_t value) { return nameOrNumber(value); }
-
-template <class Address>
-FiltersValue textOf(const Address& address)
-{
-    std::ostringstream text;
-    writeAddress(text, address);
-    return {text.str()};
-}
-FiltersValue valueOf(const ether_addr& value) { return textOf(value); }
-FiltersValue valueOf(const in_addr& value) { return textOf(value); }
-FiltersValue valueOf(const in6_addr& value) { return textOf(value); }
-
-FiltersValue valueOf(limid_t value)
-{
-    std::ostringstream name;
-    writeIntfName(name, value);
-    return {name.str()};
-}
+FiltersValue valueOf(const ether_addr& value) { return textValueOf(value); }
+FiltersValue valueOf(const in_addr& value) { return textValueOf(value); }
+FiltersValue valueOf(const in6_addr& value) { return textValueOf(value); }
+FiltersValue valueOf(limid_t value) { return textValueOf(value); }
 
 template <class Container>
 FiltersValue listOf(const Container& values)
@@ -69,53 +59,85 @@ FiltersValue valueOf(const std::list<port_type_t>& values) { return listOf(value
 FiltersValue valueOf(const std::set<unsigned short>& values) { return listOf(values); }
 
 /** "      VLAN IDs: [ " is the label "VLAN IDs". */
-std::string labelOf(std::string_view label)
+std::string_view nameIn(std::string_view label)
 {
     label.remove_prefix(label.find_first_not_of(' '));
-    return std::string(label.substr(0, label.find(':')));
+    return label.substr(0, label.find(':'));
 }
+
+/** Whether a member of this type is a number without names or parts. */
+template <class T>
+inline constexpr bool isNumber =
+    (std::is_integral_v<T> && !std::is_same_v<T, bool>) || std::is_same_v<T, vlan_info_t> ||
+    std::is_same_v<T, l2SrcEntryType_t> || std::is_same_v<T, en_Resolution> ||
+    std::is_same_v<T, en_StpState> || std::is_same_v<T, en_ForwardingType>;
+
+/** Takes fields by labels of dumps. */
+class Fields {
+public:
+    template <class T>
+    void operator()(const char* label, const T& value)
+    {
+        if constexpr (isNumber<T>)
+            addNumber(label, number(value));
+        else
+            addOther(label, value);
+    }
+
+    // Not inline: that would repeat all of it for the rows of each kind.
+
+    [[gnu::noinline]] void addNumber(const char* label, std::int64_t number)
+    {
+        add(label, {number});
+    }
+
+    template <class T>
+    [[gnu::noinline]] void addOther(const char* label, const T& value)
+    {
+        add(label, valueOf(value));
+    }
+
+    [[gnu::noinline]] void add(std::string_view label, FiltersValue&& value)
+    {
+        FiltersField& field = fields_.emplace_back();
+        field.label = nameIn(label);
+        field.value = std::move(value);
+    }
+
+    FiltersDescription take() { return std::move(fields_); }
+
+private:
+    FiltersDescription fields_;
+};
 
 // ---------------------------------------------------------------------------------------- objects
-
-template <class Rows, class T>
-FiltersDescription describeBy(const Rows& rows, const T& object)
-{
-    FiltersDescription fields;
-    rows.describe(object, [&](const char* label, const auto& value) {
-        fields.push_back({labelOf(label), valueOf(value)});
-    });
-    return fields;
-}
 
 template <class Kinds, class Table, class Base>
 FiltersDescription describeByKind(const Base& object)
 {
-    return Kinds::dispatch(object.getType(), FiltersDescription(), [&](auto kind) {
+    Fields fields;
+    Kinds::dispatch(object.getType(), nullptr, [&](auto kind) {
         using Class = ClassOf<decltype(kind)>;
         if constexpr (!hasNoValues<Class>)
             if (const auto* values = as<ValuesOf<Class>, Class>(object))
-                return describeBy(Table::of(values), *values);
-        return FiltersDescription();
+                Table::of(values).describe(*values, fields);
+        return nullptr;
     });
-}
-
-template <class Code, std::size_t N>
-FiltersValue wordOrNumber(const char* const (&words)[N], Code code)
-{
-    if (const char* word = findWord(words, code))
-        return {std::string(word)};
-    return {std::int64_t{code}};
+    return fields.take();
 }
 
 FiltersValue describe(const policer::Action& action)
 {
-    FiltersDescription fields = {{"Color", wordOrNumber(POLICER_COLORS, action.GetColor())},
-                                 {"Action", wordOrNumber(POLICER_ACTIONS, action.GetType())}};
+    Fields fields;
+    fields.add("Color",
+               nameOrNumber(findWord(POLICER_COLORS, action.GetColor()), action.GetColor()));
+    fields.add("Action",
+               nameOrNumber(findWord(POLICER_ACTIONS, action.GetType()), action.GetType()));
     if (action.GetType() == policer::Action::SET_PCP)
-        fields.push_back({"PCP", {std::int64_t{action.GetPcp()}}});
+        fields("PCP", action.GetPcp());
     else if (action.GetType() == policer::Action::SET_DSCP)
-        fields.push_back({"DSCP", {std::int64_t{action.GetDscp()}}});
-    return {std::move(fields)};
+        fields("DSCP", action.GetDscp());
+    return {fields.take()};
 }
 
 } // namespace
@@ -132,31 +154,32 @@ FiltersDescription describe(const Action& action)
 
 FiltersDescription describe(const Counter& counter)
 {
-    return describeBy(CounterRows::of(&counter), counter);
+    Fields fields;
+    CounterRows::of(&counter).describe(counter, fields);
+    return fields.take();
 }
 
 FiltersDescription describe(const policer::Policer& policer)
 {
-    FiltersDescription fields;
-    if (policer.GetId() == policer::Policer::INVALID_ID)
-        fields.push_back({"Policer Id", {std::string("Invalid")}});
-    else
-        fields.push_back({"Policer Id", {std::int64_t{policer.GetId()}}});
-    fields.push_back({"Stage", wordOrNumber(POLICER_STAGES, policer.GetStage())});
+    Fields fields;
+    const std::uint32_t id = policer.GetId();
+    fields.add("Policer Id",
+               nameOrNumber(id == policer::Policer::INVALID_ID ? "Invalid" : nullptr, id));
+    fields.add("Stage",
+               nameOrNumber(findWord(POLICER_STAGES, policer.GetStage()), policer.GetStage()));
 
     const policer::Mode& mode = policer.GetMode();
     const PolicerMode* row = findPolicerMode(mode.GetType());
-    fields.push_back({"Mode", row == nullptr ? FiltersValue{std::int64_t{mode.GetType()}}
-                                             : FiltersValue{std::string(row->name)}});
+    fields.add("Mode", nameOrNumber(row == nullptr ? nullptr : row->name, mode.GetType()));
     for (const PolicerRate& rate : POLICER_RATES)
         if (rate.get(mode) != 0 || (row != nullptr && row->uses(rate)))
-            fields.push_back({rate.name, {std::int64_t{rate.get(mode)}}});
+            fields(rate.name, rate.get(mode));
 
     std::vector<FiltersValue> actions;
     for (const policer::Action& action : policer.GetActions())
         actions.push_back(describe(action));
-    fields.push_back({"Actions", {std::move(actions)}});
-    return fields;
+    fields.add("Actions", {std::move(actions)});
+    return fields.take();
 }
 
 } // namespace FiltersCommon

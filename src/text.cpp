@@ -3,6 +3,8 @@
 #include <arpa/inet.h>
 #include <netinet/ether.h>
 
+#include <cstring>
+
 namespace FiltersCommon {
 
 const char* findValueName(port_type_t type) { return type == PORT_TYPE_CPU ? "CPU_PORT" : nullptr; }
@@ -31,42 +33,35 @@ const char* findValueName(counter_type_t type)
     return nullptr;
 }
 
-namespace {
+const char* textOf(const ether_addr& address, TextRoom& room)
+{
+    std::strcpy(room.data(), "00:00:00:00:00:00");
+    return ether_ntoa_r(&address, room.data());
+}
 
-/** Writes @p text, or sets failbit where a conversion yielded none. */
-void writeConverted(std::ostream& out, const char* text)
+const char* textOf(const in_addr& address, TextRoom& room)
+{
+    return inet_ntop(AF_INET, &address, room.data(), INET_ADDRSTRLEN);
+}
+
+const char* textOf(const in6_addr& address, TextRoom& room)
+{
+    return inet_ntop(AF_INET6, &address, room.data(), INET6_ADDRSTRLEN);
+}
+
+const char* textOf(limid_t limId, TextRoom& room)
+{
+    room.front() = '\0';
+    limid_to_intfname(limId, room.data(), room.size());
+    return room.data();
+}
+
+void writeText(std::ostream& out, const char* text)
 {
     if (text == nullptr)
         out.setstate(std::ios_base::failbit);
     else
         out << text;
-}
-
-} // namespace
-
-void writeAddress(std::ostream& out, const ether_addr& address)
-{
-    char text[] = "00:00:00:00:00:00";
-    writeConverted(out, ether_ntoa_r(&address, text));
-}
-
-void writeAddress(std::ostream& out, const in_addr& address)
-{
-    char text[INET_ADDRSTRLEN];
-    writeConverted(out, inet_ntop(AF_INET, &address, text, sizeof text));
-}
-
-void writeAddress(std::ostream& out, const in6_addr& address)
-{
-    char text[INET6_ADDRSTRLEN];
-    writeConverted(out, inet_ntop(AF_INET6, &address, text, sizeof text));
-}
-
-void writeIntfName(std::ostream& out, limid_t limId)
-{
-    char name[100] = "";
-    limid_to_intfname(limId, name, sizeof name);
-    out << name;
 }
 
 void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& ports)
@@ -75,7 +70,7 @@ void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& 
     out << label;
     for (const limid_t& port : ports) {
         out << "\"";
-        writeIntfName(out, port);
+        writeTextOf(out, port);
         out << "\" ";
     }
     out << std::endl;

@@ -11,6 +11,7 @@
 #include "filter_actions.h"
 #include "filter_matches.h"
 
+#include <array>
 #include <list>
 #include <ostream>
 #include <set>
@@ -65,13 +66,25 @@ const char* findValueName(port_type_t type);
 const char* findValueName(cp2cpuCancelParam_t type);
 const char* findValueName(counter_type_t type);
 
-/** Writes the address as the C library does, or sets failbit if that yields no text. */
-void writeAddress(std::ostream& out, const ether_addr& address);
-void writeAddress(std::ostream& out, const in_addr& address);
-void writeAddress(std::ostream& out, const in6_addr& address);
+/** Room for the text of an address or for the name of an interface. */
+using TextRoom = std::array<char, 100>;
 
-/** Writes the name of the interface. */
-void writeIntfName(std::ostream& out, limid_t limId);
+/** The address as the C library writes it, in @p room; null if that yields no text. */
+const char* textOf(const ether_addr& address, TextRoom& room);
+const char* textOf(const in_addr& address, TextRoom& room);
+const char* textOf(const in6_addr& address, TextRoom& room);
+/** The name of the interface; never null. */
+const char* textOf(limid_t limId, TextRoom& room);
+
+/** Writes @p text, or sets failbit if it is null. */
+void writeText(std::ostream& out, const char* text);
+
+template <class T>
+void writeTextOf(std::ostream& out, const T& value)
+{
+    TextRoom room;
+    writeText(out, textOf(value, room));
+}
 
 /** Writes the line with the number of ports, and the line with their names. */
 void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& ports);
@@ -157,7 +170,7 @@ inline constexpr struct AddressLine : Formatter {
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
     {
         out << label;
-        writeAddress(out, value);
+        writeTextOf(out, value);
         out << std::endl;
     }
 } ADDRESS_LINE;
@@ -167,7 +180,7 @@ inline constexpr struct UnflushedAddressLine : Formatter {
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
     {
         out << label;
-        writeAddress(out, value);
+        writeTextOf(out, value);
         out << "\n";
     }
 } UNFLUSHED_ADDRESS_LINE;
@@ -177,7 +190,7 @@ inline constexpr struct InterfaceLine : Formatter {
     void operator()(std::ostream& out, const char* label, limid_t value, const T&) const
     {
         out << label;
-        writeIntfName(out, value);
+        writeTextOf(out, value);
         out << std::endl;
     }
 } INTERFACE_LINE;
@@ -253,7 +266,7 @@ inline constexpr struct PortsWithoutLabel : Formatter {
     {
         for (const limid_t& port : ports) {
             out << "      \"";
-            writeIntfName(out, port);
+            writeTextOf(out, port);
             out << "\" ";
         }
         out << std::endl;
