@@ -1,9 +1,9 @@
 /**
- * Writing the bytes of a message without a message, and reading them back.
+ * Writing the bytes of a message without building the message, and reading them back.
  *
- * The writer writes exactly the bytes that the runtime would write: each field that is set, in
- * ascending order of the field numbers, lengths and numbers in the shortest form. The reader
- * understands these bytes and nothing else; whatever differs is left to the runtime's own parser.
+ * The writer produces exactly the bytes that the runtime would write: each field that is set, in
+ * ascending order of field number, with lengths and numbers in their shortest form. The reader
+ * understands such bytes and nothing else; anything different is left to the runtime's own parser.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_BYTE_IO_H
 #define FILTER_COMMON_SRC_WIRE_BYTE_IO_H
@@ -24,11 +24,11 @@ namespace FiltersCommon {
 /** How the value of a field is written. */
 enum WireType : std::uint32_t { VARINT = 0, LENGTH_DELIMITED = 2 };
 
-/** What a field begins with: its number and its wire type. */
+/** The start of a field: its number and its wire type. */
 template <class Field, WireType type>
 struct Tag {
     static constexpr std::uint32_t VALUE = Field::NUMBER << 3 | type;
-    static_assert(VALUE < 1 << 14, "one byte or two");
+    static_assert(VALUE < 1 << 14, "a tag must fit into two bytes");
 
     static constexpr std::size_t SIZE = VALUE < 0x80 ? 1 : 2;
     static constexpr std::array<char, 2> BYTES = {
@@ -41,13 +41,13 @@ using NumberTag = Tag<Field, VARINT>;
 template <class Field>
 using LengthTag = Tag<Field, LENGTH_DELIMITED>;
 
-/** A number takes at most so many bytes. */
+/** The most bytes that a number takes. */
 constexpr std::size_t MAX_VARINT = 10;
 
 /** The most bytes that the runtime reads or writes as one message. */
 constexpr std::size_t MAX_MESSAGE = std::numeric_limits<int>::max();
 
-/** The number as the 64 bits that are written: a negative number keeps its sign. */
+/** The 64 bits that are written for the number: a negative number keeps its sign. */
 template <class Field>
 constexpr std::uint64_t widened(std::uint32_t number)
 {
@@ -61,7 +61,7 @@ constexpr std::uint64_t widened(std::uint32_t number)
 
 class ByteWriter {
 public:
-    /** Appends to @p out, in which nothing counts before finish(). */
+    /** Appends to @p out, whose contents are meaningful only after finish(). */
     explicit ByteWriter(std::string* out) : out_(out) {}
     ByteWriter(const ByteWriter&) = delete;
     ByteWriter& operator=(const ByteWriter&) = delete;
@@ -90,7 +90,7 @@ public:
         number(field, value);
     }
 
-    /** What is written here is fresh. */
+    /** Does nothing: there are no previous contents. */
     template <class Field>
     void clear(Field)
     {}
@@ -100,7 +100,7 @@ public:
     {
         reserve(LengthTag<Field>::SIZE + MAX_VARINT);
         putTag<LengthTag<Field>>();
-        ++end_; // of the length, which is one byte but for long parts
+        ++end_; // leaves room for the length: one byte, unless the part is long
         const std::size_t start = size();
         ++depth_;
         fill(*this);
@@ -117,7 +117,7 @@ public:
             message(field, [&](ByteWriter& element) { fill(element, object); });
     }
 
-    /** @return false if the bytes are more than one message may have */
+    /** @return false if there are more bytes than one message may have */
     bool finish()
     {
         flush();
@@ -175,7 +175,7 @@ private:
         end_ += length;
     }
 
-    /** Hands over what is complete: all of it, as no part is open. */
+    /** Passes on everything written so far, all of which is complete, as no part is open. */
     void flush()
     {
         out_->append(begin_, size());
@@ -194,8 +194,8 @@ private:
 // ---------------------------------------------------------------------------------------- reading
 
 /**
- * Reads the fields in the order in which they are asked for. Once something else stands there, the
- * reader has not understood the bytes, and what it returns means nothing.
+ * Reads the fields in the order in which they are requested. If anything else comes next, the
+ * reader has not understood the bytes, and what it returns is meaningless.
  */
 class ByteReader {
 public:
@@ -214,7 +214,7 @@ public:
         return number;
     }
 
-    /** Valid as long as the bytes. */
+    /** The result is valid as long as the bytes are. */
     template <class Field>
     std::string_view bytes(Field)
     {
@@ -248,8 +248,8 @@ public:
 
     static constexpr bool MAY_GIVE_UP = true;
     /**
-     * Whether the bytes were understood to their end, or to a zero like the one that ends the bytes
-     * of an envelope, at which the runtime's parser stops too.
+     * Whether the bytes were understood up to their end, or up to a zero such as the one that ends
+     * the bytes of an envelope, where the runtime's parser stops too.
      */
     bool understood() const { return understood_ && (next_ == end_ || *next_ == 0); }
 

@@ -23,7 +23,7 @@ bool sameBytes(const T& a, const T& b)
     return std::memcmp(&a, &b, sizeof(T)) == 0;
 }
 
-/** The same interfaces in the same order. */
+/** Whether both lists hold the same interfaces in the same order. */
 inline bool sameBytes(const std::list<limid_t>& a, const std::list<limid_t>& b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
@@ -38,18 +38,18 @@ T allOnes()
     return value;
 }
 
-/** The value from a byte field: a short field is filled up with zeros, a long one is cut. */
+/** The value of a byte field: a short field is padded with zeros, a long one is truncated. */
 template <class T>
 T fromBytes(std::string_view bytes)
 {
     static_assert(std::is_trivially_copyable_v<T>);
     T value{};
-    if (!bytes.empty()) // no bytes may stand nowhere
+    if (!bytes.empty()) // an empty view may have null data
         std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
     return value;
 }
 
-/** The four octets as one number, the first octet most significant. */
+/** The four octets as one number; the first octet is the most significant. */
 constexpr std::uint32_t packLimId(const limid_t& limId)
 {
     return std::uint32_t{limId.octet[0]} << 24 | std::uint32_t{limId.octet[1]} << 16 |

@@ -8,8 +8,8 @@
 namespace FiltersCommon {
 
 /**
- * The parameters of each class, their fields in an ActionPB, and how people read them. Two fields
- * serve two kinds each, deliberately: the type tells the kinds apart.
+ * The parameters of each class, their fields in an ActionPB, and how they are shown to people. Two
+ * fields are deliberately used by two kinds each: the type tells the kinds apart.
  */
 struct ActionRows {
     // clang-format off
@@ -42,7 +42,7 @@ struct ActionRows {
     static constexpr auto of(const ActionMapToCpuCosQueue*) { return rows(
         at<action_fields::cosq_, &ActionMapToCpuCosQueue::cpuCosQueue_>(
             "      CPU CoS Queue: ", LINE, Notation::NUMBER)); }
-    static constexpr auto of(const ActionRedirect*) { return rows( // replaced, deliberately
+    static constexpr auto of(const ActionRedirect*) { return rows( // deliberately replaced
         at<action_fields::ports_, &ActionRedirect::ports_>(
             "      LIMIDs: ", PORTS_WITHOUT_LABEL, Notation::PORTS)); }
     static constexpr auto of(const ActionReplaceDstMac*) { return rows(

@@ -17,7 +17,7 @@
 
 namespace FiltersCommon {
 
-/** For readers of whom nobody asks what they leave out. */
+/** Ignores reports of what a reader leaves out. */
 struct InSilence {
     template <class... Anything>
     void operator()(const Anything&...) const
@@ -25,8 +25,7 @@ struct InSilence {
 };
 
 /**
- * An entry as a writer writes it and a reader reads it. The writers and readers are those of
- * message_io.h and byte_io.h.
+ * Writes and reads entries, with the writers and readers of message_io.h and byte_io.h.
  */
 struct EntryWire {
     template <class Writer>
@@ -48,11 +47,11 @@ struct EntryWire {
     }
 
     /**
-     * Reads all but the policer into @p fresh, an empty entry whose matches are to join those of
-     * @p held. Matches that IPv4 and IPv6 exclude and unknown kinds are left out: @p leaveOut is
-     * given the identifier, the kind, the reason, and the matches that were read before.
-     * @return the bytes of the policer, valid as long as what is read. A policer is made of them
-     * only once it is known that the reader understood everything: the library of the policers may
+     * Reads all but the policer into @p fresh, an empty entry whose matches are to be added to
+     * @p held. Unknown kinds and matches that would combine IPv4 and IPv6 are left out and reported
+     * to @p leaveOut with the identifier, the kind, the reason, and the matches read so far.
+     * @return the bytes of the policer, valid as long as the input. The policer is built from them
+     * only once the reader is known to have understood everything, as the policer library may
      * refuse or report bytes.
      */
     template <class Reader, class LeaveOut>
@@ -79,15 +78,15 @@ struct EntryWire {
         return policer;
     }
 
-    /** For an entry of which the bytes were understood. */
+    /** For an entry whose bytes were understood. */
     static void setPolicer(FiltersEntry& entry, std::string_view bytes)
     {
         entry.policer_ = policerOf(bytes);
     }
 
     /**
-     * Adds what @p reader reads to the entry, and leaves out what readAllButPolicer does.
-     * @return false, and nothing is changed, if the reader did not understand the bytes
+     * Adds what @p reader reads to the entry, leaving out what readAllButPolicer leaves out.
+     * @return false, changing nothing, if the reader did not understand the bytes
      */
     template <class Reader, class LeaveOut = InSilence>
     static bool read(Reader& reader, FiltersEntry& entry, LeaveOut leaveOut = LeaveOut())
@@ -118,7 +117,7 @@ private:
             return ActionRows::of(static_cast<const T*>(nullptr));
     }
 
-    /** An entry holds no object that lies about its kind. */
+    /** The casts are safe: every object in an entry is of its kind's class. */
     template <class Kinds, class TypeField, class Writer, class Base>
     static void writeByKind(Writer& writer, const Base& object)
     {

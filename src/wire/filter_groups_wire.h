@@ -13,7 +13,7 @@
 
 namespace FiltersCommon {
 
-/** A group as a writer writes it and a reader reads it, like EntryWire. */
+/** Writes and reads groups, like EntryWire for entries. */
 struct GroupWire {
     template <class Writer>
     static void write(Writer& writer, const FiltersGroup& group)
@@ -26,17 +26,17 @@ struct GroupWire {
 
     /**
      * Adds what @p reader reads to the group. Entries that the new stage and type do not admit are
-     * left out: @p leaveOut is given the place of the entry in the bytes, counted from 0, and the
-     * entry, the stage and the type. For what EntryWire leaves out of an entry it is given the
-     * place too, perhaps before other entries.
-     * @return false, and nothing is changed, if the reader did not understand the bytes
+     * left out and reported to @p leaveOut with their place in the bytes, counted from 0, the entry
+     * itself, the stage and the type. What EntryWire leaves out of an entry is reported with the
+     * entry's place too, possibly before earlier entries are reported.
+     * @return false, changing nothing, if the reader did not understand the bytes
      */
     template <class Reader, class LeaveOut = InSilence>
     static bool read(Reader& reader, FiltersGroup& group, LeaveOut leaveOut = LeaveOut())
     {
         FiltersGroup fresh(0);
         GroupRows::of(&fresh).read(reader, fresh);
-        std::vector<ReadEntry> waiting; // until it is known that all was understood
+        std::vector<ReadEntry> waiting; // until everything is known to be understood
         std::size_t place = 0;
         reader.elements(group_fields::entries_(), [&](auto& element) {
             ReadEntry entry = readEntry(element, place, leaveOut);
@@ -59,7 +59,7 @@ struct GroupWire {
     }
 
 private:
-    /** An entry in the node that the group takes over, without its policer. */
+    /** An entry, still without its policer, in the map node that will be moved into the group. */
     struct ReadEntry {
         FiltersGroup::EntryMap::node_type node;
         std::string_view policer;

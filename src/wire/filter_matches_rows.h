@@ -7,7 +7,7 @@
 
 namespace FiltersCommon {
 
-/** The members of each class, their fields in a MatchPB, and how people read them. */
+/** The members of each class, their fields in a MatchPB, and how they are shown to people. */
 struct MatchRows {
     // clang-format off
     static constexpr auto of(const Match*) { return rows(); }
@@ -21,7 +21,7 @@ struct MatchRows {
         ports(),
         appended<match_fields::excluded_port_types_, &MatchPorts::excludedPortTypes_>(
             "      Excluded Port Types: ", EXCLUDED_PORT_TYPES, Notation::EXCEPTED_TYPES)); }
-    // Deliberately neither reads nor writes port types. It is dumped as a MatchPorts.
+    // Deliberately neither reads nor writes excluded port types. Dumped as a MatchPorts.
     static constexpr auto of(const MatchEgressPorts*) { return rows(ports()); }
     static constexpr auto of(const MatchLimId*) { return rows(
         at<match_fields::limid_, &MatchLimId::limId_>(
@@ -57,7 +57,7 @@ struct MatchRows {
         at<match_fields::l2_src_, &MatchL2SrcEntryType::srcType_>(
             "      L2 Src Entry Type: ", LINE, Notation::NUMBER)); }
     static constexpr auto of(const MatchPcp*) { return rows(
-        at<match_fields::pcp_, &MatchPcp::pcp_>( // all eight bits are read, deliberately
+        at<match_fields::pcp_, &MatchPcp::pcp_>( // deliberately reads all eight bits
             "      PCP: ", LINE, Notation::NUMBER)); }
     static constexpr auto of(const MatchInternalPcp*) { return rows(
         at<match_fields::pcp_, &MatchInternalPcp::pcp_>(
@@ -74,7 +74,7 @@ struct MatchRows {
     static constexpr auto of(const MatchToS*) { return rows(
         at<match_fields::tos_, &MatchToS::tos_>(
             "      ToS: ", LINE, Notation::NUMBER)); }
-    // Only a dump by its own class shows it: everywhere else it is a MatchToS.
+    // Used only for dumps by its own class: everywhere else it is a MatchToS.
     static constexpr auto of(const MatchDSCP*) { return rows(
         shown<&MatchDSCP::getDSCP>("      DSCP: ", LINE)); }
     static constexpr auto of(const MatchIngressStpState*) { return rows(

@@ -1,6 +1,6 @@
 /**
- * The fields of the messages as types. Each knows its number and the accessors that the generated
- * class has for it, so that whoever reads or writes a field, through a message or straight from
+ * The fields of the messages as types. Each type knows the field's number and its accessors in the
+ * generated class, so that code that reads or writes a field, through a message or directly as
  * bytes, only has to name it.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_MESSAGE_FIELDS_H
@@ -14,7 +14,7 @@
 
 namespace FiltersCommon {
 
-// What a field has no accessor for is never instantiated.
+// Functions for accessors that a field does not have are never instantiated.
 #define FILTERS_COMMON_DEFINE_FIELD(Message, name, number)                                         \
     struct name {                                                                                  \
         static constexpr std::uint32_t NUMBER = Message::number;                                   \

@@ -42,7 +42,7 @@ public:
         Field::change(message_)->Clear();
     }
 
-    /** Has @p fill write the message in the field. */
+    /** Calls @p fill to write the message in the field. */
     template <class Field, class Fill>
     void message(Field, Fill fill)
     {
@@ -50,12 +50,12 @@ public:
         fill(part);
     }
 
-    /** Appends an element to the field for each of @p objects, and has @p fill write it. */
+    /** Appends an element to the field for each of @p objects, and calls @p fill to write it. */
     template <class Field, class Container, class Fill>
     void elements(Field, const Container& objects, Fill fill)
     {
         auto* field = Field::change(message_);
-        // Room is made first: a message that cannot grow drops what it was about to append.
+        // Reserve first: a field that cannot grow loses the element it was about to append.
         field->Reserve(field->size() + static_cast<int>(objects.size()));
         for (const auto& object : objects) {
             MessageWriter<typename Field::Type::value_type> element(field->Add());
@@ -67,7 +67,7 @@ private:
     Message* message_;
 };
 
-/** Reads what stands in a message; an absent field reads as 0 or empty. */
+/** Reads from a message; an absent field reads as 0 or empty. */
 template <class Message>
 class MessageReader {
 public:
@@ -79,7 +79,7 @@ public:
         return static_cast<std::uint32_t>(Field::get(message_));
     }
 
-    /** Valid as long as the message. */
+    /** The result is valid as long as the message is. */
     template <class Field>
     std::string_view bytes(Field)
     {
@@ -94,7 +94,7 @@ public:
             use(number);
     }
 
-    /** Has @p use read the message in the field. */
+    /** Calls @p use to read the message in the field. */
     template <class Field, class Use>
     void message(Field, Use use)
     {
@@ -102,7 +102,7 @@ public:
         use(part);
     }
 
-    /** Has @p use read each element of a repeated field. */
+    /** Calls @p use to read each element of a repeated field. */
     template <class Field, class Use>
     void elements(Field, Use use)
     {
@@ -112,7 +112,7 @@ public:
         }
     }
 
-    /** A message is understood as it is. */
+    /** A message is already parsed, so it is always understood. */
     static constexpr bool MAY_GIVE_UP = false;
     bool understood() const { return true; }
 

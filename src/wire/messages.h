@@ -1,5 +1,6 @@
 /**
- * Whole messages as bytes, written and read in the shortest way that gives the runtime's result.
+ * Whole messages as bytes, written and read in the shortest way that gives the same result as the
+ * runtime.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_MESSAGES_H
 #define FILTER_COMMON_SRC_WIRE_MESSAGES_H
@@ -16,8 +17,8 @@
 namespace FiltersCommon {
 
 /**
- * Replaces the contents of @p out by what @p write writes; by nothing if that is more than one
- * message may have, as the runtime does.
+ * Replaces the contents of @p out with what @p write writes, or, like the runtime, with nothing if
+ * that is more than one message may have.
  */
 template <class Write>
 void serializeMessage(std::string* out, Write write)
@@ -30,7 +31,7 @@ void serializeMessage(std::string* out, Write write)
     out->swap(bytes);
 }
 
-/** Hands the bytes of an entry or group to the envelope. */
+/** Passes the bytes of an entry or group to the envelope. */
 template <class Object>
 void serializeInto(FiltersSerialized* out, const Object& object)
 {
@@ -40,11 +41,12 @@ void serializeInto(FiltersSerialized* out, const Object& object)
 }
 
 /**
- * Has @p read read the bytes. Where it does not understand them, because they are not as the
- * library writes them, it reads the message that the runtime's parser makes of them. Whether they
- * parsed to their end, and whether all required fields were there, is deliberately not asked: what
- * was read counts. The parser is not let ask either, for it would write to the log, which can crash
- * it when memory is short. More bytes than one message may have read as no bytes.
+ * Calls @p read to read the bytes. If it does not understand them, because they are not in the form
+ * that the library writes, it is called again with the message that the runtime's parser makes of
+ * them. Whether parsing reached the end and all required fields were present is deliberately not
+ * checked: whatever was read counts. The parser does not check for required fields either, as it
+ * would write to the log, which can crash if memory is short. More bytes than one message may have
+ * are read as none.
  */
 template <class Message, class Read>
 void readMessage(std::string_view bytes, Read read)

@@ -1,11 +1,11 @@
 /**
- * Rows: all that is known of a member of a class, in one place.
+ * Rows: everything there is to know about a member of a class, in one place.
  *
- * Messages and bytes are written and read by the field of a row. There are two pairs of writers and
- * readers with the same interface: MessageWriter and MessageReader for the generated messages,
- * ByteWriter and ByteReader for bytes as the library itself writes them. All take the fields in
- * ascending order of number. Dumps go by the label and the formatter of a row, descriptions by its
- * label, and rule text by its notation.
+ * Messages and bytes are written and read according to the field of a row. There are two pairs of
+ * writers and readers with the same interface: MessageWriter and MessageReader for the generated
+ * messages, ByteWriter and ByteReader for bytes as the library itself writes them. All expect the
+ * fields in ascending order of number. Dumps use the label and the formatter of a row, descriptions
+ * its label, and rule text its notation.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_ROWS_H
@@ -38,7 +38,7 @@ constexpr std::uint32_t toNumber(T value)
 constexpr std::uint32_t toNumber(limid_t value) { return packLimId(value); }
 constexpr std::uint32_t toNumber(vlan_info_t value) { return toNumber(value.svcVlanType); }
 
-/** The value that a number stands for, cut to the width of T. */
+/** The value that a number represents, truncated to the width of T. */
 template <class T>
 constexpr T fromNumber(std::uint32_t number)
 {
@@ -50,7 +50,7 @@ constexpr T fromNumber(std::uint32_t number)
         return static_cast<T>(number);
 }
 
-// -------------------------------------------------------------------------- members of every type
+// -------------------------------------------------------------------------------- types of member
 
 /** A member that is one number. */
 template <class T>
@@ -112,7 +112,7 @@ struct NumbersFieldValue {
 template <class T>
 struct FieldValue<std::list<T>> : NumbersFieldValue<std::list<T>> {};
 
-/** A set is the whole of its field: what a message held there before is dropped. */
+/** A set is the entire contents of its field: what the message held there before is dropped. */
 template <class T>
 struct FieldValue<std::set<T>> : NumbersFieldValue<std::set<T>> {
     template <class Field, class Writer>
@@ -127,7 +127,7 @@ struct FieldValue<std::set<T>> : NumbersFieldValue<std::set<T>> {
 
 /** How rule text writes a member. */
 enum class Notation {
-    NONE,             ///< not at all: the value follows from that of another row
+    NONE,             ///< not written: the value follows from that of another row
     NUMBER,           ///< 7
     TPID,             ///< 0x8100
     TRUTH,            ///< true
@@ -135,7 +135,7 @@ enum class Notation {
     PORTS,            ///< 01020304,01020305
     EXCEPTED_TYPES,   ///< except:0,except:1
     VLAN_IDS,         ///< 10,20-29
-    PROTOCOL,         ///< tcp, or a number without a name
+    PROTOCOL,         ///< tcp, or a number if it has no name
     COUNTED,          ///< packets
     ADDRESS,          ///< 192.0.2.1, 2001:db8::1 or 0:1a:2b:0:0:1
     LENGTH_OR_MASK,   ///< /24, or the mask as an address; nothing for all ones
@@ -150,16 +150,16 @@ struct MemberPointer<Value_ T::*> {
     using Value = Value_;
 };
 
-/** What people read of a member: in a dump, in a description and in rule text. */
+/** How a member is shown to people: in a dump, in a description and in rule text. */
 template <class Formatter>
 struct Shown {
-    /** As the dump writes it, with the indentation and what separates it from the value. */
+    /** As written in the dump, with its indentation and what separates it from the value. */
     const char* label;
     Formatter formatter;
     Notation notation;
 };
 
-/** The member is in the field; reading replaces its value. */
+/** The field holds the member; reading replaces its value. */
 template <class Field, auto member, class Formatter>
 struct AtRow : Shown<Formatter> {
     using Value = typename MemberPointer<decltype(member)>::Value;
@@ -188,7 +188,7 @@ struct AtRow : Shown<Formatter> {
     }
 };
 
-/** The list is in the field; reading appends to it. */
+/** The field holds the list; reading appends to it. */
 template <class Field, auto member, class Formatter>
 struct AppendedRow : AtRow<Field, member, Formatter> {
     using AtRow<Field, member, Formatter>::AtRow;
@@ -201,7 +201,7 @@ struct AppendedRow : AtRow<Field, member, Formatter> {
     }
 };
 
-/** What a getter makes of a member that has a row elsewhere. */
+/** What a getter returns for a member that has a row elsewhere. */
 template <auto getter, class Formatter>
 struct ShownRow : Shown<Formatter> {
     constexpr explicit ShownRow(const Shown<Formatter>& shown) : Shown<Formatter>(shown) {}
@@ -249,7 +249,7 @@ public:
         (Row::write(writer, object), ...);
     }
 
-    /** All values are read before the object is changed. */
+    /** Reads all values before changing the object. */
     template <class Reader, class T>
     static void read([[maybe_unused]] Reader& reader, [[maybe_unused]] T& object)
     {
@@ -268,7 +268,7 @@ public:
             rows_);
     }
 
-    /** Calls @p use with the label and the value of each row that the object has a use for. */
+    /** Calls @p use with the label and the value of each row that is described for the object. */
     template <class T, class Use>
     void describe([[maybe_unused]] const T& object, [[maybe_unused]] Use&& use) const
     {
@@ -296,7 +296,7 @@ constexpr Rows<Row...> rows(Head head, Row... row)
     return Rows<Row...>(head, row...);
 }
 
-/** Whether a table describes the members of T, and not only those of Base, which has none. */
+/** Whether a table describes the members of T and not just those of Base, which has none. */
 template <class Table, class Base, class T>
 inline constexpr bool hasRowsOfItsOwn =
     !std::is_same_v<decltype(Table::of(static_cast<const T*>(nullptr))),

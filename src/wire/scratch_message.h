@@ -1,5 +1,5 @@
 /**
- * A message as scratch space. On an arena it is created and freed faster, and leaks nothing if
+ * A message used as scratch space. On an arena it is created and freed faster, and nothing leaks if
  * memory runs out while it grows.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_SCRATCH_MESSAGE_H
@@ -11,7 +11,7 @@ namespace FiltersCommon {
 
 #if GOOGLE_PROTOBUF_VERSION >= 3014000
 
-/** An empty message with all its parts on an arena, which lives as long as this object. */
+/** An empty message with all its parts on an arena that lives as long as this object. */
 template <class Message>
 class ScratchMessage {
 public:
@@ -22,7 +22,7 @@ private:
     Message* message_ = google::protobuf::Arena::CreateMessage<Message>(&arena_);
 };
 
-#else // older runtimes take a message onto an arena only where its schema asks for it
+#else // older runtimes only put a message on an arena if its schema asks for it
 
 template <class Message>
 class ScratchMessage {
