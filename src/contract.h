@@ -1,6 +1,6 @@
 /**
- * Broken contracts: reported as the C library's own failed assertion, then the process is aborted.
- * Active in every build, also with NDEBUG.
+ * Broken contracts: reported as the C library reports a failed assertion, then the process aborts.
+ * Active in every build, even with NDEBUG.
  */
 #ifndef FILTER_COMMON_SRC_CONTRACT_H
 #define FILTER_COMMON_SRC_CONTRACT_H
@@ -8,9 +8,9 @@
 namespace FiltersCommon {
 
 /**
- * What a report says beside the expression. File and function are given by hand, so that neither
- * the compiler nor the place where a file is built changes them; the file is the bare name of the
- * source file. Callers rely on some of the lines, which are given by hand too.
+ * What a report contains besides the expression. File and function are given by hand so that they
+ * depend neither on the compiler nor on the build directory; the file is the bare name of the
+ * source file. Callers rely on some of the line numbers, so those are given by hand too.
  */
 struct ContractPlace {
     const char* file;
@@ -23,7 +23,7 @@ struct ContractPlace {
 
 } // namespace FiltersCommon
 
-/** Reports unless the condition holds; its text is part of the report. */
+/** Reports a broken contract unless the condition holds; its text is part of the report. */
 #define FILTERS_COMMON_REQUIRE(condition, ...)                                                     \
     do {                                                                                           \
         if (!(condition))                                                                          \

@@ -1,5 +1,5 @@
 /**
- * Matches and actions about to join an entry. They are collected in a map of their own, so that the
+ * Adding matches and actions to an entry. They are first collected in a separate map, so that the
  * entry changes only when nothing can fail any more.
  */
 #ifndef FILTER_COMMON_SRC_ENTRY_ADDITIONS_H
@@ -18,7 +18,7 @@ namespace FiltersCommon {
 inline constexpr CodeSet<filtersMatch_t> IPV4_ONLY = {MATCH_SRC_IPV4, MATCH_DST_IPV4};
 inline constexpr CodeSet<filtersMatch_t> IPV6_ONLY = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
 
-/** The kinds beside which a match of @p kind may not stand. */
+/** The kinds that a match of @p kind may not be combined with. */
 constexpr CodeSet<filtersMatch_t> excludedBy(filtersMatch_t kind)
 {
     if (IPV4_ONLY.contains(kind))
@@ -26,7 +26,7 @@ constexpr CodeSet<filtersMatch_t> excludedBy(filtersMatch_t kind)
     return IPV6_ONLY.contains(kind) ? IPV4_ONLY : CodeSet<filtersMatch_t>();
 }
 
-/** Whether a match of @p kind may stand beside those of @p held. */
+/** Whether a match of @p kind may be combined with those in @p held. */
 inline bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held)
 {
     for (const filtersMatch_t other : excludedBy(kind))
@@ -38,9 +38,9 @@ inline bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& he
 // ---------------------------------------------------------------------------------------- objects
 
 /**
- * Walks the objects of a map that are to join an entry, in the order of the keys. Null pointers and
- * kinds beyond the list are skipped; @p join is given the Kind and the object of each other one,
- * and ends the walk with any result but FILTERS_OK.
+ * Visits the objects of a map that are to be added to an entry, in key order. Null pointers and
+ * unknown kinds are skipped; @p join is called with the Kind and the object of each other element,
+ * and any result but FILTERS_OK ends the iteration.
  */
 template <class Kinds, class Map, class Join>
 filtersErr_t joinEach(const Map& from, Join join)
@@ -57,7 +57,7 @@ filtersErr_t joinEach(const Map& from, Join join)
     return FILTERS_OK;
 }
 
-/** Puts the object under its own kind, in the place of one that stands there. */
+/** Stores the object under its own kind, replacing any that is already there. */
 template <class Map, class T>
 void storeByKind(Map& map, std::unique_ptr<T> object)
 {

@@ -9,7 +9,7 @@ bool Action::operator==(const Action& other) const
 {
     if (type_ != other.type_)
         return false;
-    // Unknown codes are equal, deliberately unlike those of matches.
+    // Deliberately unlike matches, actions with the same unknown code are equal.
     return ActionKinds::dispatch(
         type_, true, [&](auto kind) { return areEqualAs<ClassOf<decltype(kind)>>(*this, other); });
 }

@@ -5,7 +5,7 @@
 
 #include <list>
 
-/** Each report names the function as C++ sees it. */
+/** Reports give the C++ signature of the function. */
 #define REQUIRE_ACTION(function)                                                                   \
     FILTERS_COMMON_REQUIRE(a != nullptr, "filter_actions_c.cpp", __LINE__, function)
 
@@ -20,7 +20,7 @@ void* make(const Values&... values)
     return static_cast<Action*>(new T(values...));
 }
 
-/** The action behind a handle, taken at its word for being a T. */
+/** The action behind a handle, assumed without a check to be a T. */
 template <class T>
 T& action(void* a)
 {

@@ -10,7 +10,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** Dumps @p action as a T; without parameters if @p values, the action as a T, is null. */
+/** Dumps @p action as a T; @p values is the action as a T, or null to omit the parameters. */
 template <class T>
 std::ostream& writeAction(std::ostream& out, const Action& action, const T* values)
 {

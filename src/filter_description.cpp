@@ -16,7 +16,7 @@ namespace {
 
 // ----------------------------------------------------------------------------------------- values
 
-/** The name of an enumerator, or the number of one without a name. */
+/** The enumerator's name, or its number if it has none. */
 FiltersValue nameOrNumber(const char* name, std::int64_t number)
 {
     if (name == nullptr)
@@ -58,7 +58,7 @@ FiltersValue valueOf(const std::list<limid_t>& values) { return listOf(values); 
 FiltersValue valueOf(const std::list<port_type_t>& values) { return listOf(values); }
 FiltersValue valueOf(const std::set<unsigned short>& values) { return listOf(values); }
 
-/** "      VLAN IDs: [ " is the label "VLAN IDs". */
+/** Reduces "      VLAN IDs: [ " to the label "VLAN IDs". */
 std::string_view nameIn(std::string_view label)
 {
     label.remove_prefix(label.find_first_not_of(' '));

@@ -30,8 +30,8 @@ std::set<std::uint32_t> hashesOf(std::set<std::uint32_t> hashes = {})
 
 } // namespace
 
-// What callers see. Here the lists are asked directly.
-// MatchDSCP has no kind of its own, but it is a class of its own.
+// These sets are for callers; the library itself uses the lists they are made from. MatchDSCP has
+// no kind of its own, but it is a class of its own.
 const std::set<std::uint32_t> FiltersEntry::validMatchTypes =
     hashesOf<MatchKinds>({hashOf<MatchDSCP>()});
 const std::set<std::uint32_t> FiltersEntry::validActionTypes = hashesOf<ActionKinds>();
@@ -103,7 +103,7 @@ filtersErr_t deleteByKind(Map& map, typename Map::key_type kind)
 }
 
 /**
- * Adds copies of the objects of @p from to @p copies, each made by its kind, as far as the first
+ * Adds copies of the objects in @p from to @p copies, each made by its kind, up to the first one
  * that is not of its kind's class or that @p admits refuses.
  */
 template <class Kinds, class Map, class Admits>
@@ -118,7 +118,7 @@ filtersErr_t addCopies(Map& copies, const Map& from, Admits admits)
     });
 }
 
-/** Copies of matches that are to stand beside those of @p held. */
+/** Adds copies of matches that are to be combined with those in @p held. */
 filtersErr_t addMatchCopies(FiltersEntry::MatchMap& copies, const FiltersEntry::MatchMap& from,
                             const FiltersEntry::MatchMap& held)
 {
@@ -210,7 +210,7 @@ filtersErr_t FiltersEntry::setActions(const ActionMap& from)
 
 namespace {
 
-/** The same kinds, and under each kind equal objects. Both maps are in the order of the kinds. */
+/** Whether both maps, which are ordered by kind, hold equal objects under the same kinds. */
 template <class Map>
 bool sameByKind(const Map& mine, const Map& theirs)
 {
@@ -256,7 +256,7 @@ void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique
     moveNodes(to, copies);
 }
 
-// ---------------------------------------------------------------------- what the library provides
+// -------------------------------------------------------------------------------- instantiations
 
 #define FILTERS_COMMON_INSTANTIATE(kind, Class, Values)                                            \
     template filtersErr_t FiltersEntry::setMatch(const Class&);                                    \

@@ -5,7 +5,7 @@
 #include "filter_refusals.h"
 #include "handle_classes.h"
 
-/** Callers rely on the lines and on the functions' texts: neither follows this file. */
+/** Callers rely on the line numbers and signatures, so neither is taken from this file. */
 #define REQUIRE_ENTRY(line, function)                                                              \
     FILTERS_COMMON_REQUIRE(e != nullptr, "filter_entries_c.cpp", line, function)
 

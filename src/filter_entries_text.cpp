@@ -12,7 +12,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** The word for a code, and nothing for a code without one. */
+/** The word for a code, or an empty string if it has none. */
 template <class Code, std::size_t N>
 const char* wordOf(const char* const (&words)[N], Code code)
 {
@@ -20,14 +20,14 @@ const char* wordOf(const char* const (&words)[N], Code code)
     return word == nullptr ? "" : word;
 }
 
-/** Four fill characters of the stream. */
+/** Writes four of the stream's fill characters. */
 std::ostream& indent(std::ostream& out)
 {
     out.width(4);
     return out << "";
 }
 
-/** "Flow (CIR: 100 kbits/s, CBS: 200 bytes)"; nothing for an unknown mode. */
+/** Writes "Flow (CIR: 100 kbits/s, CBS: 200 bytes)", or nothing for an unknown mode. */
 void writeMode(std::ostream& out, const policer::Mode& mode)
 {
     const PolicerMode* row = findPolicerMode(mode.GetType());
@@ -53,8 +53,8 @@ void writePolicerAction(std::ostream& out, const policer::Action& action)
         out << " " << std::to_string(action.GetDscp());
 }
 
-// The identifier, the PCP and the DSCP are decimal whatever the stream's formatting. The rates are
-// numbers like any other.
+// The identifier, the PCP and the DSCP are always decimal. The rates follow the stream's
+// formatting.
 void writePolicer(std::ostream& out, const policer::Policer& policer)
 {
     out << "  =Policer=" << std::endl;

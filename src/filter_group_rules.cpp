@@ -11,7 +11,7 @@ namespace FiltersCommon {
 
 namespace {
 
-/** A table as callers see it; the checks read the rows. */
+/** A table in the form that callers see; the checks read the rows directly. */
 template <class Key, class Code, std::size_t N>
 std::map<Key, std::set<Code>> described(const RuleRow<Key, Code> (&table)[N])
 {

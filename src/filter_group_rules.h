@@ -1,5 +1,5 @@
 /**
- * What groups admit: the rows that the checks read, and that their explanations name.
+ * What groups admit: the rows that the checks and their explanations are based on.
  */
 #ifndef FILTER_COMMON_SRC_FILTER_GROUP_RULES_H
 #define FILTER_COMMON_SRC_FILTER_GROUP_RULES_H
@@ -15,7 +15,7 @@
 
 namespace FiltersCommon {
 
-/** A row for each key, in the order of the keys from 0. */
+/** A row of a table that has one row per key, in key order from 0. */
 template <class Key, class Code>
 struct RuleRow {
     Key key;
@@ -48,7 +48,7 @@ inline constexpr RuleRow<filtersGroupType_t, filtersMatch_t> TYPE_MATCHES[] = {
     {GROUP_TYPE_7,
      {MATCH_ALL, MATCH_TPID, MATCH_DST_MAC, MATCH_DST_L4_PORT, MATCH_IP_PROTOCOL, MATCH_VLAN_INFO,
       MATCH_SRC_PORT, MATCH_FORWARDING_TYPE}},
-    // Deliberate: the destination IPv6 address without the source, and no other type has either.
+    // Deliberate: the destination IPv6 address without the source; no other type admits either.
     {GROUP_TYPE_8, {MATCH_ALL, MATCH_DST_IPV6, MATCH_VRF_ID}},
     {GROUP_TYPE_9,
      {MATCH_ALL, MATCH_INGRESS_PORTS, MATCH_EXTERNAL_VLAN_ID, MATCH_INTERNAL_VLAN_ID, MATCH_PCP,
@@ -82,7 +82,7 @@ inline constexpr RuleRow<filtersGroupStage_t, filtersAction_t> STAGE_ACTIONS[] =
     {GROUP_STAGE_3, {ACTION_PERMIT, ACTION_DENY}},
 };
 
-/** A policer of policer::STAGE_NONE is admitted besides, at every stage. */
+/** In addition, a policer of policer::STAGE_NONE is admitted at every stage. */
 struct PolicerRow {
     filtersGroupStage_t key;
     policer::Stage policerStage;
@@ -106,13 +106,13 @@ constexpr bool areAtTheirKeys(const Row (&table)[N])
 
 static_assert(std::size(STAGE_ACTIONS) == std::size(STAGE_TYPES) &&
                   std::size(STAGE_POLICERS) == std::size(STAGE_TYPES),
-              "a row for each stage");
+              "each table must have one row per stage");
 static_assert(areAtTheirKeys(TYPE_MATCHES));
 static_assert(areAtTheirKeys(STAGE_TYPES));
 static_assert(areAtTheirKeys(STAGE_ACTIONS));
 static_assert(areAtTheirKeys(STAGE_POLICERS));
 
-/** The row of @p key, or null. Keys count as unsigned numbers. */
+/** The row of @p key, or null. Keys are treated as unsigned. */
 template <class Row, std::size_t N, class Key>
 constexpr const Row* findRow(const Row (&table)[N], Key key)
 {

@@ -60,7 +60,8 @@ filtersErr_t FiltersGroup::removeEntry(const filtersEntryId_t& id)
 
 FiltersGroup::EntryMap FiltersGroup::getEntries() const
 {
-    // Made in ascending order, unlike the copy of a map: who walks the copy walks the memory.
+    // Nodes are allocated in ascending order, unlike when a map is copied, so iterating over the
+    // result goes through memory in order.
     EntryMap copies;
     for (const auto& [id, entry] : entries_)
         copies.emplace_hint(copies.end(), id, entry);

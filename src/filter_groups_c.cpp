@@ -5,7 +5,7 @@
 
 #include <memory>
 
-/** Each report names the function as C++ sees it. */
+/** Reports give the C++ signature of the function. */
 #define REQUIRE(condition, function)                                                               \
     FILTERS_COMMON_REQUIRE(condition, "filter_groups_c.cpp", __LINE__, function)
 
@@ -91,7 +91,7 @@ void filtersGroupGetEntries(FiltersGroup* g, entriesStruct* entries)
             "void FiltersCommon::filtersGroupGetEntries("
             "FiltersCommon::FiltersGroup*, FiltersCommon::entriesStruct*)");
 
-    // The caller's record is touched last; until then the listing frees itself.
+    // The caller's record is written last; until then the guard frees the listing.
     entriesStruct listing = {};
     std::unique_ptr<entriesStruct, decltype(&deleteFiltersEntriesStruct)> guard(
         &listing, deleteFiltersEntriesStruct);

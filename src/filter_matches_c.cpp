@@ -5,7 +5,7 @@
 
 #include <list>
 
-/** Each report names the function as C++ sees it. */
+/** Reports give the C++ signature of the function. */
 #define REQUIRE_MATCH(function)                                                                    \
     FILTERS_COMMON_REQUIRE(m != nullptr, "filter_matches_c.cpp", __LINE__, function)
 
@@ -20,7 +20,7 @@ void* make(const Values&... values)
     return static_cast<Match*>(new T(values...));
 }
 
-/** The match behind a handle, taken at its word for being a T. */
+/** The match behind a handle, assumed without a check to be a T. */
 template <class T>
 T& match(void* m)
 {
@@ -115,7 +115,7 @@ void deleteMatch(void* m)
     delete static_cast<Match*>(m);
 }
 
-// ---------------------------------------------------------------------- getters that ask for null
+// -------------------------------------------------------------------- getters that check for null
 
 const ether_addr* matchMacGetMac(void* m)
 {
@@ -197,7 +197,7 @@ bool matchMplsTermGet(void* m) { return match<MatchMplsTerm>(m).getMplsTerm(); }
 
 unsigned char matchDSCPGet(void* m)
 {
-    // The handle may be one of a MatchToS as well: its byte is asked through a MatchDSCP.
+    // The handle may also be that of a MatchToS, so its byte is read through a MatchDSCP.
     MatchDSCP dscp(0);
     static_cast<MatchToS&>(dscp) = match<MatchToS>(m);
     return dscp.getDSCP();

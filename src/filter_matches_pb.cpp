@@ -33,7 +33,7 @@ void Match::convertFromMatchPB(const MatchPB* /*pb*/) {}
 FILTERS_COMMON_MATCH_FAMILIES(FILTERS_COMMON_DEFINE_CONVERSIONS)
 FILTERS_COMMON_MATCH_KINDS(FILTERS_COMMON_DEFINE_WITH_VALUES, FILTERS_COMMON_AS_ITS_BASE,
                            FILTERS_COMMON_AS_ITS_BASE)
-// The one kind of a family that does not convert all that the family does.
+// The only kind that does not convert everything its family does.
 FILTERS_COMMON_DEFINE_CONVERSIONS(MatchEgressPorts)
 
 #undef FILTERS_COMMON_AS_ITS_BASE

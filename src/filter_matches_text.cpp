@@ -10,7 +10,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** Dumps @p match as a T; without values if @p values, the match as a T, is null. */
+/** Dumps @p match as a T; @p values is the match as a T, or null to omit the values. */
 template <class T>
 std::ostream& writeMatch(std::ostream& out, const Match& match, const T* values)
 {

@@ -20,7 +20,7 @@ struct NamedCode {
     const char* name;
 };
 
-/** A name is made of its enumerator, so that the two cannot differ. */
+/** Names are generated from the enumerators, so that the two cannot differ. */
 #define NAMED(enumerator)                                                                          \
     {                                                                                              \
         enumerator, #enumerator                                                                    \
@@ -99,7 +99,7 @@ constexpr NamedCode<policer::Stage> POLICER_STAGE_NAMES[] = {
 #undef NAMED_KIND
 #undef NAMED
 
-/** The codes from 0 without a gap, as far as the table goes. */
+/** Whether the codes of the table run from 0 without a gap. */
 template <class Code, std::size_t N>
 constexpr bool areAtTheirCodes(const NamedCode<Code> (&names)[N])
 {
@@ -128,7 +128,7 @@ const char* orUnknown(const char* name) { return name == nullptr ? "unknown" : n
 
 } // namespace
 
-// --------------------------------------------------------------------------------------- in here
+// ------------------------------------------------------------------------------------- internal
 
 const char* findName(filtersErr_t code) { return findIn(RESULT_NAMES, code); }
 const char* findName(filtersMatch_t kind) { return findIn(MATCH_NAMES, kind); }
@@ -138,7 +138,7 @@ const char* findName(filtersGroupType_t type) { return findIn(GROUP_TYPE_NAMES, 
 const char* findName(filtersRefusalReason_t reason) { return findIn(REASON_NAMES, reason); }
 const char* findName(policer::Stage stage) { return findIn(POLICER_STAGE_NAMES, stage); }
 
-// ------------------------------------------------------------------------------------ for callers
+// ----------------------------------------------------------------------------------------- public
 
 const char* filtersErrName(filtersErr_t code) { return orUnknown(findName(code)); }
 const char* filtersMatchName(filtersMatch_t kind) { return orUnknown(findName(kind)); }

@@ -24,7 +24,7 @@ bool FiltersRefusal::operator==(const FiltersRefusal& other) const
 
 namespace {
 
-/** Lists all refusals of a check, and adds to each the stage and type that it asked about. */
+/** Collects all refusals of a check, and adds the stage and type that were checked to each. */
 class Listing {
 public:
     Listing(filtersGroupStage_t stage, filtersGroupType_t type) : stage_(stage), type_(type) {}
@@ -41,7 +41,7 @@ public:
     std::vector<FiltersRefusal> take() { return std::move(refusals_); }
 
 private:
-    /** What is unknown is so for every entry and every check. */
+    /** Whether an unknown stage or type, which every check would report again, is listed already. */
     bool isSaid(filtersRefusalReason_t reason) const
     {
         return (reason == REFUSAL_UNKNOWN_STAGE || reason == REFUSAL_UNKNOWN_TYPE) &&
@@ -126,7 +126,7 @@ void addExclusion(std::vector<FiltersRefusal>& refusals, filtersEntryId_t entry,
 
 namespace {
 
-/** The refusals of the matches of @p from, which are to stand beside those of the kinds @p held. */
+/** The refusals of the matches in @p from if combined with matches of the kinds @p held. */
 std::vector<FiltersRefusal> additionRefusals(const FiltersEntry& entry,
                                              const FiltersEntry::MatchMap& from,
                                              CodeSet<filtersMatch_t> held)

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-/** Each report names the function as C++ sees it. */
+/** Reports give the C++ signature of the function. */
 #define REQUIRE(condition, function)                                                               \
     FILTERS_COMMON_REQUIRE(condition, "filter_refusals_c.cpp", __LINE__, function)
 
@@ -21,7 +21,7 @@ class FiltersRefusals {
 public:
     struct Reason {
         FiltersRefusal refusal;
-        std::string sentence = {}; /**< made when it is asked for */
+        std::string sentence = {}; /**< built on first use */
     };
 
     explicit FiltersRefusals(const std::vector<FiltersRefusal>& refusals)
@@ -62,7 +62,7 @@ FiltersRefusals* filtersGroupSetTypeRefusals(FiltersGroup* g, filtersGroupType_t
 
 namespace {
 
-/** Why an object cannot be taken from its handle. */
+/** Why a handle's object cannot be used. */
 template <class Kinds, class Base>
 std::vector<FiltersRefusal> handleRefusals(const FiltersEntry& entry, const Base& object)
 {
@@ -124,7 +124,7 @@ FiltersRefusals::Reason& reasonAt(FiltersRefusals* r, uint32_t index, unsigned l
     return r->reasons[index];
 }
 
-/** Puts what the reason concerns into @p place, and tells whether there is anything. */
+/** Stores the value, if there is one, in @p place. @return whether there is one */
 template <class T, class Place>
 bool give(const std::optional<T>& value, Place* place, unsigned line, const char* function)
 {
@@ -134,7 +134,7 @@ bool give(const std::optional<T>& value, Place* place, unsigned line, const char
     return value.has_value();
 }
 
-/** What the reports of a getter call it. */
+/** The signature of a getter, as reports give it. */
 #define SIGNATURE(result, name, arguments)                                                         \
     result " FiltersCommon::" name "(FiltersCommon::FiltersRefusals*, uint32_t" arguments ")"
 

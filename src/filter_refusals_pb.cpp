@@ -12,10 +12,10 @@ namespace FiltersCommon {
 
 namespace {
 
-/** Lists what reading leaves out, in the order of the bytes. */
+/** Collects what reading leaves out, in the order of the bytes. */
 class LeftOut {
 public:
-    /** Of an entry's elements, and before all entries. */
+    /** For an element of an entry; may come before earlier entries are reported. */
     void operator()(std::size_t place, filtersEntryId_t id, filtersMatch_t kind,
                     filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read)
     {
@@ -63,7 +63,7 @@ public:
 
 private:
     struct Placed {
-        std::size_t place; /**< of the entry in the bytes */
+        std::size_t place; /**< of the entry, in the order of the bytes */
         FiltersRefusal refusal;
     };
 
@@ -78,13 +78,13 @@ private:
     std::vector<Placed> ofEntries_;
 };
 
-/** What @p read, given a reader and a place for what is left out, leaves out of the bytes. */
+/** What @p read leaves out of the bytes; it is given a reader and a LeftOut to report to. */
 template <class Message, class Read>
 std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Read read)
 {
     LeftOut leftOut;
     readMessage<Message>(bytes, [&](auto& reader) {
-        leftOut.clear(); // what a reader left out that did not understand the bytes
+        leftOut.clear(); // drops reports of a reader that did not understand the bytes
         return read(reader, leftOut);
     });
     return leftOut.take();

@@ -9,7 +9,7 @@ namespace FiltersCommon {
 
 namespace {
 
-/** The name of a code, or its number: signed, as text dumps have it, if the enumeration is. */
+/** The name of a code, or its number: signed, as in text dumps, if the enumeration is. */
 template <class Code>
 std::string nameOrNumber(Code code)
 {
@@ -24,7 +24,7 @@ std::string nameOrNumber(std::optional<Code> code)
     return code ? nameOrNumber(*code) : "unknown";
 }
 
-/** "A", "A and B", "A, B and C". */
+/** Yields "A", "A and B" or "A, B and C". */
 template <class Code>
 std::string enumerate(CodeSet<Code> codes)
 {
@@ -38,7 +38,7 @@ std::string enumerate(CodeSet<Code> codes)
     return text;
 }
 
-/** "; admitted are A and B", or "; none is admitted". */
+/** Yields "; admitted are A and B" or "; none is admitted". */
 template <class Code>
 std::string listing(const char* what, CodeSet<Code> codes)
 {

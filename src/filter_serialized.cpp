@@ -56,7 +56,7 @@ void FiltersSerialized::copyData(const std::string& s)
 std::string_view bytesOf(const FiltersSerialized& s)
 {
     const std::uint32_t size = s.size();
-    // One type and text under every standard library.
+    // The same exception and text with every standard library.
     if (s.data() == nullptr && size != 0)
         throw std::logic_error("basic_string::_M_construct null not valid");
     return size == 0 ? std::string_view("") : std::string_view(s.data(), size);

@@ -8,8 +8,8 @@ namespace FiltersCommon {
 class FiltersSerialized;
 
 /**
- * As many bytes as size() says, the terminating zero included: it reads as a field tag of 0, at
- * which the parser stops with all that came before it. Valid as long as the envelope's data.
+ * All size() bytes, including the terminating zero: the parser reads it as a field tag of 0, stops
+ * there and keeps what came before. Valid as long as the envelope's data.
  */
 std::string_view bytesOf(const FiltersSerialized& s);
 

@@ -1,10 +1,10 @@
 /**
- * The checks of groups, each in the one order in which it runs.
+ * The checks of groups, in the order in which they run.
  *
- * A check hands every refusal to its last argument, a callable that tells whether the check goes
- * on; that of a single rule tells the same itself. An operation stops at the first refusal and
- * keeps its code alone; an explanation goes on to the end, and adds the stage and the type that it
- * asked about.
+ * A check passes every refusal to its last argument, a callable that returns whether the check
+ * should go on; the check of a single rule returns the same. An operation stops at the first
+ * refusal and keeps only its code; an explanation runs to the end and adds the stage and type that
+ * were checked.
  */
 #ifndef FILTER_COMMON_SRC_GROUP_CHECKS_H
 #define FILTER_COMMON_SRC_GROUP_CHECKS_H
@@ -15,7 +15,7 @@
 
 namespace FiltersCommon {
 
-/** The code of the first refusal of @p check, which is given the callable; allocates nothing. */
+/** The code of the first refusal that @p check reports to its argument; allocates nothing. */
 template <class Check>
 filtersErr_t firstRefusal(Check check)
 {
@@ -127,7 +127,7 @@ bool checkTypeAtStage(filtersGroupStage_t stage, filtersGroupType_t type, Refuse
 
 // ------------------------------------------------------------------------------ whole operations
 
-/** What the stage says of an entry. */
+/** Checks an entry against the stage. */
 template <class Refuse>
 bool checkEntryAtStage(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&& refuse)
 {
@@ -146,7 +146,7 @@ void checkInsertion(const FiltersEntry& entry, filtersGroupStage_t stage, filter
         checkEntryAtStage(entry, stage, refuse);
 }
 
-/** Whether a group of @p type may go on to @p stage with the entries that it holds. */
+/** Checks whether a group of @p type that holds the entries @p held may change to @p stage. */
 template <class Refuse>
 void checkStageChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
                       filtersGroupType_t type, Refuse&& refuse)
@@ -156,7 +156,7 @@ void checkStageChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t st
         goesOn = checkEntryAtStage(entry->second, stage, refuse);
 }
 
-/** Whether a group at @p stage may go on to @p type with the entries that it holds. */
+/** Checks whether a group at @p stage that holds the entries @p held may change to @p type. */
 template <class Refuse>
 void checkTypeChange(const FiltersGroup::EntryMap& held, filtersGroupStage_t stage,
                      filtersGroupType_t type, Refuse&& refuse)

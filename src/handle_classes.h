@@ -1,5 +1,5 @@
 /**
- * The class behind a match or action handle of the C interface, by the kind of the object.
+ * Finds the class behind a match or action handle of the C interface by the object's kind.
  */
 #ifndef FILTER_COMMON_SRC_HANDLE_CLASSES_H
 #define FILTER_COMMON_SRC_HANDLE_CLASSES_H
@@ -28,8 +28,8 @@ CodeSet<typename Kinds::Code> codesOfferedInC()
 }
 
 /**
- * Calls @p function with the object as its kind's class and returns what it returns. Where there is
- * no such class, or the object is none of it, returns what @p refused makes of the reason.
+ * Calls @p function with the object as its kind's class and returns its result. If there is no such
+ * class, or the object is not of that class, returns the result of @p refused for the reason.
  */
 template <class Kinds, class Base, class Refused, class Function>
 auto withClass(Base& object, Refused refused, Function function)

@@ -1,8 +1,8 @@
 /**
- * The kinds as lists of types, and the one step from a kind code to its class.
+ * The kinds as lists of types, and the step from a kind code to its class.
  *
  * Copying by kind, equality, decoding, text dumps and the C interface of entries all go through
- * MatchKinds and ActionKinds; no other place turns a code into a class.
+ * MatchKinds and ActionKinds; a code is turned into a class nowhere else.
  */
 #ifndef FILTER_COMMON_SRC_KINDS_H
 #define FILTER_COMMON_SRC_KINDS_H
@@ -22,7 +22,7 @@ namespace FiltersCommon {
 
 // ------------------------------------------------------------------------------------------- rows
 
-/** A class as the row of its kind describes it; a class without a row holds values of its own. */
+/** A class as described by the row of its kind; a class without a row has values of its own. */
 template <class T>
 struct KindRow {
     using Values = T;
@@ -47,7 +47,7 @@ inline constexpr bool hasNoValues = std::is_same_v<ValuesOf<T>, NoValues>;
 
 // ------------------------------------------------------------------------------------------ lists
 
-/** Hands a class to a generic callable: kind.Class is the type. */
+/** Passes a class to a generic callable; see ClassOf. */
 template <class T>
 struct Kind {
     using Class = T;
@@ -56,7 +56,7 @@ struct Kind {
 template <class Kind>
 using ClassOf = typename Kind::Class;
 
-/** The classes derived from Base in the order of their kind codes, from 0 without a gap. */
+/** The classes derived from Base, in the order of their kind codes, from 0 without a gap. */
 template <class Base, class... Classes>
 class KindList {
 public:
@@ -67,8 +67,8 @@ public:
     static constexpr CodeSet<Code> codes() { return {KindRow<Classes>::CODE...}; }
 
     /**
-     * Calls @p function with the Kind of the class of @p code and returns what it returns, or
-     * returns @p unknown for a code beyond the list. Codes count as unsigned numbers.
+     * Calls @p function with the Kind of the class of @p code and returns its result, or returns
+     * @p unknown for a code beyond the list. Codes are treated as unsigned.
      */
     template <class Result, class Function>
     static Result dispatch(Code code, Result unknown, Function&& function)
@@ -80,7 +80,7 @@ public:
         return unknown;
     }
 
-    /** Calls @p function with the Kind of the class of @p code; not for a code beyond the list. */
+    /** Calls @p function with the Kind of the class of @p code, unless it is beyond the list. */
     template <class Function>
     static void visit(Code code, Function&& function)
     {
@@ -119,9 +119,9 @@ private:
     }
 
     static_assert((std::is_base_of_v<Base, Classes> && ...));
-    static_assert(SIZE <= CodeSet<Code>::LIMIT, "a set of codes has room for each kind");
-    static_assert(areAtTheirCodes(std::make_index_sequence<SIZE>()), "rows in the order of codes");
-    static_assert((isAsItsRow<Classes>() && ...), "class and row say the same");
+    static_assert(SIZE <= CodeSet<Code>::LIMIT, "a CodeSet must have room for every kind");
+    static_assert(areAtTheirCodes(std::make_index_sequence<SIZE>()), "rows must be in code order");
+    static_assert((isAsItsRow<Classes>() && ...), "class and row must agree");
 };
 
 #define FILTERS_COMMON_NEXT_CLASS(code, Class, Values) , Class
@@ -129,7 +129,7 @@ using MatchKinds = KindList<Match FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_
 using ActionKinds = KindList<Action FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_NEXT_CLASS)>;
 #undef FILTERS_COMMON_NEXT_CLASS
 
-// An enumerator without a row draws a warning here.
+// The compiler warns here about an enumerator without a row.
 #define FILTERS_COMMON_CASE(code, Class, Values) case code:
 constexpr bool hasRow(filtersMatch_t kind)
 {
@@ -152,8 +152,8 @@ constexpr bool hasRow(filtersAction_t kind)
 // ---------------------------------------------------------------------------------------- objects
 
 /**
- * The object as a T, or null if it is none, whatever kind it claims to be. An object that is
- * exactly of the class Exact, as nearly every object is, is told without a search of its bases.
+ * The object as a T, or null if it is not a T, whatever kind it claims to be. An object of exactly
+ * the class Exact, which nearly every object is, is recognised without searching its bases.
  */
 template <class T, class Exact = T, class Base>
 auto as(Base& object)
@@ -166,8 +166,8 @@ auto as(Base& object)
 }
 
 /**
- * Whether two objects of the kind of Class are equal, as the class compares that holds the values.
- * A class without values takes any object for one of its own.
+ * Whether two objects of Class's kind are equal, as compared by the class that holds their values.
+ * If Class has no values, objects of other classes count as equal too.
  */
 template <class Class, class Base>
 bool areEqualAs(const Base& a, const Base& b)
@@ -180,14 +180,14 @@ bool areEqualAs(const Base& a, const Base& b)
     return *mine == *theirs;
 }
 
-/** Whether there is a copy of the object as a T: a class without values takes any object. */
+/** Whether the object can be copied as a T: any object can if T has no values. */
 template <class T, class Base>
 bool isCopiedAs(const Base& object)
 {
     return hasNoValues<T> || as<T>(object) != nullptr;
 }
 
-/** A copy of the object as a T; null if T has values and the object is no T. */
+/** A copy of the object as a T, or null if T has values and the object is not a T. */
 template <class T, class Base>
 std::unique_ptr<T> copyAs(const Base& object)
 {

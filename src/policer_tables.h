@@ -1,5 +1,5 @@
 /**
- * The words that dumps and descriptions have for the values of policers, which come from another
+ * The words that dumps and descriptions use for the values of policers, which come from another
  * library.
  */
 #ifndef FILTER_COMMON_SRC_POLICER_TABLES_H
@@ -37,7 +37,7 @@ inline constexpr PolicerRate POLICER_PIR =
 inline constexpr PolicerRate POLICER_RATES[] =
     {POLICER_CIR, POLICER_CBS, POLICER_EBS, POLICER_EIR, POLICER_PBS, POLICER_PIR};
 
-/** A mode, and the rates that it uses, in the order of the dump; those behind them are empty. */
+/** A mode and the rates that it uses, in dump order; unused places at the end are empty. */
 struct PolicerMode {
     policer::Mode::Type type;
     const char* name;
@@ -61,7 +61,7 @@ inline constexpr PolicerMode POLICER_MODES[] = {
 };
 // clang-format on
 
-/** The mode of a type, or null. */
+/** The mode with that type, or null. */
 inline const PolicerMode* findPolicerMode(policer::Mode::Type type)
 {
     for (const PolicerMode& mode : POLICER_MODES)
@@ -74,7 +74,7 @@ inline constexpr const char* POLICER_STAGES[] = {"Ingress", "Egress", "None"};
 inline constexpr const char* POLICER_COLORS[] = {"Red", "Yellow", "Green"};
 inline constexpr const char* POLICER_ACTIONS[] = {"Drop", "Set PCP", "Set DSCP"};
 
-/** The word for a code, or null. Codes count as unsigned numbers. */
+/** The word for a code, or null. Codes are treated as unsigned. */
 template <class Code, std::size_t N>
 constexpr const char* findWord(const char* const (&words)[N], Code code)
 {

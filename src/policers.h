@@ -1,6 +1,6 @@
 /**
- * Policers as entries use them. Most entries have none, whose bytes are always the same: they are
- * asked for once.
+ * Policers as entries use them. Most entries have none; the bytes of no policer are always the
+ * same, so they are computed once.
  */
 #ifndef FILTER_COMMON_SRC_POLICERS_H
 #define FILTER_COMMON_SRC_POLICERS_H
@@ -18,7 +18,7 @@ inline bool samePolicer(const policer::Policer& a, const policer::Policer& b)
            a.GetActions() == b.GetActions();
 }
 
-/** What an entry without a policer holds. */
+/** What an entry without a policer holds, and its bytes. */
 struct NoPolicer {
     const policer::Policer policer;
     const std::string bytes = policer.Serialize();

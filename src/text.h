@@ -1,9 +1,9 @@
 /**
- * Pieces of text dumps. Numbers are written with the formatting that the stream has.
+ * Pieces of text dumps. Numbers are written with the stream's formatting.
  *
  * std::endl and "\n" are not interchangeable here: which lines flush the stream is part of the
- * format that readers of dumps see. Nor are one string and two, as the width of the stream applies
- * to the first.
+ * format that readers of dumps see. Nor can one string be split in two, as the stream's width
+ * applies only to the first.
  */
 #ifndef FILTER_COMMON_SRC_TEXT_H
 #define FILTER_COMMON_SRC_TEXT_H
@@ -24,7 +24,7 @@ namespace FiltersCommon {
 /** The title of an object's dump. */
 template <class T>
 inline constexpr const char* TITLE = nullptr;
-/** The same with the end of the line, as one string. */
+/** The title and a newline, as one string. */
 template <class T>
 inline constexpr const char* TITLE_LINE = nullptr;
 
@@ -38,12 +38,12 @@ FILTERS_COMMON_DEFINE_TITLE(MATCH_TOS, MatchDSCP, MatchToS)
 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_TITLE)
 #undef FILTERS_COMMON_DEFINE_TITLE
 
-/** The lines before the values, of which some kinds deliberately do not flush all. */
+/** The lines before the values. Some kinds deliberately do not flush all of them. */
 enum class Head {
     FLUSHED,
     UNFLUSHED,
     UNFLUSHED_TYPE, ///< the title is flushed, the type is not
-    NO_PARAMETERS,  ///< flushed, and a line that says so
+    NO_PARAMETERS,  ///< flushed, followed by a line that says so
 };
 
 // ---------------------------------------------------------------------------------------- values
@@ -61,7 +61,7 @@ auto number(T value)
 }
 inline auto number(vlan_info_t value) { return value.svcVlanType; }
 
-/** The name that dumps have for a value, or null. */
+/** The name of a value in dumps, or null. */
 const char* findValueName(port_type_t type);
 const char* findValueName(cp2cpuCancelParam_t type);
 const char* findValueName(counter_type_t type);
@@ -86,7 +86,7 @@ void writeTextOf(std::ostream& out, const T& value)
     writeText(out, textOf(value, room));
 }
 
-/** Writes the line with the number of ports, and the line with their names. */
+/** Writes a line with the number of ports and a line with their names. */
 void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& ports);
 
 /** Writes @p label and @p value as one line that flushes the stream. */
@@ -98,10 +98,10 @@ void writeLine(std::ostream& out, const char* label, const T& value)
 
 // ------------------------------------------------------------------------------------- formatters
 //
-// Each writes one member: its label and its value, of the object that is dumped.
+// Each writes the label and the value of one member of the object being dumped.
 
 struct Formatter {
-    /** Whether the object has a use for the member. */
+    /** Whether the member is described for this object. */
     template <class T>
     constexpr bool shows(const T&) const
     {
@@ -125,7 +125,7 @@ inline constexpr struct UnflushedLine : Formatter {
     }
 } UNFLUSHED_LINE;
 
-/** The stream deliberately stays hexadecimal: readers of dumps rely on what follows. */
+/** The stream deliberately stays hexadecimal: readers of dumps rely on it for what follows. */
 inline constexpr struct HexadecimalEverAfter : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
@@ -134,7 +134,7 @@ inline constexpr struct HexadecimalEverAfter : Formatter {
     }
 } HEXADECIMAL_EVER_AFTER;
 
-/** The name of the value, and nothing for a value without a name. */
+/** The name of the value, or nothing if it has none. */
 inline constexpr struct NamedLine : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
@@ -144,7 +144,7 @@ inline constexpr struct NamedLine : Formatter {
     }
 } NAMED_LINE;
 
-/** The name of the value or "Unknown", without an end of line. */
+/** The name of the value or "Unknown", without a newline. */
 inline constexpr struct NamedOrUnknown : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
@@ -154,7 +154,7 @@ inline constexpr struct NamedOrUnknown : Formatter {
     }
 } NAMED_OR_UNKNOWN;
 
-/** What follows is written with the width that the stream had before this line. */
+/** Restores the stream's width after the line, so that it applies to what follows too. */
 inline constexpr struct LineThatKeepsTheWidth : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
@@ -218,7 +218,7 @@ inline constexpr struct NumberedPorts : Formatter {
     }
 } NUMBERED_PORTS;
 
-/** The same for a match, which dumps no ports beside excluded port types. */
+/** The same for a match, which dumps no ports if it has excluded port types. */
 inline constexpr struct NumberedPortsUnlessExcluded : Formatter {
     static bool shows(const MatchPorts& match)
     {
@@ -276,8 +276,8 @@ inline constexpr struct PortsWithoutLabel : Formatter {
 // ---------------------------------------------------------------------------------- whole objects
 
 /**
- * Dumps @p object as a T. The values are left out where @p values, the object as a T, is null.
- * @p rows describe them.
+ * Dumps @p object as a T. @p values is the object as a T, or null to omit the values, which
+ * @p rows describe.
  */
 template <class T, class Base, class Rows>
 std::ostream& writeObject(std::ostream& out, const char* typeLabel, const Base& object,
