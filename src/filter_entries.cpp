@@ -256,7 +256,7 @@ void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique
     moveNodes(to, copies);
 }
 
-// -------------------------------------------------------------------------------- instantiations
+// --------------------------------------------------------------------------------- instantiations
 
 #define FILTERS_COMMON_INSTANTIATE(kind, Class, Values)                                            \
     template filtersErr_t FiltersEntry::setMatch(const Class&);                                    \

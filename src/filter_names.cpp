@@ -128,7 +128,7 @@ const char* orUnknown(const char* name) { return name == nullptr ? "unknown" : n
 
 } // namespace
 
-// ------------------------------------------------------------------------------------- internal
+// --------------------------------------------------------------------------------------- internal
 
 const char* findName(filtersErr_t code) { return findIn(RESULT_NAMES, code); }
 const char* findName(filtersMatch_t kind) { return findIn(MATCH_NAMES, kind); }

@@ -12,10 +12,10 @@ namespace {
 
 constexpr std::string_view BLANKS = " \t";
 
-/** Reads digits and nothing else; a number that is too large for the type reads as the largest. */
+/** Accepts only digits; a number that is too large for the type reads as the largest one. */
 std::optional<unsigned> readNumber(std::string_view digits, int base)
 {
-    unsigned number = std::numeric_limits<unsigned>::max(); // stays if the digits say more
+    unsigned number = std::numeric_limits<unsigned>::max(); // kept if the number is too large
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number, base);
     if (error == std::errc::invalid_argument || stop != end)
@@ -23,7 +23,7 @@ std::optional<unsigned> readNumber(std::string_view digits, int base)
     return number;
 }
 
-/** Leading zeros are refused, for other programs read such an octet as an octal number. */
+/** Refuses leading zeros, as other programs would read such an octet as octal. */
 std::optional<unsigned> readOctet(std::string_view digits)
 {
     const bool leadingZero = digits.size() > 1 && digits.front() == '0';
@@ -174,7 +174,7 @@ bool isSkipped(std::string_view line)
     return line.substr(0, 1) == "#" || line.find_first_not_of(BLANKS) == std::string_view::npos;
 }
 
-/** Cuts the first line off @p text, without its end. */
+/** Removes the first line from @p text and returns it without its line end. */
 std::string_view takeLine(std::string_view& text)
 {
     std::string_view line = text.substr(0, text.find('\n'));
@@ -184,7 +184,7 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-/** Reads until @p refuse, which is given each refusal, answers that there is no going on. */
+/** Passes each refusal to @p refuse and stops when that returns false. */
 template <class Refuse>
 void readLines(std::string_view text, AccessList& rules, Refuse&& refuse)
 {
@@ -231,7 +231,7 @@ std::vector<PortPair> coverPortRange(const PortRange& range)
 {
     std::vector<PortPair> pairs;
     for (std::uint32_t port = range.low; port <= range.high;) {
-        // The largest block that may begin at this port, cut down to what is left of the range.
+        // The largest block that can begin at this port, reduced to fit the rest of the range.
         std::uint32_t size = port == 0 ? 0x10000 : port & (~port + 1);
         while (port + size - 1 > range.high)
             size /= 2;

@@ -12,7 +12,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** A group without entries; reading it from a message checks neither stage nor type. */
+/** A group without entries; it is read from a message, as that checks neither stage nor type. */
 FiltersGroup groupAt(filtersGroupStage_t stage, filtersGroupType_t type)
 {
     FiltersGroupPB message;
@@ -23,7 +23,7 @@ FiltersGroup groupAt(filtersGroupStage_t stage, filtersGroupType_t type)
     return group;
 }
 
-/** Whether every entry of the group meets the refusal. */
+/** Whether the refusal applies to every entry of the group. */
 bool concernsGroup(const FiltersRefusal& refusal)
 {
     return !refusal.match && !refusal.action && !refusal.policerStage;
@@ -32,7 +32,7 @@ bool concernsGroup(const FiltersRefusal& refusal)
 /** What concerns the group as a whole. */
 std::vector<Refusal> checkStageAndType(const FiltersGroup& group)
 {
-    // An entry that holds nothing meets an unknown stage and an unknown type, and nothing else.
+    // An empty entry is refused only for an unknown stage or an unknown type.
     std::vector<FiltersRefusal> unknown = insertEntryRefusals(group, FiltersEntry());
     if (unknown.empty())
         unknown = setTypeRefusals(group, group.getType());

@@ -16,7 +16,7 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** The byte that a serialized group begins with, which no accepted access list begins with. */
+/** The first byte of every serialized group; no valid access list begins with it. */
 constexpr char FIRST_OF_GROUP = '\x08';
 
 std::vector<Refusal> checkFile(const std::string& bytes, const CommandLine& line)

@@ -33,7 +33,7 @@ bool readIsDeny()
     return deny;
 }
 
-/** Takes one option with its argument, or one operand, in optarg. */
+/** Handles one option, whose argument is in optarg, or one operand, which is in optarg too. */
 void takeOption(int code, CommandLine& line)
 {
     switch (code) {
@@ -88,7 +88,7 @@ ImportOptions CommandLine::importOptions() const
 CommandLine readCommandLine(int argc, char** argv, const char* shortOptions,
                             const option* longOptions)
 {
-    // Messages of getopt_long begin with what stands here.
+    // The messages of getopt_long begin with argv[0].
     char name[] = "filterctl";
     argv[0] = name;
     CommandLine line;

@@ -1,5 +1,5 @@
 /**
- * What stands behind the name of a command: options and operands.
+ * What follows the name of a command: options and operands.
  */
 #ifndef FILTER_COMMON_TOOLS_COMMAND_LINE_H
 #define FILTER_COMMON_TOOLS_COMMAND_LINE_H
@@ -16,7 +16,7 @@
 
 namespace filterctl {
 
-/** The command line is wrong; the message is empty if it has been printed already. */
+/** The command line is wrong; the message is empty if it has already been printed. */
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -29,7 +29,7 @@ struct CommandLine {
     bool brief = false;
     bool compact = false;
 
-    /** Stage and type stand beside it, for they may be left to what a file holds. */
+    /** Without stage and type, which are separate because a file may provide them instead. */
     ImportOptions import;
     std::optional<FiltersCommon::filtersGroupStage_t> stage;
     std::optional<FiltersCommon::filtersGroupType_t> type;
@@ -40,7 +40,7 @@ struct CommandLine {
     ImportOptions importOptions() const;
 };
 
-// The rows of which a command makes its list of long options.
+// The rows from which each command builds its list of long options.
 enum OptionCode {
     OPERAND = 1,
     OPTION_OUTPUT = 'o',
@@ -65,7 +65,7 @@ constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STA
 constexpr option TYPE_OPTION = {"type", required_argument, nullptr, OPTION_TYPE};
 constexpr option ACTION_OPTION = {"action", required_argument, nullptr, OPTION_ACTION};
 
-/** The list in the form of getopt_long, which an empty row ends. */
+/** A list as getopt_long expects it, terminated by an empty row. */
 template <class... Options>
 constexpr std::array<option, sizeof...(Options) + 1> optionList(Options... options)
 {
@@ -73,9 +73,9 @@ constexpr std::array<option, sizeof...(Options) + 1> optionList(Options... optio
 }
 
 /**
- * Reads what stands behind the command, which argv begins with. The short options are in the form
- * of getopt_long and begin with '-': operands are then handed out in their place too, and options
- * may follow them in every environment. Raises UsageError.
+ * Reads what follows the command, with which argv begins. The short options are in the form of
+ * getopt_long and begin with '-', so that operands are returned in order too, and options may
+ * follow them whatever the environment. Throws UsageError.
  */
 CommandLine readCommandLine(int argc, char** argv, const char* shortOptions,
                             const option* longOptions);

@@ -1,5 +1,5 @@
 /**
- * The commands of filterctl. What a command cannot read, write or take is raised as a
+ * The commands of filterctl. If a command cannot read, write or accept something, it throws a
  * std::exception with the message for the user.
  */
 #ifndef FILTER_COMMON_TOOLS_COMMANDS_H
@@ -11,7 +11,7 @@
 
 namespace filterctl {
 
-/** The exit status. Two commands answer a question by it: check and diff. */
+/** The exit status. Two commands use it to answer a question: check and diff. */
 enum Status { DONE = 0, REFUSED = 1, WRONG_USAGE = 2 };
 
 struct Command {
@@ -20,9 +20,9 @@ struct Command {
     const option* longOptions;
     std::size_t fewestOperands;
     std::size_t mostOperands;
-    const char* operands; /**< how many and which, for a message */
+    const char* operands; /**< how many and which, for messages */
     int (*run)(const CommandLine& line);
-    int failure; /**< the exit status when an exception ends the command */
+    int failure; /**< the exit status if an exception ends the command */
     const char* help;
 };
 

@@ -28,7 +28,7 @@ struct TextOfValue {
     }
 };
 
-/** A name of filter_names.h, unless it says that there is none. */
+/** A name from filter_names.h, or the number if there is no name. */
 std::string nameOrNumber(const char* name, std::int32_t code)
 {
     return name == std::string_view("unknown") ? std::to_string(code) : name;

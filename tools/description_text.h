@@ -1,5 +1,5 @@
 /**
- * What objects hold, as text for people.
+ * The contents of objects as text for people.
  */
 #ifndef FILTER_COMMON_TOOLS_DESCRIPTION_TEXT_H
 #define FILTER_COMMON_TOOLS_DESCRIPTION_TEXT_H
@@ -10,10 +10,10 @@
 
 namespace filterctl {
 
-/** "Port: 1024, Mask: 64512"; lists in brackets, fields that belong together in braces. */
+/** "Port: 1024, Mask: 64512"; lists are in brackets, groups of fields in braces. */
 std::string textOf(const FiltersCommon::FiltersDescription& fields);
 
-/** The name of a code, or its number, signed. */
+/** The name of a code, or its number, signed, if it has no name. */
 std::string nameOf(FiltersCommon::filtersGroupStage_t stage);
 std::string nameOf(FiltersCommon::filtersGroupType_t type);
 

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
                              std::generic_category().message(error));
 }
 
-/** An open file, known to the user by a name. */
+/** An open file, and the name under which the user knows it. */
 class File {
 public:
     File(int descriptor, std::string name) : descriptor_(descriptor), name_(std::move(name))
@@ -77,7 +77,7 @@ public:
             fail(name_, "write", errno);
     }
 
-    /** Some systems report only here that the bytes did not get to their place. */
+    /** Some systems report only here that the bytes could not be written. */
     void close()
     {
         if (::close(std::exchange(descriptor_, -1)) != 0)
@@ -89,7 +89,7 @@ private:
     const std::string name_;
 };
 
-/** Removes a file at the end of its life, unless the file was moved to where it belongs. */
+/** Removes a file when destroyed, unless it was moved to its target. */
 class Leftover {
 public:
     explicit Leftover(const std::string& path) : path_(path) {}
@@ -119,7 +119,7 @@ mode_t modeOfNewFiles()
     return 0666 & ~mask;
 }
 
-/** Where a link leads that may point to a file yet to be made. */
+/** The target of a link, which may not exist yet. */
 fs::path followLinks(fs::path path)
 {
     constexpr int MOST_LINKS = 40;
@@ -130,7 +130,7 @@ fs::path followLinks(fs::path path)
     return path;
 }
 
-/** Writes beside the target first, so that the target is whole at every moment. */
+/** Writes a file next to the target first, so that the target is complete at all times. */
 void replaceFile(const fs::path& target, const std::string& name, mode_t mode,
                  std::string_view bytes)
 {

@@ -64,7 +64,7 @@ int runCommand(const Command& command, int argc, char** argv)
     return command.run(line);
 }
 
-/** Leaves in @p failure the exit status for what is raised from here. */
+/** Sets @p failure to the exit status for an exception thrown from here. */
 int run(int argc, char** argv, int& failure)
 {
     const std::string name = argc > 1 ? argv[1] : "";
@@ -81,7 +81,7 @@ int run(int argc, char** argv, int& failure)
 
 int main(int argc, char** argv)
 {
-    // A write beyond the limit of a file's size is then an error like any other.
+    // Makes a write beyond the file size limit an error like any other.
     std::signal(SIGXFSZ, SIG_IGN);
     int failure = REFUSED;
     try {

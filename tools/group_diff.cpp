@@ -18,13 +18,13 @@ namespace {
 
 // ------------------------------------------------------------------------------ what is compared
 
-/** Two entries that are no longer the same; null for the one that there is not. */
+/** Two entries that differ, or a single one; the missing one is null. */
 struct Pair {
     const FiltersEntry* a;
     const FiltersEntry* b;
 };
 
-/** Walks two maps in ascending order of the keys; a value that only one of them has beside null. */
+/** Iterates over two maps in ascending key order; a value that only one has is paired with null. */
 template <class Map, class Function>
 void walkBoth(const Map& a, const Map& b, Function&& function)
 {
@@ -52,7 +52,7 @@ std::vector<Pair> compareByIdentifier(const FiltersGroup& a, const FiltersGroup&
     return pairs;
 }
 
-/** The same for entries that match and do the same. */
+/** A key that is the same for entries that match and do the same. */
 std::string contentOf(const FiltersEntry& entry)
 {
     FiltersEntry content(entry);
@@ -80,7 +80,7 @@ std::vector<Pair> compareByContent(const FiltersGroup& a, const FiltersGroup& b)
         else
             --found->second;
     }
-    // Of entries with the same content the last ones are those that are too many.
+    // Among entries with the same content, the last ones count as surplus.
     auto count = counts.rbegin();
     for (auto it = a.getEntriesRef().rbegin(); it != a.getEntriesRef().rend(); ++it, ++count)
         if (**count > 0) {
@@ -106,7 +106,7 @@ std::string shown(const T& object)
     return textOf(describe(object));
 }
 
-/** Different for different objects, which may have the same description: names are not unique. */
+/** Differs for any two different objects; descriptions may not, as names are not unique. */
 template <class T>
 std::string shownExactly(const T& object)
 {
@@ -124,7 +124,7 @@ bool same(const policer::Policer& a, const policer::Policer& b)
     return a.Serialize() == b.Serialize();
 }
 
-/** The policer or counter, or null if it is the one of an entry without. */
+/** The policer or counter, or null if it is that of an entry without one. */
 template <class T>
 const T* unlessNone(const T& value)
 {
@@ -140,7 +140,7 @@ public:
         text_ = painter.bold("--- " + a_) + "\n" + painter.bold("+++ " + b_) + "\n";
     }
 
-    /** @return whether what the groups hold beside their entries differs */
+    /** @return whether the groups differ in anything but their entries */
     bool addGroups(const FiltersGroup& a, const FiltersGroup& b)
     {
         const std::size_t before = text_.size();
@@ -187,7 +187,7 @@ private:
         addValue('+', name, b);
     }
 
-    /** Adds what differs of two values, either of which may be absent. */
+    /** Adds how two values, either of which may be null, differ. */
     template <class T>
     void addChange(const char* name, const T* a, const T* b)
     {
@@ -242,7 +242,7 @@ private:
     std::string text_;
 };
 
-/** The line that counts. */
+/** The last line, with the counts. */
 std::string summarize(const NamedGroup& a, const NamedGroup& b, bool groupsDiffer,
                       const std::vector<Pair>& pairs)
 {

@@ -1,6 +1,6 @@
 /**
  * How two groups differ, as text. Each line begins with '-' for what only the first group holds,
- * with '+' for what only the second holds, or with a blank.
+ * with '+' for what only the second group holds, or with a blank.
  */
 #ifndef FILTER_COMMON_TOOLS_GROUP_DIFF_H
 #define FILTER_COMMON_TOOLS_GROUP_DIFF_H
@@ -15,11 +15,11 @@ namespace filterctl {
 
 struct DiffOptions {
     /**
-     * Entries are the same if they match and do the same, whatever their identifiers and
-     * priorities; otherwise those of one identifier are compared.
+     * Whether entries count as the same if they match and do the same, whatever their identifiers
+     * and priorities; otherwise entries with the same identifier are compared.
      */
     bool byContent = false;
-    /** Only the last line, which counts. */
+    /** Whether to print only the last line, which gives the counts. */
     bool brief = false;
     Painter painter = Painter(false);
 };
@@ -29,7 +29,7 @@ struct NamedGroup {
     FiltersCommon::FiltersGroup group;
 };
 
-/** No text if the groups do not differ. Takes a time that grows with the number of entries. */
+/** Empty if the groups do not differ. The time taken grows with the number of entries. */
 std::string diffGroups(const NamedGroup& a, const NamedGroup& b, const DiffOptions& options);
 
 } // namespace filterctl

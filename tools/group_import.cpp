@@ -30,7 +30,7 @@ void addPorts(FiltersEntry& entry, const PortPair& ports)
         entry.setMatch(MatchPort(ports.value, ports.mask));
 }
 
-/** An entry of the rule but for the ports. */
+/** An entry for the rule, without the ports. */
 FiltersEntry makeEntry(const AccessRule& rule, bool deny)
 {
     FiltersEntry entry;
@@ -45,7 +45,7 @@ FiltersEntry makeEntry(const AccessRule& rule, bool deny)
     return entry;
 }
 
-/** The entry of a rule for one pair of each of its port ranges. */
+/** The entry of a rule for one pair from each of its port ranges. */
 FiltersEntry makeEntry(const FiltersEntry& common, const PortPair& source,
                        const PortPair& destination)
 {
@@ -57,7 +57,7 @@ FiltersEntry makeEntry(const FiltersEntry& common, const PortPair& source,
     return entry;
 }
 
-/** A group that is filled rule by rule. Each step gives the reason of a refusal, or nothing. */
+/** A group that is filled rule by rule. Each step returns the reason for a refusal, or nothing. */
 class Import {
 public:
     explicit Import(const ImportOptions& options) : group_(options.group), deny_(options.deny)
@@ -118,7 +118,7 @@ std::variant<FiltersGroup, Refusal> importGroup(const AccessList& rules,
     Import import(options);
     if (auto reason = import.setStageAndType(options.stage, options.type))
         return Refusal{0, *reason};
-    // The group is full long before a list is too long for this number.
+    // The group is full long before a list is too long for this type.
     auto priority = static_cast<filtersEntryPriority_t>(rules.size());
     for (const AccessRule& rule : rules)
         if (auto reason = import.add(rule, priority--))

@@ -32,7 +32,7 @@ struct JsonValue {
 
     void operator()(std::int64_t number) const
     {
-        value.set_number_value(static_cast<double>(number)); // of 32 bits, hence exact
+        value.set_number_value(static_cast<double>(number)); // exact: only 32 bits are used
     }
     void operator()(bool truth) const { value.set_bool_value(truth); }
     void operator()(const std::string& text) const { value.set_string_value(text); }
@@ -92,7 +92,7 @@ void require(bool done, const std::string& why)
         throw std::runtime_error("the group cannot be printed as JSON: " + why);
 }
 
-/** The bytes of the message; the same ones every time, which those of a map are not by default. */
+/** The bytes of the message, always in the same order, which maps do not have by default. */
 std::string bytesOf(const google::protobuf::Message& message)
 {
     std::string bytes;
@@ -144,7 +144,7 @@ GroupJson messageOf(const FiltersGroup& group)
 
 std::string jsonOf(const FiltersGroup& group, bool compact)
 {
-    // The message needs far more memory than its bytes, and is freed before the text is made.
+    // The message needs far more memory than its bytes, so it is freed before the text is made.
     const std::string bytes = bytesOf(messageOf(group));
     return jsonOf(*GroupJson::descriptor(), bytes, compact);
 }

@@ -1,5 +1,5 @@
 /**
- * Groups as JSON; group_json.proto says what stands where.
+ * Groups as JSON, in the form defined by group_json.proto.
  */
 #ifndef FILTER_COMMON_TOOLS_GROUP_JSON_H
 #define FILTER_COMMON_TOOLS_GROUP_JSON_H
@@ -15,14 +15,14 @@ class Descriptor;
 namespace filterctl {
 
 /**
- * The same text for equal groups, with a line end behind it; on one line if it is @p compact.
- * Raises std::runtime_error if there is more than a message can hold.
+ * The same text for equal groups, ending with a newline; on one line if @p compact. Throws
+ * std::runtime_error if there is more than a message can hold.
  */
 std::string jsonOf(const FiltersCommon::FiltersGroup& group, bool compact);
 
 /**
- * The JSON of the bytes of a message of a type that was compiled in. Raises std::runtime_error if
- * it has none.
+ * The JSON form of a message, given its bytes and its compiled-in type. Throws std::runtime_error
+ * if it has none.
  */
 std::string jsonOf(const google::protobuf::Descriptor& type, const std::string& bytes,
                    bool compact);

@@ -1,6 +1,6 @@
 /**
- * What commands read. Inputs that are refused are raised as a std::runtime_error with their name,
- * the line, and the reason.
+ * What commands read. If an input is refused, std::runtime_error is thrown with its name, the line
+ * and the reason.
  */
 #ifndef FILTER_COMMON_TOOLS_INPUTS_H
 #define FILTER_COMMON_TOOLS_INPUTS_H
@@ -16,16 +16,16 @@
 
 namespace filterctl {
 
-/** Why bytes are refused that are to be a group. */
+/** Why bytes that should be a group are refused. */
 constexpr char NO_GROUP[] = "holds no group";
 
-/** "NAME:LINE:", or "NAME:" for what no line is to blame for. */
+/** "NAME:LINE:", or "NAME:" if no line is to blame. */
 std::string placeOf(const std::string& name, const Refusal& refusal);
 
 /** The place and the reason. */
 std::string messageOf(const std::string& name, const Refusal& refusal);
 
-/** What a step made, or the refusal raised as an error. */
+/** Returns the result of a step, or throws its refusal as an error. */
 template <class T>
 T accepted(std::variant<T, Refusal>&& result, const std::string& name)
 {
@@ -34,10 +34,10 @@ T accepted(std::variant<T, Refusal>&& result, const std::string& name)
     return std::get<T>(std::move(result));
 }
 
-/** Whether the message holds all that a group needs once it has been filled from the bytes. */
+/** Fills the message from the bytes. @return whether it then holds everything a group needs */
 bool parseGroup(FiltersCommon::FiltersGroupPB& message, const std::string& bytes);
 
-/** The group whose bytes the file holds. */
+/** The group whose bytes are in the file. */
 FiltersCommon::FiltersGroup readGroup(const std::string& name);
 
 } // namespace filterctl

@@ -8,7 +8,7 @@ namespace filterctl {
 
 namespace {
 
-/** What the environment holds under the name, or nothing. */
+/** The value of an environment variable, empty if it is not set. */
 std::string_view environment(const char* name)
 {
     const char* const value = std::getenv(name);

@@ -1,5 +1,5 @@
 /**
- * Colours, for people alone: what is not a terminal never gets any.
+ * Colours, for people only: anything but a terminal never gets any.
  */
 #ifndef FILTER_COMMON_TOOLS_TERMINAL_H
 #define FILTER_COMMON_TOOLS_TERMINAL_H
@@ -10,8 +10,8 @@
 namespace filterctl {
 
 /**
- * Whether what is written there may be coloured: to a terminal that knows colours, unless the
- * environment holds a NO_COLOR that is not empty.
+ * Whether output to the descriptor may be coloured: it must be a terminal that supports colours,
+ * and NO_COLOR must be empty or not set.
  */
 bool takesColor(int descriptor);
 

@@ -15,7 +15,7 @@ std::string fieldsOf(const google::protobuf::Message& message)
     printer.SetSingleLineMode(true);
     std::string text;
     printer.PrintToString(message, &text);
-    // The printer leaves a blank at the end.
+    // The printer leaves a trailing blank.
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 

@@ -1,5 +1,5 @@
 /**
- * What is sent of an object, on one line: more than its dump shows, and less readable.
+ * An object as it is sent, on one line: less readable than its dump, but more complete.
  */
 #ifndef FILTER_COMMON_TOOLS_WIRE_TEXT_H
 #define FILTER_COMMON_TOOLS_WIRE_TEXT_H
@@ -12,7 +12,7 @@ namespace filterctl {
 
 std::string wireTextOf(const FiltersCommon::Match& match);
 std::string wireTextOf(const FiltersCommon::Action& action);
-/** The bytes, whose form belongs to another library. */
+/** The bytes in hexadecimal; their format belongs to another library. */
 std::string wireTextOf(const policer::Policer& policer);
 
 } // namespace filterctl
