@@ -15,8 +15,7 @@
  *  4. Values are taken as they are; nothing is checked.
  *  5. Memory. A constructor never returns null. If memory runs out it throws std::bad_alloc, which
  *     ends the process unless a C++ caller further up catches it.
- *  6. Threads. Use an action from one thread at a time; different actions may be used from
- *     different threads.
+ *  6. Threads. Use an action from one thread at a time; different actions may be used concurrently.
  *
  * Deliberately not provided: constructors for ActionSetInnerPcp and ActionBlackHole; getters for
  * the inner PCP, the CPU queue, the MAC addresses and the port lists.

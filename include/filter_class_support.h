@@ -1,6 +1,6 @@
 /**
- * Shared by the declarations of the match and action classes. Include filter_matches.h or
- * filter_actions.h instead.
+ * Shared by the declarations of the match and action classes. Callers include filter_matches.h or
+ * filter_actions.h.
  */
 #ifndef FILTER_COMMON_FILTER_CLASS_SUPPORT_H
 #define FILTER_COMMON_FILTER_CLASS_SUPPORT_H

@@ -1,5 +1,5 @@
 /**
- * Sets of codes: CodeSet. Include filter_refusals.h instead.
+ * Sets of codes: CodeSet. Callers include filter_refusals.h.
  */
 #ifndef FILTER_COMMON_FILTER_CODE_SET_H
 #define FILTER_COMMON_FILTER_CODE_SET_H

@@ -98,7 +98,7 @@ public:
 
     /**
      * Stores a copy of @p match, replacing any match of the same kind.
-     * @return FILTERS_ERR_INVALID if T is not known, or if IPv4 and IPv6 would be combined
+     * @return FILTERS_ERR_INVALID if T is unknown, or if IPv4 and IPv6 would be combined
      */
     template <class T>
     filtersErr_t setMatch(const T& match);
@@ -111,9 +111,8 @@ public:
     filtersErr_t getMatch(T& match) const;
 
     /**
-     * The stored match of class T itself, valid until the entry's matches are changed or the entry
-     * is destroyed; null if there is none or T is not known. A MatchDSCP is also found as a
-     * MatchToS.
+     * The stored match of class T itself, valid until the entry is destroyed or its matches are
+     * changed; null if there is none or T is unknown. A MatchDSCP is also found as a MatchToS.
      */
     template <class T>
     const T* findMatch() const;
@@ -170,10 +169,9 @@ public:
 
     /**
      * Reads identifier, priority, policer and counter from @p pb and adds its matches and actions
-     * to those the entry holds. Numbers are truncated to the width of the member. Unknown kinds are
-     * skipped, matches that would combine IPv4 and IPv6 are dropped, a later element replaces an
-     * earlier one of its kind, and a counter of type COUNTER_TYPE_INVALID is accepted, all
-     * silently.
+     * to those the entry holds. Numbers are truncated to the width of the member. Silently, unknown
+     * kinds are skipped, matches that would combine IPv4 and IPv6 are dropped, a later element
+     * replaces an earlier one of its kind, and a counter of type COUNTER_TYPE_INVALID is accepted.
      */
     void convertFromFiltersEntryPB(const FiltersEntryPB* pb);
 

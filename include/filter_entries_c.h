@@ -16,8 +16,7 @@
  *     codes beyond the known kinds.
  *  5. Memory. No function returns null. If memory runs out, std::bad_alloc is thrown, which ends
  *     the process unless a C++ caller further up catches it; then nothing is changed or lost.
- *  6. Threads. Use an entry from one thread at a time; different entries may be used from different
- *     threads.
+ *  6. Threads. Use an entry from one thread at a time; different entries may be used concurrently.
  *
  * Deliberately not provided: a setter for the identifier, the policer, the counter, serialization.
  */

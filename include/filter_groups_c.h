@@ -14,8 +14,7 @@
  *     entry of a record early, use deleteFiltersEntry and put null in its place.
  *  5. Memory. No function returns null. If memory runs out, std::bad_alloc is thrown, which ends
  *     the process unless a C++ caller further up catches it; then nothing is changed or lost.
- *  6. Threads. Use a group from one thread at a time; different groups may be used from different
- *     threads.
+ *  6. Threads. Use a group from one thread at a time; different groups may be used concurrently.
  */
 #ifndef FILTER_COMMON_FILTER_GROUPS_C_H
 #define FILTER_COMMON_FILTER_GROUPS_C_H

@@ -1,6 +1,6 @@
 /**
- * The base of all match classes, and the value families that most of them derive from. Include
- * filter_matches.h instead.
+ * The base of all match classes, and the value families that most of them derive from. Callers
+ * include filter_matches.h.
  */
 #ifndef FILTER_COMMON_FILTER_MATCH_FAMILIES_H
 #define FILTER_COMMON_FILTER_MATCH_FAMILIES_H

@@ -1,6 +1,6 @@
 /**
- * The match kinds whose values are those of a family, grouped by family. Include filter_matches.h
- * instead.
+ * The match kinds whose values are those of a family, grouped by family. Callers include
+ * filter_matches.h.
  *
  * Constructors without a mask set all bits of the mask; default constructors set numbers and
  * addresses to 0, and leave lists and sets empty.

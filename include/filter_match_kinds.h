@@ -1,6 +1,6 @@
 /**
- * The match kinds with values of their own or without values, in code order. Include
- * filter_matches.h instead.
+ * The match kinds with values of their own or without values, in code order. Callers include
+ * filter_matches.h.
  *
  * Default constructors set numbers to 0 and booleans to false.
  */

@@ -19,8 +19,7 @@
  *     Constructors without a mask set all bits of the mask.
  *  6. Memory. A constructor never returns null. If memory runs out it throws std::bad_alloc, which
  *     ends the process unless a C++ caller further up catches it.
- *  7. Threads. Use a match from one thread at a time; different matches may be used from different
- *     threads.
+ *  7. Threads. Use a match from one thread at a time; different matches may be used concurrently.
  *
  * Deliberately not provided: constructors for MatchToS, MatchForwardingType, MatchDestinationCpu,
  * excluded port types and a masked IPv6 source; getters for port lists, VLAN identifiers, the

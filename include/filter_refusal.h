@@ -1,5 +1,5 @@
 /**
- * One reason why something is refused: FiltersRefusal. Include filter_refusals.h instead.
+ * One reason why something is refused: FiltersRefusal. Callers include filter_refusals.h.
  */
 #ifndef FILTER_COMMON_FILTER_REFUSAL_H
 #define FILTER_COMMON_FILTER_REFUSAL_H

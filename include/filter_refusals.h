@@ -52,8 +52,7 @@ std::vector<FiltersRefusal> setActionRefusals(const FiltersEntry& entry, const T
 std::vector<FiltersRefusal> l3Refusals(const FiltersEntry& entry, filtersMatch_t kind);
 
 /**
- * Why FiltersEntry::copyMatches refuses. The checks go on after a refused match as if it were not
- * there.
+ * Why FiltersEntry::copyMatches refuses. A refused match is skipped, and the checks go on.
  */
 std::vector<FiltersRefusal> copyMatchesRefusals(const FiltersEntry& entry,
                                                 const FiltersEntry::MatchMap& from);

@@ -18,13 +18,11 @@
  *  4. Sets. What would have been admitted instead is a 64-bit number: bit n, of value
  *     UINT64_C(1) << n, is code n. It is 0 if such codes do not apply to the reason, or if nothing
  *     is admitted. A set may be stored and compared with that of a later version: codes never
- *     change their meaning, but new ones may be added. Programs should ignore bits that they do
- *     not know.
+ *     change their meaning, but new ones may be added. Programs should ignore unknown bits.
  *  5. Pointers. A sentence belongs to the list and is freed with it.
  *  6. Memory. No function returns null. If memory runs out, std::bad_alloc is thrown, which ends
  *     the process unless a C++ caller further up catches it; then nothing is changed or lost.
- *  7. Threads. Use a list from one thread at a time; different lists may be used from different
- *     threads.
+ *  7. Threads. Use a list from one thread at a time; different lists may be used concurrently.
  */
 #ifndef FILTER_COMMON_FILTER_REFUSALS_C_H
 #define FILTER_COMMON_FILTER_REFUSALS_C_H

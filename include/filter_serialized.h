@@ -37,7 +37,7 @@ public:
 
     /**
      * Fills the buffer with @p s and a terminating zero, and frees what it held. Throws
-     * std::bad_alloc and changes nothing if memory runs out or the size exceeds 32 bits.
+     * std::bad_alloc and changes nothing if memory runs out or the size does not fit 32 bits.
      */
     void copyData(const std::string& s);
 

@@ -53,8 +53,7 @@ void writePolicerAction(std::ostream& out, const policer::Action& action)
         out << " " << std::to_string(action.GetDscp());
 }
 
-// The identifier, the PCP and the DSCP are always decimal. The rates follow the stream's
-// formatting.
+// The identifier, PCP and DSCP are always decimal. The rates follow the stream's formatting.
 void writePolicer(std::ostream& out, const policer::Policer& policer)
 {
     out << "  =Policer=" << std::endl;

@@ -1,6 +1,5 @@
 /**
- * The names of codes, or null for codes without one. The public functions are those of
- * filter_names.h.
+ * The names of codes, or null for codes without one. The public functions are in filter_names.h.
  */
 #ifndef FILTER_COMMON_SRC_FILTER_NAMES_INTERNAL_H
 #define FILTER_COMMON_SRC_FILTER_NAMES_INTERNAL_H

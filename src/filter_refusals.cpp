@@ -41,7 +41,7 @@ public:
     std::vector<FiltersRefusal> take() { return std::move(refusals_); }
 
 private:
-    /** Whether an unknown stage or type, which every check would report again, is listed already. */
+    /** Whether an unknown stage or type, which every check reports again, is already listed. */
     bool isSaid(filtersRefusalReason_t reason) const
     {
         return (reason == REFUSAL_UNKNOWN_STAGE || reason == REFUSAL_UNKNOWN_TYPE) &&

@@ -1,6 +1,5 @@
 /**
- * The words that dumps and descriptions use for the values of policers, which come from another
- * library.
+ * The words for policer values in dumps and descriptions. Policers come from another library.
  */
 #ifndef FILTER_COMMON_SRC_POLICER_TABLES_H
 #define FILTER_COMMON_SRC_POLICER_TABLES_H

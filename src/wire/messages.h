@@ -1,6 +1,5 @@
 /**
- * Whole messages as bytes, written and read in the shortest way that gives the same result as the
- * runtime.
+ * Whole messages as bytes, written and read in the shortest way that gives the runtime's result.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_MESSAGES_H
 #define FILTER_COMMON_SRC_WIRE_MESSAGES_H
