@@ -13,28 +13,27 @@ namespace FiltersCommon {
 namespace {
 
 /** Collects what reading leaves out, in the order of the bytes. */
-class LeftOut {
+class ReadingRefusals final : public LeftOut {
 public:
-    /** For an element of an entry; may come before earlier entries are reported. */
-    void operator()(std::size_t place, filtersEntryId_t id, filtersMatch_t kind,
-                    filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read)
+    void match(std::size_t place, filtersEntryId_t entry, filtersMatch_t kind,
+               filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read) override
     {
         std::vector<FiltersRefusal> refusals;
         if (reason == REFUSAL_IPV4_WITH_IPV6)
-            addExclusion(refusals, id, kind, kindsOf(read));
+            addExclusion(refusals, entry, kind, kindsOf(read));
         else
-            refusals.push_back(refusalOf(id, kind, reason));
+            refusals.push_back(refusalOf(entry, kind, reason));
         add(ofElements_, place, refusals);
     }
 
-    void operator()(std::size_t place, filtersEntryId_t id, filtersAction_t kind,
-                    filtersRefusalReason_t reason, const FiltersEntry::MatchMap&)
+    void action(std::size_t place, filtersEntryId_t entry, filtersAction_t kind,
+                filtersRefusalReason_t reason) override
     {
-        add(ofElements_, place, {refusalOf(id, kind, reason)});
+        add(ofElements_, place, {refusalOf(entry, kind, reason)});
     }
 
-    void operator()(std::size_t place, const FiltersEntry& entry, filtersGroupStage_t stage,
-                    filtersGroupType_t type)
+    void entry(std::size_t place, const FiltersEntry& entry, filtersGroupStage_t stage,
+               filtersGroupType_t type) override
     {
         add(ofEntries_, place, insertionRefusals(entry, stage, type));
     }
@@ -78,14 +77,14 @@ private:
     std::vector<Placed> ofEntries_;
 };
 
-/** What @p read leaves out of the bytes; it is given a reader and a LeftOut to report to. */
-template <class Message, class Read>
-std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Read read)
+/** What is left out of the bytes when @p object is read from them. */
+template <class Message, class Wire, class Object>
+std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Object object)
 {
-    LeftOut leftOut;
+    ReadingRefusals leftOut;
     readMessage<Message>(bytes, [&](auto& reader) {
         leftOut.clear(); // drops reports of a reader that did not understand the bytes
-        return read(reader, leftOut);
+        return Wire::read(reader, object, &leftOut);
     });
     return leftOut.take();
 }
@@ -94,18 +93,12 @@ std::vector<FiltersRefusal> readingRefusals(const std::string& bytes, Read read)
 
 std::vector<FiltersRefusal> readEntryRefusals(const std::string& bytes)
 {
-    return readingRefusals<FiltersEntryPB>(bytes, [](auto& reader, LeftOut& leftOut) {
-        FiltersEntry entry;
-        return EntryWire::read(reader, entry, [&](const auto&... what) { leftOut(0, what...); });
-    });
+    return readingRefusals<FiltersEntryPB, EntryWire>(bytes, FiltersEntry());
 }
 
 std::vector<FiltersRefusal> readGroupRefusals(const std::string& bytes)
 {
-    return readingRefusals<FiltersGroupPB>(bytes, [](auto& reader, LeftOut& leftOut) {
-        FiltersGroup group(0);
-        return GroupWire::read(reader, group, [&](const auto&... what) { leftOut(what...); });
-    });
+    return readingRefusals<FiltersGroupPB, GroupWire>(bytes, FiltersGroup(0));
 }
 
 } // namespace FiltersCommon

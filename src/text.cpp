@@ -4,6 +4,7 @@
 #include <netinet/ether.h>
 
 #include <cstring>
+#include <string_view>
 
 namespace FiltersCommon {
 
@@ -74,6 +75,21 @@ void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& 
         out << "\" ";
     }
     out << std::endl;
+}
+
+void writeHead(std::ostream& out, Head head, const char* title, const char* typeLabel, int type)
+{
+    if (head == Head::UNFLUSHED)
+        out << title;
+    else
+        out << std::string_view(title, std::strlen(title) - 1) << std::endl;
+    out << typeLabel << type;
+    if (head == Head::UNFLUSHED || head == Head::UNFLUSHED_TYPE)
+        out << "\n";
+    else
+        out << std::endl;
+    if (head == Head::NO_PARAMETERS)
+        out << "      <no parameters>" << std::endl;
 }
 
 } // namespace FiltersCommon

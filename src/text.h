@@ -21,18 +21,13 @@ namespace FiltersCommon {
 
 // ------------------------------------------------------------------------------ titles, type lines
 
-/** The title of an object's dump. */
+/** The title of an object's dump, with the end of its line. */
 template <class T>
 inline constexpr const char* TITLE = nullptr;
-/** The title and a newline, as one string. */
-template <class T>
-inline constexpr const char* TITLE_LINE = nullptr;
 
 #define FILTERS_COMMON_DEFINE_TITLE(kind, Class, Values)                                           \
     template <>                                                                                    \
-    inline constexpr const char* TITLE<Class> = "    =" #Class "=";                                \
-    template <>                                                                                    \
-    inline constexpr const char* TITLE_LINE<Class> = "    =" #Class "=\n";
+    inline constexpr const char* TITLE<Class> = "    =" #Class "=\n";
 FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_TITLE)
 FILTERS_COMMON_DEFINE_TITLE(MATCH_TOS, MatchDSCP, MatchToS)
 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_TITLE)
@@ -275,6 +270,9 @@ inline constexpr struct PortsWithoutLabel : Formatter {
 
 // ---------------------------------------------------------------------------------- whole objects
 
+/** Writes the title, a TITLE, the type and whatever else comes before the values. */
+void writeHead(std::ostream& out, Head head, const char* title, const char* typeLabel, int type);
+
 /**
  * Dumps @p object as a T. @p values is the object as a T, or null to omit the values, which
  * @p rows describe.
@@ -283,17 +281,7 @@ template <class T, class Base, class Rows>
 std::ostream& writeObject(std::ostream& out, const char* typeLabel, const Base& object,
                           const T* values, const Rows& rows)
 {
-    if (rows.head() == Head::UNFLUSHED)
-        out << TITLE_LINE<T>;
-    else
-        out << TITLE<T> << std::endl;
-    out << typeLabel << static_cast<int>(object.getType());
-    if (rows.head() == Head::UNFLUSHED || rows.head() == Head::UNFLUSHED_TYPE)
-        out << "\n";
-    else
-        out << std::endl;
-    if (rows.head() == Head::NO_PARAMETERS)
-        out << "      <no parameters>" << std::endl;
+    writeHead(out, rows.head(), TITLE<T>, typeLabel, static_cast<int>(object.getType()));
     if (values != nullptr)
         rows.dump(out, *values);
     return out;

@@ -7,6 +7,18 @@
 
 namespace FiltersCommon {
 
+namespace action_fields {
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, type_, kTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, ports_, kPortsFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, pcp_, kPcpFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, pcp_and_queue_, kPcpAndQueueFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, dscp_, kDscpFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, cosq_, kCosqFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, cp2cpu_cancel_type_, kCp2CpuCancelTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, mac_, kMacFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(ActionPB, l3_dest_id_, kL3DestIdFieldNumber)
+} // namespace action_fields
+
 /**
  * The parameters of each class, their fields in an ActionPB, and how they are shown to people. Two
  * fields are deliberately used by two kinds each: the type tells the kinds apart.

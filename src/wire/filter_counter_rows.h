@@ -7,6 +7,11 @@
 
 namespace FiltersCommon {
 
+namespace counter_fields {
+FILTERS_COMMON_DEFINE_FIELD(CounterPB, id, kIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(CounterPB, type, kTypeFieldNumber)
+} // namespace counter_fields
+
 struct CounterRows {
     // clang-format off
     static constexpr auto of(const Counter*) { return rows(

@@ -7,6 +7,15 @@
 
 namespace FiltersCommon {
 
+namespace entry_fields {
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, id_, kIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, priority_, kPriorityFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, policer_, kPolicerFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, matches_, kMatchesFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, actions_, kActionsFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersEntryPB, counter_, kCounterFieldNumber)
+} // namespace entry_fields
+
 /** The members of an entry that are plain numbers. */
 struct EntryRows {
     // clang-format off

@@ -7,22 +7,17 @@
 #include "filter_entries_rows.h"
 #include "filter_matches_rows.h"
 #include "kinds.h"
+#include "left_out.h"
 #include "ordered_maps.h"
 #include "policers.h"
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 
 namespace FiltersCommon {
-
-/** Ignores reports of what a reader leaves out. */
-struct InSilence {
-    template <class... Anything>
-    void operator()(const Anything&...) const
-    {}
-};
 
 /**
  * Writes and reads entries, with the writers and readers of message_io.h and byte_io.h.
@@ -48,29 +43,34 @@ struct EntryWire {
 
     /**
      * Reads all but the policer into @p fresh, an empty entry whose matches are to be added to
-     * @p held. Unknown kinds and matches that would combine IPv4 and IPv6 are left out and reported
-     * to @p leaveOut with the identifier, the kind, the reason, and the matches read so far.
+     * @p held. Unknown kinds and matches that would combine IPv4 and IPv6 are left out and, unless
+     * it is null, reported to @p leftOut.
      * @return the bytes of the policer, valid as long as the input. The policer is built from them
      * only once the reader is known to have understood everything, as the policer library may
      * refuse or report bytes.
      */
-    template <class Reader, class LeaveOut>
+    template <class Reader>
     static std::string_view readAllButPolicer(Reader& reader, FiltersEntry& fresh,
-                                              const FiltersEntry::MatchMap& held, LeaveOut leaveOut)
+                                              const FiltersEntry::MatchMap& held, LeftOut* leftOut,
+                                              std::size_t place = 0)
     {
         EntryRows::of(&fresh).read(reader, fresh);
         const std::string_view policer = reader.bytes(entry_fields::policer_());
         reader.elements(entry_fields::matches_(), [&](auto& element) {
             const auto kind = fromNumber<filtersMatch_t>(element.number(match_fields::type_()));
+            const auto report = [&](filtersRefusalReason_t reason) {
+                if (leftOut != nullptr)
+                    leftOut->match(place, fresh.id_, kind, reason, fresh.matches_);
+            };
             if (!isL3Compatible(kind, held) || !isL3Compatible(kind, fresh.matches_))
-                leaveOut(fresh.id_, kind, REFUSAL_IPV4_WITH_IPV6, fresh.matches_);
+                report(REFUSAL_IPV4_WITH_IPV6);
             else if (!readByKind<MatchKinds>(element, kind, fresh.matches_))
-                leaveOut(fresh.id_, kind, REFUSAL_UNKNOWN_MATCH_KIND, fresh.matches_);
+                report(REFUSAL_UNKNOWN_MATCH_KIND);
         });
         reader.elements(entry_fields::actions_(), [&](auto& element) {
             const auto kind = fromNumber<filtersAction_t>(element.number(action_fields::type_()));
-            if (!readByKind<ActionKinds>(element, kind, fresh.actions_))
-                leaveOut(fresh.id_, kind, REFUSAL_UNKNOWN_ACTION_KIND, fresh.matches_);
+            if (!readByKind<ActionKinds>(element, kind, fresh.actions_) && leftOut != nullptr)
+                leftOut->action(place, fresh.id_, kind, REFUSAL_UNKNOWN_ACTION_KIND);
         });
         reader.message(entry_fields::counter_(), [&](auto& part) {
             CounterRows::of(&fresh.counter_).read(part, fresh.counter_);
@@ -88,11 +88,11 @@ struct EntryWire {
      * Adds what @p reader reads to the entry, leaving out what readAllButPolicer leaves out.
      * @return false, changing nothing, if the reader did not understand the bytes
      */
-    template <class Reader, class LeaveOut = InSilence>
-    static bool read(Reader& reader, FiltersEntry& entry, LeaveOut leaveOut = LeaveOut())
+    template <class Reader>
+    static bool read(Reader& reader, FiltersEntry& entry, LeftOut* leftOut = nullptr)
     {
         FiltersEntry fresh;
-        const std::string_view policer = readAllButPolicer(reader, fresh, entry.matches_, leaveOut);
+        const std::string_view policer = readAllButPolicer(reader, fresh, entry.matches_, leftOut);
         if (!reader.understood())
             return false;
         setPolicer(fresh, policer);

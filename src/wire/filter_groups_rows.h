@@ -7,6 +7,14 @@
 
 namespace FiltersCommon {
 
+namespace group_fields {
+FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, id_, kIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, priority_, kPriorityFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, stage_, kStageFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, type_, kTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, entries_, kEntriesFieldNumber)
+} // namespace group_fields
+
 /** The members of a group that are plain numbers. */
 struct GroupRows {
     // clang-format off

@@ -26,30 +26,29 @@ struct GroupWire {
 
     /**
      * Adds what @p reader reads to the group. Entries that the new stage and type do not admit are
-     * left out and reported to @p leaveOut with their place in the bytes, counted from 0, the entry
-     * itself, the stage and the type. What EntryWire leaves out of an entry is reported with the
-     * entry's place too, possibly before earlier entries are reported.
+     * left out, and so is what EntryWire leaves out of an entry; unless it is null, all of that is
+     * reported to @p leftOut.
      * @return false, changing nothing, if the reader did not understand the bytes
      */
-    template <class Reader, class LeaveOut = InSilence>
-    static bool read(Reader& reader, FiltersGroup& group, LeaveOut leaveOut = LeaveOut())
+    template <class Reader>
+    static bool read(Reader& reader, FiltersGroup& group, LeftOut* leftOut = nullptr)
     {
         FiltersGroup fresh(0);
         GroupRows::of(&fresh).read(reader, fresh);
         std::vector<ReadEntry> waiting; // until everything is known to be understood
         std::size_t place = 0;
         reader.elements(group_fields::entries_(), [&](auto& element) {
-            ReadEntry entry = readEntry(element, place, leaveOut);
+            ReadEntry entry = readEntry(element, place, leftOut);
             if constexpr (Reader::MAY_GIVE_UP)
                 waiting.push_back(std::move(entry));
             else
-                admit(fresh, std::move(entry), place, leaveOut);
+                admit(fresh, std::move(entry), place, leftOut);
             ++place;
         });
         if (!reader.understood())
             return false;
         for (place = 0; place < waiting.size(); ++place)
-            admit(fresh, std::move(waiting[place]), place, leaveOut);
+            admit(fresh, std::move(waiting[place]), place, leftOut);
 
         // From here on nothing can fail.
         moveNodes(group.entries_, fresh.entries_);
@@ -65,25 +64,24 @@ private:
         std::string_view policer;
     };
 
-    template <class Reader, class LeaveOut>
-    static ReadEntry readEntry(Reader& reader, std::size_t place, LeaveOut& leaveOut)
+    template <class Reader>
+    static ReadEntry readEntry(Reader& reader, std::size_t place, LeftOut* leftOut)
     {
         FiltersGroup::EntryMap fresh;
-        const std::string_view policer = EntryWire::readAllButPolicer(
-            reader, fresh[0], {}, [&](const auto&... what) { leaveOut(place, what...); });
+        const std::string_view policer =
+            EntryWire::readAllButPolicer(reader, fresh[0], {}, leftOut, place);
         return {fresh.extract(fresh.begin()), policer};
     }
 
-    template <class LeaveOut>
-    static void admit(FiltersGroup& group, ReadEntry read, std::size_t place, LeaveOut& leaveOut)
+    static void admit(FiltersGroup& group, ReadEntry read, std::size_t place, LeftOut* leftOut)
     {
         FiltersEntry& entry = read.node.mapped();
         EntryWire::setPolicer(entry, read.policer);
         if (group.admits(entry, group.stage_, group.type_) == FILTERS_OK) {
             read.node.key() = entry.getId();
             moveNode(group.entries_, std::move(read.node));
-        } else {
-            leaveOut(place, entry, group.stage_, group.type_);
+        } else if (leftOut != nullptr) {
+            leftOut->entry(place, entry, group.stage_, group.type_);
         }
     }
 };

@@ -7,6 +7,35 @@
 
 namespace FiltersCommon {
 
+namespace match_fields {
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, type_, kTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ports_, kPortsFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, vlan_id_, kVlanIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, tpid_, kTpidFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, mac_, kMacFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, l4port_, kL4PortFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, mac_mask_, kMacMaskFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv4_, kIpv4FieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, pcp_, kPcpFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv4_mask_, kIpv4MaskFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv6_, kIpv6FieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv6_mask_, kIpv6MaskFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, l2_src_, kL2SrcFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipprotocol_, kIpprotocolFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, packet_resolution_, kPacketResolutionFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, tos_, kTosFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, limid_, kLimidFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, l4port_mask_, kL4PortMaskFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ingress_stp_state_, kIngressStpStateFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, excluded_port_types_, kExcludedPortTypesFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, vlan_info_svc_vlan_type_, kVlanInfoSvcVlanTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, ttl_, kTtlFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, vrf_id_, kVrfIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, drop_flag_, kDropFlagFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, fwd_type_, kFwdTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELD(MatchPB, mpls_terminated_, kMplsTerminatedFieldNumber)
+} // namespace match_fields
+
 /** The members of each class, their fields in a MatchPB, and how they are shown to people. */
 struct MatchRows {
     // clang-format off
