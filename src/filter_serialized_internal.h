@@ -1,3 +1,6 @@
+/**
+ * The bytes in an envelope, for reading.
+ */
 #ifndef FILTER_COMMON_SRC_FILTER_SERIALIZED_INTERNAL_H
 #define FILTER_COMMON_SRC_FILTER_SERIALIZED_INTERNAL_H
 

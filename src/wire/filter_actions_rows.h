@@ -1,3 +1,6 @@
+/**
+ * The fields of an ActionPB, and the rows of the action classes: each parameter once.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_ACTIONS_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_ACTIONS_ROWS_H
 

@@ -1,3 +1,6 @@
+/**
+ * The fields of a CounterPB, and the rows of a counter.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_COUNTER_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_COUNTER_ROWS_H
 

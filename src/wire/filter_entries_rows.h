@@ -1,3 +1,6 @@
+/**
+ * The fields of a FiltersEntryPB, and the rows of an entry.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_ROWS_H
 

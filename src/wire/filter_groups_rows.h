@@ -1,3 +1,6 @@
+/**
+ * The fields of a FiltersGroupPB, and the rows of a group.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
 

@@ -1,3 +1,6 @@
+/**
+ * How a group is written and read, whatever by.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
 

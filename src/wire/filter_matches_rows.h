@@ -1,3 +1,6 @@
+/**
+ * The fields of a MatchPB, and the rows of the match classes: each member once.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_MATCHES_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_MATCHES_ROWS_H
 

@@ -1,3 +1,6 @@
+/**
+ * Reports of what reading leaves out.
+ */
 #ifndef FILTER_COMMON_SRC_WIRE_LEFT_OUT_H
 #define FILTER_COMMON_SRC_WIRE_LEFT_OUT_H
 
