@@ -1,3 +1,4 @@
+#include "kind_codes.h"
 #include "named_samples.h"
 #include "text_support.h"
 
@@ -24,44 +25,10 @@ std::string dumpOf(const std::string& name, int type, const std::string& paramet
 
 const std::string NONE = eol("      <no parameters>");
 
-/** The dump of each sample by the operator of its own class. */
-std::string expectedDump(const std::string& sample)
+/** The dump of a sample by the operator of its own class. */
+std::string expectedDump(const Sample<Action>& sample)
 {
-    const std::string noPorts = eol("      Number of ports: 0") + eol("      LIMIDs: ");
-    const std::string threePorts =
-        eol("      Number of ports: 3") + eol("      LIMIDs: \"eth2/3\" \"lag772\" \"eth2/3\" ");
-    const std::map<std::string, std::string> dumps = {
-        {"ActionPermit", dumpOf("ActionPermit", 0, NONE)},
-        {"ActionDeny", dumpOf("ActionDeny", 1, NONE)},
-        {"ActionCopyToCpu", dumpOf("ActionCopyToCpu", 2, NONE)},
-        {"ActionBlockEgressPorts", dumpOf("ActionBlockEgressPorts", 3, threePorts + eol(""))},
-        {"ActionBlockEgressPorts_none", dumpOf("ActionBlockEgressPorts", 3, noPorts + eol(""))},
-        {"ActionCopyToCpuCancel",
-         dumpOf("ActionCopyToCpuCancel", 4, eol("      Cp2CPU Cancel type: COPY_TO_CPU_CANCEL"))},
-        {"ActionCopyToCpuCancel_switch",
-         dumpOf("ActionCopyToCpuCancel", 4, eol("      Cp2CPU Cancel type: SWITCH_TO_CPU_CANCEL"))},
-        {"ActionSetPcp", dumpOf("ActionSetPcp", 5, eol("      PCP: 7"))},
-        {"ActionSetPcp_wide", dumpOf("ActionSetPcp", 5, eol("      PCP: 200"))},
-        {"ActionSetPcpAndQueue", dumpOf("ActionSetPcpAndQueue", 6, eol("      PCP_AND_QUEUE: 66"))},
-        {"ActionSetInnerPcp", dumpOf("ActionSetInnerPcp", 7, eol("      Inner PCP: 3"))},
-        {"ActionSetDSCP", dumpOf("ActionSetDSCP", 8, eol("      DSCP: 46"))},
-        {"ActionMapToCosQueue", dumpOf("ActionMapToCosQueue", 9, eol("      CoS Queue: 0"))},
-        {"ActionMapToCpuCosQueue",
-         dumpOf("ActionMapToCpuCosQueue", 10, eol("      CPU CoS Queue: 255"))},
-        {"ActionRedirect", dumpOf("ActionRedirect", 11, eol("      \"lag772\" "))},
-        {"ActionRedirect_several",
-         dumpOf("ActionRedirect", 11, eol("      \"eth2/3\"       \"lag772\"       \"eth2/3\" "))},
-        {"ActionRedirect_none", dumpOf("ActionRedirect", 11, eol(""))},
-        {"ActionReplaceDstMac",
-         dumpOf("ActionReplaceDstMac", 12, eol("      Replace MAC: 0:1a:2b:0:0:1"))},
-        {"ActionRedirectCancel", dumpOf("ActionRedirectCancel", 13, NONE)},
-        {"ActionReplaceSrcMac",
-         dumpOf("ActionReplaceSrcMac", 14, eol("      Replace MAC: fe:dc:ba:98:76:54"))},
-        {"ActionL3Switch",
-         dumpOf("ActionL3Switch", 15, eol("      L3 Destination ID: 4000000000"))},
-        {"ActionBlackHole", dumpOf("ActionBlackHole", 16, NONE)},
-    };
-    return dumps.at(sample);
+    return dumpOf(sample.className(), sample.expected.code, sample.expected.valueLines);
 }
 
 class EveryAction : public testing::TestWithParam<Sample<Action>> {};
@@ -72,7 +39,7 @@ TEST_P(EveryAction, IsDumpedByItsOwnOperator)
 {
     MarkedStream out;
     const std::ostream& returned = GetParam().print(out);
-    EXPECT_EQ(out.text(), expectedDump(GetParam().name));
+    EXPECT_EQ(out.text(), expectedDump(GetParam()));
     EXPECT_EQ(&returned, &out);
 }
 
@@ -80,7 +47,7 @@ TEST_P(EveryAction, IsDumpedTheSameThroughTheBase)
 {
     MarkedStream out;
     const std::ostream& returned = out << *GetParam().object;
-    EXPECT_EQ(out.text(), expectedDump(GetParam().name));
+    EXPECT_EQ(out.text(), expectedDump(GetParam()));
     EXPECT_EQ(&returned, &out);
 }
 
@@ -101,7 +68,7 @@ TEST(PortLists, AreDumpedAsTheLinesOfTheirPortsAlone)
 {
     EXPECT_EQ(markedDump(ActionPorts(ACTION_BLOCK_EGRESS_PORTS, {limId(3, 1, 0, 0)})),
               eol("      Number of ports: 1") + eol("      LIMIDs: \"cpu1\" "));
-    EXPECT_EQ(markedDump(ActionPorts(static_cast<filtersAction_t>(99), {})),
+    EXPECT_EQ(markedDump(ActionPorts(UNKNOWN_ACTION, {})),
               eol("      Number of ports: 0") + eol("      LIMIDs: "));
 
     const ActionBlockEgressPorts block({limId(3, 1, 0, 0)});
@@ -152,23 +119,19 @@ TEST(ActionDumps, ApplyAWidthToTheirTitleAlone)
 
 TEST(BareActions, AreDumpedWithoutParametersAndNotAtAllBeyondTheKinds)
 {
-#define NAME(kind, Class, Values) #Class,
-    const char* const names[] = {FILTERS_COMMON_EACH_ACTION_KIND(NAME)};
-#undef NAME
-    for (int code = 0; code < 17; ++code) {
-        const std::string dump = expectedDump(names[code]);
-        const bool isWithoutParameters = dump.find(NONE) != std::string::npos;
+    for (const Sample<Action>& sample : actionSamples()) {
+        const auto& [code, fields, valueLines, description] = sample.expected;
         EXPECT_EQ(markedDump(Action(static_cast<filtersAction_t>(code))),
-                  dumpOf(names[code], code, isWithoutParameters ? NONE : ""));
+                  dumpOf(sample.className(), code, valueLines == NONE ? NONE : ""));
     }
-    for (const std::uint32_t code : {17u, 31u, 32u, 33u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
+    for (const std::uint32_t code : unknownCodes(ACTION_KINDS))
         EXPECT_EQ(markedDump(Action(static_cast<filtersAction_t>(code))), "") << code;
 }
 
 TEST(BareActions, BeyondTheKindsStillGiveTheStreamBack)
 {
     std::ostringstream out;
-    out << Action(static_cast<filtersAction_t>(17)) << "behind";
+    out << Action(UNKNOWN_ACTION) << "behind";
     EXPECT_EQ(out.str(), "behind");
 }
 

@@ -27,6 +27,15 @@ inline std::vector<std::uint32_t> unknownCodes(std::uint32_t kinds)
     return {kinds, kinds + 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 }
 
+/** The codes of @p kinds, and codes that are none of them. */
+inline std::vector<std::uint32_t> knownAndUnknownCodes(std::uint32_t kinds)
+{
+    std::vector<std::uint32_t> codes = unknownCodes(kinds);
+    for (std::uint32_t code = 0; code < kinds; ++code)
+        codes.push_back(code);
+    return codes;
+}
+
 } // namespace FiltersCommon::test
 
 #endif // FILTER_COMMON_TESTS_KIND_CODES_H

@@ -1,8 +1,8 @@
 /**
- * Objects of every class in each of its forms, by names: what the tests of bytes and of text walk,
- * and what the golden files hold.
+ * Objects of every class in each of its forms, with what is expected of them on the wire, in dumps
+ * and in descriptions.
  *
- * A name is the class, and behind an underscore the form. It is also the name of the golden file.
+ * A sample is named after its class; an underscore and a word tell further forms apart.
  */
 #ifndef FILTER_COMMON_TESTS_NAMED_SAMPLES_H
 #define FILTER_COMMON_TESTS_NAMED_SAMPLES_H
@@ -20,16 +20,31 @@
 
 namespace FiltersCommon::test {
 
+/** What is expected of a sample, written by hand. */
+struct Expected {
+    int code;
+    std::string fields;      /**< of its message besides the type, as text */
+    std::string valueLines;  /**< of the dump by its own class, after the line of the type */
+    std::string description; /**< on one line */
+};
+
 /** A match or an action. */
 template <class Base>
 struct Sample {
     std::string name;
+    Expected expected;
     std::shared_ptr<const Base> object;
     std::function<std::unique_ptr<Base>()> copy;
     /** Writes the object by the operator of its own class. */
     std::function<std::ostream&(std::ostream&)> print;
 
     std::string className() const { return name.substr(0, name.find('_')); }
+
+    /** The message that is expected, as text. */
+    std::string message() const
+    {
+        return "type_: " + std::to_string(expected.code) + " " + expected.fields;
+    }
 };
 
 /** For messages of the test framework. */
@@ -43,12 +58,12 @@ void PrintTo(const Sample<Base>& sample, std::ostream* out)
 constexpr auto BY_NAME = [](const auto& info) { return info.param.name; };
 
 template <class Base>
-std::unique_ptr<Base> copyOf(const std::vector<Sample<Base>>& samples, const std::string& name)
+const Sample<Base>& sampleOf(const std::vector<Sample<Base>>& samples, const std::string& name)
 {
     for (const Sample<Base>& sample : samples)
         if (sample.name == name)
-            return sample.copy();
-    throw std::invalid_argument(name);
+            return sample;
+    throw std::invalid_argument("no sample is named " + name);
 }
 
 template <class Base>
@@ -60,7 +75,7 @@ std::set<std::string> classesOf(const std::vector<Sample<Base>>& samples)
     return classes;
 }
 
-/** The names of all classes. */
+/** The names of all classes, from the lists of kinds. */
 std::set<std::string> matchClasses();
 std::set<std::string> actionClasses();
 

@@ -41,7 +41,7 @@ void withEachSample(Function function)
             SCOPED_TRACE(sample.name);
             function(Print([&](std::ostream& out) { sample.print(out); }));
             function(Print([&](std::ostream& out) { out << *sample.object; }));
-            EXPECT_TRUE(*sample.object == *copyOf(samples, sample.name));
+            EXPECT_TRUE(*sample.object == *sample.copy());
         }
     };
     callForKinds(matchSamples());

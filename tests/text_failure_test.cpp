@@ -124,7 +124,7 @@ void expectFailbit(const std::vector<Sample<Base>>& samples, const Failing& fail
 {
     SCOPED_TRACE(failing.sample);
     std::ostringstream out;
-    EXPECT_NO_THROW(out << *copyOf(samples, failing.sample));
+    EXPECT_NO_THROW(out << *sampleOf(samples, failing.sample).object);
     EXPECT_EQ(out.rdstate(), std::ios::failbit);
     const std::string text = out.str();
     EXPECT_EQ(text.substr(text.rfind('\n') + 1), failing.lastLine);

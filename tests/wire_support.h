@@ -81,7 +81,7 @@ template <class Base>
 void expectReadings(const std::vector<Sample<Base>>& samples, const std::vector<Reading>& readings)
 {
     for (const Reading& reading : readings) {
-        const std::unique_ptr<Base> object = copyOf(samples, reading.sample);
+        const std::unique_ptr<Base> object = sampleOf(samples, reading.sample).copy();
         fill(*object, message<decltype(written(*object))>(reading.read));
         EXPECT_TRUE(isMessage(written(*object), reading.expected)) << reading.sample;
     }
