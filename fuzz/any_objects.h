@@ -63,8 +63,8 @@ V anyValue(ByteSource& in)
 // ---------------------------------------------------------------------------- matches and actions
 
 /** Built by the longest constructor of the row's class. */
-template <int CODE, class T, class... Arguments>
-T anyOf(test::Row<CODE, T, Arguments...>, ByteSource& in)
+template <int CODE, auto KIND, class T, class... Arguments>
+T anyOf(test::Row<CODE, KIND, T, Arguments...>, ByteSource& in)
 {
     return std::make_from_tuple<T>(std::tuple<Arguments...>{anyValue<Arguments>(in)...});
 }
@@ -120,7 +120,7 @@ template <class Code>
 Code anyCode(ByteSource& in)
 {
     const std::uint8_t number = in.byte();
-    return number < 0xF0 ? static_cast<Code>(number % 36) : in.number<Code>();
+    return number < 0xF0 ? static_cast<Code>(number % (test::MATCH_KINDS + 4)) : in.number<Code>();
 }
 
 /** A map as callers may pass it: with objects under any keys, null pointers and base objects. */

@@ -10,20 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <set>
 #include <type_traits>
-#include <vector>
 
 namespace FiltersCommon::test {
-
-inline std::vector<std::uint32_t> knownAndUnknownCodes()
-{
-    std::vector<std::uint32_t> codes;
-    for (std::uint32_t code = 0; code <= 33; ++code)
-        codes.push_back(code);
-    codes.insert(codes.end(), {0x7FFFFFFF, 0x80000000, 0xFFFFFFFF});
-    return codes;
-}
 
 /** Through the base class on both sides, whatever the static types. */
 template <class Base>
@@ -63,7 +52,8 @@ void expectDifferentFromABareObject()
 {
     const auto object = Row::sample();
     using Kind = decltype(object.getType());
-    for (const std::uint32_t code : knownAndUnknownCodes()) {
+    constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
+    for (const std::uint32_t code : knownAndUnknownCodes(IS_MATCH ? MATCH_KINDS : ACTION_KINDS)) {
         const Base bare(static_cast<Kind>(code));
         const bool same = code == Row::CODE && !Row::HAS_VALUES;
         EXPECT_EQ(object == bare, same) << code;

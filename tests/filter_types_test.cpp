@@ -47,6 +47,8 @@ static_assert(sizeof(limid_t) == 4 && std::is_trivially_copyable_v<limid_t>);
 
 // ----------------------------------------------------------------------------------------- values
 
+// Those of the kinds are in samples.h.
+
 template <class E>
 using Numbers = std::pair<E, int>;
 
@@ -55,71 +57,6 @@ void expectNumbers(const Numbers<E> (&table)[N])
 {
     for (const auto& [enumerator, number] : table)
         EXPECT_EQ(static_cast<int>(enumerator), number);
-}
-
-TEST(FilterTypes, EveryMatchKindHasItsCode)
-{
-    constexpr Numbers<filtersMatch_t> TABLE[] = {
-        {MATCH_ALL, 0},
-        {MATCH_INGRESS_PORTS, 1},
-        {MATCH_EXTERNAL_VLAN_ID, 2},
-        {MATCH_TPID, 3},
-        {MATCH_DST_MAC, 4},
-        {MATCH_DST_L4_PORT, 5},
-        {MATCH_SRC_L4_PORT, 6},
-        {MATCH_SRC_MAC, 7},
-        {MATCH_L2_SRC_ENTRY_TYPE, 8},
-        {MATCH_SRC_IPV4, 9},
-        {MATCH_DST_IPV4, 10},
-        {MATCH_INTERNAL_VLAN_ID, 11},
-        {MATCH_PCP, 12},
-        {MATCH_INTERNAL_PCP, 13},
-        {MATCH_SRC_IPV6, 14},
-        {MATCH_DST_IPV6, 15},
-        {MATCH_VLAN_UNTAGGED, 16},
-        {MATCH_IP_PROTOCOL, 17},
-        {MATCH_PACKET_RES, 18},
-        {MATCH_MPLS_TERM, 19},
-        {MATCH_TOS, 20},
-        {MATCH_VIRTUAL_PORT, 21},
-        {MATCH_EGRESS_PORTS, 22},
-        {MATCH_INGRESS_STP_STATE, 23},
-        {MATCH_VLAN_INFO, 24},
-        {MATCH_SRC_PORT, 25},
-        {MATCH_TTL, 26},
-        {MATCH_VRF_ID, 27},
-        {MATCH_DROP, 28},
-        {MATCH_CPU_PORT, 29},
-        {MATCH_FORWARDING_TYPE, 30},
-        {MATCH_DESTINATION_CPU, 31},
-    };
-    static_assert(std::size(TABLE) == 32);
-    expectNumbers(TABLE);
-}
-
-TEST(FilterTypes, EveryActionKindHasItsCode)
-{
-    constexpr Numbers<filtersAction_t> TABLE[] = {
-        {ACTION_PERMIT, 0},
-        {ACTION_DENY, 1},
-        {ACTION_COPY_TO_CPU, 2},
-        {ACTION_BLOCK_EGRESS_PORTS, 3},
-        {ACTION_COPY_TO_CPU_CANCEL, 4},
-        {ACTION_SET_PCP, 5},
-        {ACTION_SET_PCP_AND_QUEUE, 6},
-        {ACTION_SET_INNER_PCP, 7},
-        {ACTION_SET_DSCP, 8},
-        {ACTION_MAP_TO_COS_QUEUE, 9},
-        {ACTION_MAP_TO_CPU_COS_QUEUE, 10},
-        {ACTION_REDIRECT, 11},
-        {ACTION_REPLACE_DST_MAC, 12},
-        {ACTION_REDIRECT_CANCEL, 13},
-        {ACTION_REPLACE_SRC_MAC, 14},
-        {ACTION_L3_SWITCH, 15},
-        {ACTION_BLACK_HOLE, 16},
-    };
-    static_assert(std::size(TABLE) == 17);
-    expectNumbers(TABLE);
 }
 
 TEST(FilterTypes, EveryResultHasItsCode)

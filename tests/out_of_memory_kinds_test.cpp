@@ -135,7 +135,8 @@ TEST(OutOfMemory, GettingAListRaisesBadAlloc)
 
 TEST(OutOfMemory, SettingPortsLeavesTheOldOnes)
 {
-    const auto variants = Row<22, MatchEgressPorts, std::list<limid_t>>::variants();
+    const auto variants =
+        Row<22, MATCH_EGRESS_PORTS, MatchEgressPorts, std::list<limid_t>>::variants();
     for (const MatchEgressPorts& other : variants)
         expectUnchangedIf(!other.getPortsRef().empty(), variants.front(), [&](auto& match) {
             EXPECT_EQ(match.setPorts(other.getPortsRef()), FILTERS_OK);

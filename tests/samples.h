@@ -5,6 +5,7 @@
 #ifndef FILTER_COMMON_TESTS_SAMPLES_H
 #define FILTER_COMMON_TESTS_SAMPLES_H
 
+#include "kind_codes.h"
 #include "support.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include <cstddef>
 #include <cstring>
 #include <list>
+#include <set>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -86,9 +88,11 @@ inline std::vector<std::set<unsigned short>> othersThan(const std::set<unsigned 
 
 // ---------------------------------------------------------------------------------------- classes
 
-/** A class, the code that its objects carry, and the arguments of its longest constructor. */
-template <int CODE_, class T, class... Arguments>
+/** A code, its kind, a class of that kind, and the arguments of the class's longest constructor. */
+template <int CODE_, auto KIND, class T, class... Arguments>
 struct Row {
+    static_assert(static_cast<int>(KIND) == CODE_ && T::KIND == KIND);
+
     using Class = T;
     static constexpr int CODE = CODE_;
     static constexpr bool HAS_VALUES = sizeof...(Arguments) != 0;
@@ -139,6 +143,9 @@ struct ClassList {
 
     static constexpr std::size_t SIZE = sizeof...(Rows);
 
+    template <class T>
+    static constexpr bool HAS = (std::is_same_v<typename Rows::Class, T> || ...);
+
     /** Calls @p function with an object of each row. */
     template <class Function>
     static void forEach(Function&& function)
@@ -149,59 +156,79 @@ struct ClassList {
 
 // clang-format off
 using MatchClasses = ClassList<
-    Row<0, MatchAll>,
-    Row<1, MatchIngressPorts, std::list<limid_t>>,
-    Row<2, MatchExternalVlanId, std::set<unsigned short>>,
-    Row<3, MatchTPID, unsigned short>,
-    Row<4, MatchDstMac, ether_addr, ether_addr>,
-    Row<5, MatchDstL4Port, unsigned short, unsigned short>,
-    Row<6, MatchSrcL4Port, unsigned short, unsigned short>,
-    Row<7, MatchSrcMac, ether_addr, ether_addr>,
-    Row<8, MatchL2SrcEntryType, l2SrcEntryType_t>,
-    Row<9, MatchSrcIPv4, in_addr, in_addr>,
-    Row<10, MatchDstIPv4, in_addr, in_addr>,
-    Row<11, MatchInternalVlanId, std::set<unsigned short>>,
-    Row<12, MatchPcp, unsigned char>,
-    Row<13, MatchInternalPcp, unsigned char>,
-    Row<14, MatchSrcIPv6, in6_addr>,
-    Row<15, MatchDstIPv6, in6_addr, in6_addr>,
-    Row<16, MatchVlanUntagged>,
-    Row<17, MatchIpProtocol, unsigned char>,
-    Row<18, MatchPacketRes, en_Resolution>,
-    Row<19, MatchMplsTerm, bool>,
-    Row<20, MatchToS, unsigned char>,
-    Row<20, MatchDSCP, unsigned char>,
-    Row<21, MatchVirtualPort, limid_t>,
-    Row<22, MatchEgressPorts, std::list<limid_t>>,
-    Row<23, MatchIngressStpState, en_StpState>,
-    Row<24, MatchVlanInfo, vlan_info_t>,
-    Row<25, MatchSrcPort, limid_t>,
-    Row<26, MatchTTL, unsigned char>,
-    Row<27, MatchVrfId, unsigned short>,
-    Row<28, MatchDrop, bool>,
-    Row<29, MatchCpuPort>,
-    Row<30, MatchForwardingType, en_ForwardingType>,
-    Row<31, MatchDestinationCpu>>;
+    Row<0, MATCH_ALL, MatchAll>,
+    Row<1, MATCH_INGRESS_PORTS, MatchIngressPorts, std::list<limid_t>>,
+    Row<2, MATCH_EXTERNAL_VLAN_ID, MatchExternalVlanId, std::set<unsigned short>>,
+    Row<3, MATCH_TPID, MatchTPID, unsigned short>,
+    Row<4, MATCH_DST_MAC, MatchDstMac, ether_addr, ether_addr>,
+    Row<5, MATCH_DST_L4_PORT, MatchDstL4Port, unsigned short, unsigned short>,
+    Row<6, MATCH_SRC_L4_PORT, MatchSrcL4Port, unsigned short, unsigned short>,
+    Row<7, MATCH_SRC_MAC, MatchSrcMac, ether_addr, ether_addr>,
+    Row<8, MATCH_L2_SRC_ENTRY_TYPE, MatchL2SrcEntryType, l2SrcEntryType_t>,
+    Row<9, MATCH_SRC_IPV4, MatchSrcIPv4, in_addr, in_addr>,
+    Row<10, MATCH_DST_IPV4, MatchDstIPv4, in_addr, in_addr>,
+    Row<11, MATCH_INTERNAL_VLAN_ID, MatchInternalVlanId, std::set<unsigned short>>,
+    Row<12, MATCH_PCP, MatchPcp, unsigned char>,
+    Row<13, MATCH_INTERNAL_PCP, MatchInternalPcp, unsigned char>,
+    Row<14, MATCH_SRC_IPV6, MatchSrcIPv6, in6_addr>,
+    Row<15, MATCH_DST_IPV6, MatchDstIPv6, in6_addr, in6_addr>,
+    Row<16, MATCH_VLAN_UNTAGGED, MatchVlanUntagged>,
+    Row<17, MATCH_IP_PROTOCOL, MatchIpProtocol, unsigned char>,
+    Row<18, MATCH_PACKET_RES, MatchPacketRes, en_Resolution>,
+    Row<19, MATCH_MPLS_TERM, MatchMplsTerm, bool>,
+    Row<20, MATCH_TOS, MatchToS, unsigned char>,
+    Row<20, MATCH_TOS, MatchDSCP, unsigned char>,
+    Row<21, MATCH_VIRTUAL_PORT, MatchVirtualPort, limid_t>,
+    Row<22, MATCH_EGRESS_PORTS, MatchEgressPorts, std::list<limid_t>>,
+    Row<23, MATCH_INGRESS_STP_STATE, MatchIngressStpState, en_StpState>,
+    Row<24, MATCH_VLAN_INFO, MatchVlanInfo, vlan_info_t>,
+    Row<25, MATCH_SRC_PORT, MatchSrcPort, limid_t>,
+    Row<26, MATCH_TTL, MatchTTL, unsigned char>,
+    Row<27, MATCH_VRF_ID, MatchVrfId, unsigned short>,
+    Row<28, MATCH_DROP, MatchDrop, bool>,
+    Row<29, MATCH_CPU_PORT, MatchCpuPort>,
+    Row<30, MATCH_FORWARDING_TYPE, MatchForwardingType, en_ForwardingType>,
+    Row<31, MATCH_DESTINATION_CPU, MatchDestinationCpu>>;
 
 using ActionClasses = ClassList<
-    Row<0, ActionPermit>,
-    Row<1, ActionDeny>,
-    Row<2, ActionCopyToCpu>,
-    Row<3, ActionBlockEgressPorts, std::list<limid_t>>,
-    Row<4, ActionCopyToCpuCancel, cp2cpuCancelParam_t>,
-    Row<5, ActionSetPcp, unsigned char>,
-    Row<6, ActionSetPcpAndQueue, unsigned char>,
-    Row<7, ActionSetInnerPcp, unsigned char>,
-    Row<8, ActionSetDSCP, unsigned char>,
-    Row<9, ActionMapToCosQueue, unsigned char>,
-    Row<10, ActionMapToCpuCosQueue, unsigned char>,
-    Row<11, ActionRedirect, limid_t>,
-    Row<12, ActionReplaceDstMac, ether_addr>,
-    Row<13, ActionRedirectCancel>,
-    Row<14, ActionReplaceSrcMac, ether_addr>,
-    Row<15, ActionL3Switch, unsigned int>,
-    Row<16, ActionBlackHole>>;
+    Row<0, ACTION_PERMIT, ActionPermit>,
+    Row<1, ACTION_DENY, ActionDeny>,
+    Row<2, ACTION_COPY_TO_CPU, ActionCopyToCpu>,
+    Row<3, ACTION_BLOCK_EGRESS_PORTS, ActionBlockEgressPorts, std::list<limid_t>>,
+    Row<4, ACTION_COPY_TO_CPU_CANCEL, ActionCopyToCpuCancel, cp2cpuCancelParam_t>,
+    Row<5, ACTION_SET_PCP, ActionSetPcp, unsigned char>,
+    Row<6, ACTION_SET_PCP_AND_QUEUE, ActionSetPcpAndQueue, unsigned char>,
+    Row<7, ACTION_SET_INNER_PCP, ActionSetInnerPcp, unsigned char>,
+    Row<8, ACTION_SET_DSCP, ActionSetDSCP, unsigned char>,
+    Row<9, ACTION_MAP_TO_COS_QUEUE, ActionMapToCosQueue, unsigned char>,
+    Row<10, ACTION_MAP_TO_CPU_COS_QUEUE, ActionMapToCpuCosQueue, unsigned char>,
+    Row<11, ACTION_REDIRECT, ActionRedirect, limid_t>,
+    Row<12, ACTION_REPLACE_DST_MAC, ActionReplaceDstMac, ether_addr>,
+    Row<13, ACTION_REDIRECT_CANCEL, ActionRedirectCancel>,
+    Row<14, ACTION_REPLACE_SRC_MAC, ActionReplaceSrcMac, ether_addr>,
+    Row<15, ACTION_L3_SWITCH, ActionL3Switch, unsigned int>,
+    Row<16, ACTION_BLACK_HOLE, ActionBlackHole>>;
 // clang-format on
+
+// A new kind needs a row above.
+#define FILTERS_COMMON_HAS_ROW(kind, Class, Values)                                                \
+    static_assert(MatchClasses::HAS<Class> || ActionClasses::HAS<Class>, "a row for " #Class);
+FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_HAS_ROW)
+FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_HAS_ROW)
+#undef FILTERS_COMMON_HAS_ROW
+static_assert(MatchClasses::SIZE == MATCH_KINDS + 1, "MatchDSCP and MatchToS are of one kind");
+static_assert(ActionClasses::SIZE == ACTION_KINDS);
+
+template <class Classes>
+std::set<std::uint32_t> codesWithoutValues()
+{
+    std::set<std::uint32_t> codes;
+    Classes::forEach([&](auto row) {
+        if (!row.HAS_VALUES)
+            codes.insert(row.CODE);
+    });
+    return codes;
+}
 
 // ----------------------------------------------------------------------------------------- layout
 
