@@ -1,5 +1,6 @@
 #include "wire_mutator.h"
 
+#include "kind_codes.h"
 #include "wire_tree.h"
 
 #include "filter_groups.pb.h"
@@ -51,7 +52,7 @@ public:
                                           0xFFFF,     0x10000,    0x0FFFFFFF,  0x7FFFFFFF,
                                           0x80000000, 0xFFFFFFFF, 0x100000000, 0x7FFFFFFFFFFFFFFF,
                                           1ull << 63, ~0ull,      ~0ull - 127, 0x0123456789ABCDEF};
-        return oneIn(4) ? oneOf(ENDS) : below(34);
+        return oneIn(4) ? oneOf(ENDS) : below(test::MATCH_KINDS + 2);
     }
 
     std::string bytes()

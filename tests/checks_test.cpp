@@ -168,12 +168,13 @@ TEST(Checks, WhatReadingAGroupLeavesOut)
     EXPECT_TRUE(checkMessage(message).empty());
 
     message.mutable_entries_(0)->add_matches_()->set_type_(99);
-    message.mutable_entries_(0)->add_actions_()->set_type_(17);
-    expectBeginnings(checkMessage(message), {"0: entry 4: match kind 99 is unknown; known are ",
-                                             "0: entry 4: action kind 17 is unknown; known are "});
+    message.mutable_entries_(0)->add_actions_()->set_type_(1000);
+    expectBeginnings(checkMessage(message),
+                     {"0: entry 4: match kind 99 is unknown; known are ",
+                      "0: entry 4: action kind 1000 is unknown; known are "});
     message.set_type_(5);
     expectBeginnings(checkMessage(message),
-                     {"0: entry 4: match kind 99 is unknown", "0: entry 4: action kind 17 is un",
+                     {"0: entry 4: match kind 99 is unknown", "0: entry 4: action kind 1000 is un",
                       "0: entry 4: match kind MATCH_SRC_IPV4 is not admitted in a group of type "});
     // The stage takes egress policers.
     message.mutable_entries_(0)->clear_matches_();

@@ -1,5 +1,6 @@
 #include "c_constructors.h"
 #include "c_support.h"
+#include "kind_codes.h"
 
 #include "filter_actions.h"
 
@@ -105,7 +106,7 @@ TEST(ActionsC, NumbersAreNeitherCheckedNorCut)
 
 TEST(ActionsC, TheTypeIsThatOfTheObjectWhateverItIs)
 {
-    for (const unsigned code : {0u, 7u, 16u, 17u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t code : test::knownAndUnknownCodes(test::ACTION_KINDS)) {
         Action bare(static_cast<filtersAction_t>(code));
         EXPECT_EQ(static_cast<unsigned>(actionGetType(&bare)), code);
     }

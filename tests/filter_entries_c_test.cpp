@@ -117,7 +117,7 @@ struct Matches {
     static constexpr char NAME[] = "Matches";
     using Base = Match;
     using Kind = filtersMatch_t;
-    static constexpr Kind LAST_KIND = MATCH_DESTINATION_CPU;
+    static constexpr std::uint32_t KINDS = test::MATCH_KINDS;
     using Classes = MatchClasses;
     template <class T>
     using StoredAs = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
@@ -138,7 +138,7 @@ struct Actions {
     static constexpr char NAME[] = "Actions";
     using Base = Action;
     using Kind = filtersAction_t;
-    static constexpr Kind LAST_KIND = ACTION_BLACK_HOLE;
+    static constexpr std::uint32_t KINDS = test::ACTION_KINDS;
     using Classes = ActionClasses;
     template <class T>
     using StoredAs = T;
@@ -254,10 +254,10 @@ TYPED_TEST(EntriesCHalf, DeletingTakesOutThatKindAlone)
         FiltersEntry entry(1);
         EXPECT_EQ(TypeParam::remove(&entry, kind), FILTERS_ERR_NOT_FOUND);
         TypeParam::put(entry, row.sample());
-        for (int other = -1; other < 40; ++other) {
+        for (const std::uint32_t code : test::knownAndUnknownCodes(TypeParam::KINDS)) {
+            const auto other = static_cast<Kind>(code);
             if (other != kind) {
-                EXPECT_EQ(TypeParam::remove(&entry, static_cast<Kind>(other)),
-                          FILTERS_ERR_NOT_FOUND);
+                EXPECT_EQ(TypeParam::remove(&entry, other), FILTERS_ERR_NOT_FOUND);
             }
         }
         EXPECT_EQ(TypeParam::heldBy(entry).size(), 1u);
@@ -271,8 +271,7 @@ TYPED_TEST(EntriesCHalf, KindsBeyondTheTableAreInvalid)
 {
     const FiltersEntry before(fullEntry());
     FiltersEntry entry(before);
-    const auto firstUnknown = static_cast<std::uint32_t>(TypeParam::LAST_KIND) + 1;
-    for (const std::uint32_t code : {firstUnknown, firstUnknown + 1, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+    for (const std::uint32_t code : test::unknownCodes(TypeParam::KINDS)) {
         typename TypeParam::Base bare(static_cast<typename TypeParam::Kind>(code));
         EXPECT_EQ(TypeParam::set(&entry, &bare), FILTERS_ERR_INVALID);
         EXPECT_EQ(TypeParam::get(&entry, &bare), FILTERS_ERR_INVALID);
@@ -384,7 +383,7 @@ TEST(EntriesC, ANullEntryIsBadParamWhateverTheKind)
     MatchForwardingType forwarding(FORWARDING_TYPE_0);
     EXPECT_EQ(filtersEntrySetMatch(nullptr, &forwarding), FILTERS_ERR_BAD_PARAM);
     EXPECT_EQ(filtersEntryGetMatch(nullptr, &forwarding), FILTERS_ERR_BAD_PARAM);
-    Action unknown(static_cast<filtersAction_t>(17));
+    Action unknown(test::UNKNOWN_ACTION);
     EXPECT_EQ(filtersEntrySetAction(nullptr, &unknown), FILTERS_ERR_BAD_PARAM);
     EXPECT_EQ(filtersEntryGetAction(nullptr, &unknown), FILTERS_ERR_BAD_PARAM);
 }

@@ -212,15 +212,14 @@ TEST(CopyMatches, LaterMatchOfAKindReplacesTheEarlierOne)
     EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_TOS) == MatchToS(8));
 }
 
-TEST(CopyMatches, SkipsNullPointersAndKindsOf32AndMore)
+TEST(CopyMatches, SkipsNullPointersAndUnknownKinds)
 {
     Matches from = matchesOf(MatchAll(), MatchTTL(1));
     from[MATCH_PCP] = nullptr;
-    put(from, 1, Match(matchKind(32)));
-    put(from, 2, Match(matchKind(33)));
-    put(from, 3, Match(matchKind(0x7FFFFFFF)));
-    put(from, 4, Match(matchKind(0xFFFFFFFF)));
-    put(from, 5, MatchLimId(matchKind(64), limId(1, 2, 3, 4)));
+    std::uint32_t key = 1;
+    for (const std::uint32_t code : test::unknownCodes(test::MATCH_KINDS))
+        put(from, key++, Match(matchKind(code)));
+    put(from, key, MatchLimId(test::UNKNOWN_MATCH, limId(1, 2, 3, 4)));
     FiltersEntry entry;
     EXPECT_EQ(entry.copyMatches(from), FILTERS_OK);
     EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 26}));
@@ -286,14 +285,13 @@ TEST(CopyActions, AddsToTheHeldActionsAndReplacesThoseOfTheSameKind)
     EXPECT_TRUE(entry == expected);
 }
 
-TEST(CopyActions, SkipsNullPointersAndKindsOf17AndMore)
+TEST(CopyActions, SkipsNullPointersAndUnknownKinds)
 {
     Actions from = actionsOf(ActionPermit(), ActionL3Switch(1));
     from[ACTION_DENY] = nullptr;
-    put(from, 3, Action(actionKind(17)));
-    put(from, 4, Action(actionKind(32)));
-    put(from, 5, Action(actionKind(0x7FFFFFFF)));
-    put(from, 6, Action(actionKind(0xFFFFFFFF)));
+    std::uint32_t key = 3;
+    for (const std::uint32_t code : test::unknownCodes(test::ACTION_KINDS))
+        put(from, key++, Action(actionKind(code)));
     FiltersEntry entry;
     EXPECT_EQ(entry.copyActions(from), FILTERS_OK);
     EXPECT_EQ(actionsIn(entry), (std::set<int>{0, 15}));

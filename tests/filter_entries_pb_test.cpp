@@ -1,3 +1,4 @@
+#include "kind_codes.h"
 #include "named_entries.h"
 #include "wire_support.h"
 
@@ -183,9 +184,9 @@ TEST(ReadingAnEntry, TakesGarbageInThePlaceOfAPolicerAsNoPolicer)
 
 TEST(ReadingAnEntry, SkipsUnknownMatchKinds)
 {
-    for (const char* kind : {"32", "33", "40", "0x7fffffff", "0x80000000", "0xffffffff"}) {
+    for (const std::uint32_t kind : unknownCodes(MATCH_KINDS)) {
         const FiltersEntry entry =
-            readEntry("matches_ { type_: 26 ttl_: 1 } matches_ { type_: " + std::string(kind) +
+            readEntry("matches_ { type_: 26 ttl_: 1 } matches_ { type_: " + std::to_string(kind) +
                       " ttl_: 2 } matches_ { type_: 0 }");
         EXPECT_EQ(matchKinds(entry), (Kinds{MATCH_ALL, MATCH_TTL})) << kind;
     }
@@ -193,9 +194,9 @@ TEST(ReadingAnEntry, SkipsUnknownMatchKinds)
 
 TEST(ReadingAnEntry, SkipsUnknownActionKinds)
 {
-    for (const char* kind : {"17", "18", "31", "32", "0x7fffffff", "0x80000000", "0xffffffff"}) {
+    for (const std::uint32_t kind : unknownCodes(ACTION_KINDS)) {
         const FiltersEntry entry =
-            readEntry("actions_ { type_: 5 pcp_: 1 } actions_ { type_: " + std::string(kind) +
+            readEntry("actions_ { type_: 5 pcp_: 1 } actions_ { type_: " + std::to_string(kind) +
                       " pcp_: 2 } actions_ { type_: 0 }");
         EXPECT_EQ(actionKinds(entry), (Kinds{ACTION_PERMIT, ACTION_SET_PCP})) << kind;
     }

@@ -242,10 +242,10 @@ TEST(FilterEntries, DeletesNothingForUnknownKinds)
     FiltersEntry entry;
     entry.setMatch(MatchAll());
     entry.setAction(ActionPermit());
-    for (const std::uint32_t code : {17u, 32u, 0x7FFFFFFFu, 0xFFFFFFFFu}) {
+    for (const std::uint32_t code : test::unknownCodes(test::MATCH_KINDS))
         EXPECT_EQ(entry.deleteMatch(static_cast<filtersMatch_t>(code)), FILTERS_ERR_NOT_FOUND);
+    for (const std::uint32_t code : test::unknownCodes(test::ACTION_KINDS))
         EXPECT_EQ(entry.deleteAction(static_cast<filtersAction_t>(code)), FILTERS_ERR_NOT_FOUND);
-    }
 }
 
 TEST(FilterEntries, StoresTheStaticClassOfADerivedObject)

@@ -1,5 +1,6 @@
 #include "c_constructors.h"
 #include "c_support.h"
+#include "kind_codes.h"
 
 #include <gtest/gtest.h>
 
@@ -222,7 +223,7 @@ TEST(MatchesC, DscpKeepsItsSixLowBits)
 
 TEST(MatchesC, TheTypeIsThatOfTheObjectWhateverItIs)
 {
-    for (const unsigned code : {0u, 20u, 31u, 32u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t code : test::knownAndUnknownCodes(test::MATCH_KINDS)) {
         Match bare(static_cast<filtersMatch_t>(code));
         EXPECT_EQ(static_cast<unsigned>(matchGetType(&bare)), code);
     }

@@ -233,9 +233,10 @@ TEST(BareMatches, AreDumpedWithoutValuesAndNotAtAllBeyondTheKinds)
     const std::string none = eol("      <no parameters>");
     for (const Sample<Match>& sample : matchSamples()) {
         const auto& [code, fields, valueLines, description] = sample.expected;
-        if (sample.className() != "MatchDSCP") // its kind is that of a MatchToS
+        if (sample.className() != "MatchDSCP") { // its kind is that of a MatchToS
             EXPECT_EQ(markedDump(Match(static_cast<filtersMatch_t>(code))),
                       dumpOf(sample.className(), code, valueLines == none ? none : ""));
+        }
     }
     for (const std::uint32_t code : unknownCodes(MATCH_KINDS))
         EXPECT_EQ(markedDump(Match(static_cast<filtersMatch_t>(code))), "") << code;

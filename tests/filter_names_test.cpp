@@ -1,3 +1,5 @@
+#include "kind_codes.h"
+
 #include "filter_groups.h"
 #include "filter_names.h"
 
@@ -63,8 +65,10 @@ const char* byNumber(std::int32_t code)
 
 const Named NAMED[] = {
     {FILTER_TYPES_HEADER, "filtersErr_t", 9, byNumber<filtersErr_t, filtersErrName>},
-    {FILTER_TYPES_HEADER, "filtersMatch_t", 32, byNumber<filtersMatch_t, filtersMatchName>},
-    {FILTER_TYPES_HEADER, "filtersAction_t", 17, byNumber<filtersAction_t, filtersActionName>},
+    {FILTER_TYPES_HEADER, "filtersMatch_t", test::MATCH_KINDS,
+     byNumber<filtersMatch_t, filtersMatchName>},
+    {FILTER_TYPES_HEADER, "filtersAction_t", test::ACTION_KINDS,
+     byNumber<filtersAction_t, filtersActionName>},
     {FILTER_TYPES_HEADER, "filtersGroupStage_t", 4,
      byNumber<filtersGroupStage_t, filtersGroupStageName>},
     {FILTER_TYPES_HEADER, "filtersGroupType_t", 10,

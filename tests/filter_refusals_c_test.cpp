@@ -136,9 +136,9 @@ std::vector<std::shared_ptr<Base>> objects()
     Classes::forEach([&](auto row) {
         objects.push_back(std::make_shared<decltype(row.sample())>(row.sample()));
     });
-    for (std::uint32_t code = 0; code < 34; ++code)
+    constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
+    for (const std::uint32_t code : knownAndUnknownCodes(IS_MATCH ? MATCH_KINDS : ACTION_KINDS))
         objects.push_back(std::make_shared<Base>(static_cast<Code>(code)));
-    objects.push_back(std::make_shared<Base>(static_cast<Code>(-1)));
     return objects;
 }
 
@@ -178,7 +178,7 @@ TEST(RefusalsC, OfMatchesNameTheirReasons)
     const auto refusalsOf = [&](Match match) {
         return readAll(List(filtersEntrySetMatchRefusals(&entry, &match)));
     };
-    CodeSet<filtersMatch_t> offered = setOf<filtersMatch_t>(0xBFFFFFFF);
+    const auto offered = everyMatchBut({MATCH_FORWARDING_TYPE});
     const auto expected = [](filtersRefusalReason_t reason, filtersMatch_t kind,
                              CodeSet<filtersMatch_t> admitted) {
         FiltersRefusal refusal(reason);
@@ -187,9 +187,8 @@ TEST(RefusalsC, OfMatchesNameTheirReasons)
         refusal.admittedMatches = admitted;
         return refusal;
     };
-    const auto beyond = static_cast<filtersMatch_t>(32);
-    EXPECT_EQ(refusalsOf(Match(beyond)),
-              Refusals{expected(REFUSAL_UNKNOWN_MATCH_KIND, beyond, offered)});
+    EXPECT_EQ(refusalsOf(Match(UNKNOWN_MATCH)),
+              Refusals{expected(REFUSAL_UNKNOWN_MATCH_KIND, UNKNOWN_MATCH, offered)});
     EXPECT_EQ(refusalsOf(Match(MATCH_FORWARDING_TYPE)),
               Refusals{expected(REFUSAL_MATCH_NOT_IN_C, MATCH_FORWARDING_TYPE, offered)});
     EXPECT_EQ(refusalsOf(Match(MATCH_TTL)),
@@ -198,7 +197,8 @@ TEST(RefusalsC, OfMatchesNameTheirReasons)
 
     // Both that the object is none of its kind's class, and that its kind may not join the other.
     FiltersRefusal exclusion =
-        expected(REFUSAL_IPV4_WITH_IPV6, MATCH_SRC_IPV6, setOf<filtersMatch_t>(0xBFFF3FFF));
+        expected(REFUSAL_IPV4_WITH_IPV6, MATCH_SRC_IPV6,
+                 everyMatchBut({MATCH_FORWARDING_TYPE, MATCH_SRC_IPV6, MATCH_DST_IPV6}));
     exclusion.excludingMatches = {MATCH_DST_IPV4};
     EXPECT_EQ(refusalsOf(Match(MATCH_SRC_IPV6)),
               (Refusals{expected(REFUSAL_MATCH_NOT_OF_ITS_KIND, MATCH_SRC_IPV6, {}), exclusion}));
@@ -213,9 +213,7 @@ TEST(RefusalsC, OfMatchesNameTheirReasons)
 TEST(RefusalsC, OfActionsHaveTheCodeOfTheOperation)
 {
     FiltersEntry entry(7);
-    CodeSet<filtersAction_t> known;
-    for (int code = 0; code < 17; ++code)
-        known.insert(static_cast<filtersAction_t>(code));
+    const CodeSet<filtersAction_t> known = everyAction();
     std::size_t refused = 0;
     for (const auto& action : objects<Action, ActionClasses>()) {
         FiltersEntry target(entry);
@@ -235,8 +233,9 @@ TEST(RefusalsC, OfActionsHaveTheCodeOfTheOperation)
             expected.admittedActions = known;
         EXPECT_EQ(refusals, Refusals{expected});
     }
-    // Twelve kinds have values; of the bare objects, eighteen have an unknown kind.
-    EXPECT_EQ(refused, 12u + 18u);
+    // Bare objects, of kinds with values and of unknown kinds.
+    EXPECT_EQ(refused, ACTION_KINDS - codesWithoutValues<ActionClasses>().size() +
+                           unknownCodes(ACTION_KINDS).size());
 }
 
 // ------------------------------------------------------------------------------------------ lists

@@ -18,15 +18,6 @@ using namespace test;
 const CodeSet<filtersMatch_t> IPV4 = {MATCH_SRC_IPV4, MATCH_DST_IPV4};
 const CodeSet<filtersMatch_t> IPV6 = {MATCH_SRC_IPV6, MATCH_DST_IPV6};
 
-CodeSet<filtersMatch_t> everyKindBut(CodeSet<filtersMatch_t> left)
-{
-    CodeSet<filtersMatch_t> kinds;
-    for (std::uint32_t code = 0; code < 32; ++code)
-        if (!left.contains(matchKind(code)))
-            kinds.insert(matchKind(code));
-    return kinds;
-}
-
 FiltersRefusal ofMatch(filtersRefusalReason_t reason, filtersEntryId_t id, filtersMatch_t kind)
 {
     return refusal(reason, [&](FiltersRefusal& r) {
@@ -50,7 +41,7 @@ Refusals expectedExclusion(filtersEntryId_t id, filtersMatch_t kind, CodeSet<fil
         if (mine.contains(kind) && !(met & others).empty()) {
             FiltersRefusal refusal = ofMatch(REFUSAL_IPV4_WITH_IPV6, id, kind);
             refusal.excludingMatches = met & others;
-            refusal.admittedMatches = everyKindBut(mine);
+            refusal.admittedMatches = everyMatchBut(mine);
             return {refusal};
         }
     return {};
@@ -108,7 +99,7 @@ TEST(SetActionRefusals, OfTheKnownClassesThereAreNone)
 TEST(L3Refusals, OfKindsThatThereAreNotThereAreNone)
 {
     for (const FiltersEntry& entry : holders())
-        for (const std::uint32_t code : {32u, 33u, 41u, 46u, 0x7FFFFFFFu, 0xFFFFFFFFu})
+        for (const std::uint32_t code : unknownCodes(MATCH_KINDS))
             EXPECT_EQ(l3Refusals(entry, matchKind(code)), Refusals());
 }
 
@@ -148,13 +139,14 @@ void expectUnknownAction(const T& action, filtersAction_t kind)
 
 TEST(UnknownClasses, AreTheFirstReason)
 {
-    for (std::uint32_t code = 0; code < 34; ++code) {
+    for (const std::uint32_t code : knownAndUnknownCodes(MATCH_KINDS)) {
         expectUnknownMatch(Match(matchKind(code)), matchKind(code));
         expectUnknownMatch(MatchIPv4(matchKind(code), ipv4("192.0.2.1")), matchKind(code));
+    }
+    for (const std::uint32_t code : knownAndUnknownCodes(ACTION_KINDS)) {
         expectUnknownAction(Action(actionKind(code)), actionKind(code));
         expectUnknownAction(ActionPorts(actionKind(code), {}), actionKind(code));
     }
-    expectUnknownMatch(Match(matchKind(0xFFFFFFFF)), matchKind(0xFFFFFFFF));
     expectUnknownMatch(OwnMatch(), MATCH_DST_IPV6);
     expectUnknownMatch(OwnPcp(), MATCH_PCP);
     expectUnknownAction(OwnDeny(), ACTION_DENY);
@@ -192,20 +184,17 @@ struct Candidate {
 template <class Base, class Classes>
 std::vector<Candidate<Base>> candidates()
 {
+    using Code = decltype(std::declval<Base>().getType());
     std::vector<Candidate<Base>> all;
-    std::uint32_t codes = 0;
     Classes::forEach([&](auto row) {
-        using Code = decltype(std::declval<Base>().getType());
         all.push_back({std::make_shared<decltype(row.sample())>(row.sample()), true, true});
         all.push_back({std::make_shared<Base>(static_cast<Code>(row.CODE)), !row.HAS_VALUES, true});
-        codes = row.CODE + 1;
     });
-    for (const std::uint32_t code : {codes, codes + 1, 0xFFFFFFFFu}) {
-        using Code = decltype(std::declval<Base>().getType());
+    constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
+    for (const std::uint32_t code : unknownCodes(IS_MATCH ? MATCH_KINDS : ACTION_KINDS))
         all.push_back({std::make_shared<Base>(static_cast<Code>(code)), false, false});
-    }
     // A class of the caller's is of its kind if it derives from the kind's class.
-    if constexpr (std::is_same_v<Base, Match>) {
+    if constexpr (IS_MATCH) {
         all.push_back({std::make_shared<OwnPcp>(), true, true});
         all.push_back({std::make_shared<OwnMatch>(), false, true});
         all.push_back({std::make_shared<MatchIPv4>(MATCH_SRC_IPV6, in_addr()), false, true});
@@ -271,7 +260,6 @@ TEST(CopyMatchesRefusals, OfEveryPairOfObjects)
     FiltersEntry withIPv6(9);
     withIPv6.setMatch(MatchSrcIPv6(ipv6("2001:db8::1")));
     const auto all = candidates<Match, MatchClasses>();
-    ASSERT_EQ(all.size(), 2 * 33u + 6);
     for (const FiltersEntry* entry : {&nothing, &withIPv4, &withIPv6})
         for (const Candidate<Match>& first : all)
             for (const Candidate<Match>& second : all) {
@@ -291,7 +279,6 @@ TEST(CopyActionsRefusals, OfEveryPairOfObjects)
 {
     const FiltersEntry entry(7);
     const auto all = candidates<Action, ActionClasses>();
-    ASSERT_EQ(all.size(), 2 * 17u + 5);
     for (const Candidate<Action>& first : all)
         for (const Candidate<Action>& second : all) {
             Lent<Actions, Action> from;

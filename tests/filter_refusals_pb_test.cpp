@@ -23,24 +23,24 @@ TEST(WhatReadingLeavesOut, IsNothingOfWhatTheLibraryWrote)
 TEST(WhatReadingLeavesOut, AreUnknownKinds)
 {
     FiltersEntryPB pb = written(FiltersEntry(7));
-    pb.add_matches_()->set_type_(32);
+    pb.add_matches_()->set_type_(MATCH_KINDS);
     pb.add_matches_()->set_type_(MATCH_TTL);
     const std::uint32_t number = 0xFFFFFFFF;
     pb.add_matches_()->set_type_(number);
-    pb.add_actions_()->set_type_(17);
+    pb.add_actions_()->set_type_(ACTION_KINDS);
     pb.add_actions_()->set_type_(ACTION_DENY);
 
     const Refusals refusals = readEntryRefusals(bytesOf(pb));
     ASSERT_EQ(refusals.size(), 3u);
     EXPECT_EQ(refusals[0].reason, REFUSAL_UNKNOWN_MATCH_KIND);
     EXPECT_EQ(refusals[0].entry, 7);
-    EXPECT_EQ(refusals[0].match, static_cast<filtersMatch_t>(32));
-    EXPECT_EQ(refusals[0].admittedMatches.size(), 32u);
+    EXPECT_EQ(refusals[0].match, UNKNOWN_MATCH);
+    EXPECT_EQ(refusals[0].admittedMatches, everyMatchBut({}));
     EXPECT_EQ(static_cast<std::uint32_t>(refusals[1].match.value()), number);
     EXPECT_EQ(refusals[2].reason, REFUSAL_UNKNOWN_ACTION_KIND);
     EXPECT_EQ(refusals[2].entry, 7);
-    EXPECT_EQ(refusals[2].action, static_cast<filtersAction_t>(17));
-    EXPECT_EQ(refusals[2].admittedActions.size(), 17u);
+    EXPECT_EQ(refusals[2].action, UNKNOWN_ACTION);
+    EXPECT_EQ(refusals[2].admittedActions, everyAction());
 }
 
 /** The version of IP that a match of the kind asks for, or 0. */

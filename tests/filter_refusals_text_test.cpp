@@ -25,13 +25,6 @@ constexpr char KNOWN_TYPES[] =
     "GROUP_TYPE_0, GROUP_TYPE_1, GROUP_TYPE_2, GROUP_TYPE_3, GROUP_TYPE_4, GROUP_TYPE_5, "
     "GROUP_TYPE_6, GROUP_TYPE_7, GROUP_TYPE_8 and GROUP_TYPE_9";
 constexpr char KNOWN_STAGES[] = "GROUP_STAGE_0, GROUP_STAGE_1, GROUP_STAGE_2 and GROUP_STAGE_3";
-constexpr char KNOWN_ACTIONS[] =
-    "ACTION_PERMIT, ACTION_DENY, ACTION_COPY_TO_CPU, ACTION_BLOCK_EGRESS_PORTS, "
-    "ACTION_COPY_TO_CPU_CANCEL, ACTION_SET_PCP, ACTION_SET_PCP_AND_QUEUE, ACTION_SET_INNER_PCP, "
-    "ACTION_SET_DSCP, ACTION_MAP_TO_COS_QUEUE, ACTION_MAP_TO_CPU_COS_QUEUE, ACTION_REDIRECT, "
-    "ACTION_REPLACE_DST_MAC, ACTION_REDIRECT_CANCEL, ACTION_REPLACE_SRC_MAC, ACTION_L3_SWITCH and "
-    "ACTION_BLACK_HOLE";
-
 FiltersGroup groupAt(std::uint32_t stageCode, std::uint32_t typeCode)
 {
     FiltersGroup group(1);
@@ -185,12 +178,11 @@ TEST(RefusalSentences, OfUnknownKinds)
     EXPECT_EQ(match.sentence(),
               "entry 12: match kind -2 is unknown; known are MATCH_ALL and MATCH_TTL");
     const FiltersRefusal action = refusal(REFUSAL_UNKNOWN_ACTION_KIND, [](FiltersRefusal& r) {
-        r.action = static_cast<filtersAction_t>(17);
-        for (int code = 0; code < 17; ++code)
-            r.admittedActions.insert(static_cast<filtersAction_t>(code));
+        r.action = static_cast<filtersAction_t>(1000);
+        r.admittedActions = {ACTION_PERMIT, ACTION_SET_DSCP, ACTION_BLACK_HOLE};
     });
-    EXPECT_EQ(action.sentence(),
-              std::string("action kind 17 is unknown; known are ") + KNOWN_ACTIONS);
+    EXPECT_EQ(action.sentence(), "action kind 1000 is unknown; known are ACTION_PERMIT, "
+                                 "ACTION_SET_DSCP and ACTION_BLACK_HOLE");
 }
 
 TEST(RefusalSentences, OfMatchesThatTheCInterfaceDoesNotOffer)

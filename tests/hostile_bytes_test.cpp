@@ -3,6 +3,7 @@
  * promise counts for nothing.
  */
 #include "invariants.h"
+#include "kind_codes.h"
 #include "named_entries.h"
 #include "wire_bytes.h"
 #include "wire_support.h"
@@ -148,7 +149,8 @@ std::vector<Shape> shapesOfEntries()
         whole("one action after the other", delimited(5, number(1, 0))),
         {"matches of every kind in turn",
          [](std::size_t size) {
-             return repeated(size, [](std::size_t n) { return delimited(4, number(1, n % 32)); });
+             return repeated(
+                 size, [](std::size_t n) { return delimited(4, number(1, n % MATCH_KINDS)); });
          }},
         {"ports one by one",
          [](std::size_t size) {

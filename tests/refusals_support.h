@@ -59,6 +59,22 @@ inline void place(FiltersGroup& group, filtersGroupStage_t stage, filtersGroupTy
     group.convertFromFiltersGroupPB(&pb);
 }
 
+inline CodeSet<filtersMatch_t> everyMatchBut(CodeSet<filtersMatch_t> left)
+{
+    CodeSet<filtersMatch_t> kinds;
+    for (std::uint32_t code = 0; code < MATCH_KINDS; ++code)
+        kinds.insert(static_cast<filtersMatch_t>(code));
+    return kinds - left;
+}
+
+inline CodeSet<filtersAction_t> everyAction()
+{
+    CodeSet<filtersAction_t> kinds;
+    for (std::uint32_t code = 0; code < ACTION_KINDS; ++code)
+        kinds.insert(static_cast<filtersAction_t>(code));
+    return kinds;
+}
+
 /** Inserts the entry at some stage and type that admit it, if there are any. */
 inline bool insertSomewhere(FiltersGroup& group, const FiltersEntry& entry)
 {

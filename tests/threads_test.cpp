@@ -7,6 +7,7 @@
  */
 #include "c_constructors.h"
 #include "c_support.h"
+#include "kind_codes.h"
 #include "named_entries.h"
 #include "wire_bytes.h"
 #include "wire_support.h"
@@ -226,8 +227,8 @@ TEST(Threads, ReadTheTables)
 {
     inThreads([](int) {
         for (int round = 0; round < 100; ++round) {
-            EXPECT_EQ(FiltersEntry::validMatchTypes.size(), 33u);
-            EXPECT_EQ(FiltersEntry::validActionTypes.size(), 17u);
+            EXPECT_EQ(FiltersEntry::validMatchTypes.size(), MATCH_KINDS + 1);
+            EXPECT_EQ(FiltersEntry::validActionTypes.size(), ACTION_KINDS);
             EXPECT_EQ(FiltersEntry::ipv4OnlyMatchTypes.count(MATCH_SRC_IPV4), 1u);
             EXPECT_EQ(FiltersEntry::ipv6OnlyMatchTypes.count(MATCH_SRC_IPV4), 0u);
             EXPECT_EQ(FiltersGroup::TypeDescription_.size(), 10u);
