@@ -15,8 +15,9 @@
 #include <string>
 #include <vector>
 
-// The golden files hold what the library writes, for people to review: NAME.hex the bytes on the
-// wire, NAME.txt the dump. scripts/regenerate-golden writes them anew.
+// The golden files hold what the library writes, for people to review: of each match and action the
+// bytes on the wire, of entries and groups the bytes in NAME.hex and the dump in NAME.txt.
+// scripts/regenerate-golden writes them anew.
 
 namespace {
 
@@ -27,8 +28,8 @@ using namespace FiltersCommon::test;
 
 // ------------------------------------------------------------------------------------ hexadecimal
 
-/** Lines of 16 bytes. */
-std::string toHex(const std::string& bytes)
+/** Lines of so many bytes; with 0, all bytes are on one line. */
+std::string toHex(const std::string& bytes, std::size_t width = 16)
 {
     constexpr char DIGITS[] = "0123456789abcdef";
     std::string text;
@@ -36,7 +37,8 @@ std::string toHex(const std::string& bytes)
         const auto byte = static_cast<unsigned char>(bytes[i]);
         text += DIGITS[byte >> 4];
         text += DIGITS[byte & 15];
-        text += i % 16 == 15 || i + 1 == bytes.size() ? '\n' : ' ';
+        const bool endsLine = i + 1 == bytes.size() || (width != 0 && (i + 1) % width == 0);
+        text += endsLine ? '\n' : ' ';
     }
     return text;
 }
@@ -50,9 +52,12 @@ std::string fromHex(const std::string& text)
     return bytes;
 }
 
-TEST(Hexadecimal, IsWrittenInLinesOf16BytesAndReadBack)
+TEST(Hexadecimal, IsWrittenInLinesAndReadBack)
 {
     EXPECT_EQ(toHex(""), "");
+    EXPECT_EQ(toHex("abc", 2), "61 62\n63\n");
+    EXPECT_EQ(toHex(std::string(17, 'a'), 0),
+              "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61\n");
     EXPECT_EQ(toHex(std::string("\x00\x7f\xff", 3)), "00 7f ff\n");
     EXPECT_EQ(toHex(std::string(16, 'a')), "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61\n");
     EXPECT_EQ(toHex(std::string(17, 'a')), "61 61 61 61 61 61 61 61 61 61 61 61 61 61 61 61\n61\n");
@@ -65,40 +70,20 @@ TEST(Hexadecimal, IsWrittenInLinesOf16BytesAndReadBack)
 /** Contents by file names. */
 using Files = std::map<std::string, std::string>;
 
-void add(Files& files, const std::string& name, const std::string& bytes, const std::string& dump)
-{
-    files[name + ".hex"] = toHex(bytes);
-    files[name + ".txt"] = dump;
-}
+void convert(const Match& match, MatchPB* pb) { match.convertToMatchPB(pb); }
+void convert(const Action& action, ActionPB* pb) { action.convertToActionPB(pb); }
 
-template <class Base>
-std::string ownDump(const Sample<Base>& sample)
+/** A line for each sample: its name and the bytes of its message. */
+template <class Message, class Base>
+std::string linesOf(const std::vector<Sample<Base>>& samples)
 {
-    std::ostringstream out;
-    sample.print(out);
-    return out.str();
-}
-
-Files filesOfMatches()
-{
-    Files files;
-    for (const auto& sample : matchSamples()) {
-        MatchPB pb;
-        sample.object->convertToMatchPB(&pb);
-        add(files, sample.name, pb.SerializeAsString(), ownDump(sample));
+    std::string lines;
+    for (const Sample<Base>& sample : samples) {
+        Message pb;
+        convert(*sample.object, &pb);
+        lines += sample.name + ' ' + toHex(pb.SerializeAsString(), 0);
     }
-    return files;
-}
-
-Files filesOfActions()
-{
-    Files files;
-    for (const auto& sample : actionSamples()) {
-        ActionPB pb;
-        sample.object->convertToActionPB(&pb);
-        add(files, sample.name, pb.SerializeAsString(), ownDump(sample));
-    }
-    return files;
+    return lines;
 }
 
 /** Of entries and of groups. */
@@ -109,18 +94,31 @@ Files filesOf(const std::vector<Named<T>>& samples)
     for (const auto& sample : samples) {
         std::string bytes;
         sample.object->serialize(&bytes);
-        add(files, sample.name, bytes, dump(*sample.object));
+        files[sample.name + ".hex"] = toHex(bytes);
+        files[sample.name + ".txt"] = dump(*sample.object);
     }
     return files;
+}
+
+std::string readFile(const fs::path& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void writeFile(const fs::path& path, const std::string& contents)
+{
+    std::ofstream out(path, std::ios::binary);
+    out << contents << std::flush;
+    if (!out)
+        throw std::runtime_error("cannot write " + path.string());
 }
 
 Files readFolder(const fs::path& folder)
 {
     Files files;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-        std::ifstream in(entry.path(), std::ios::binary);
-        files[entry.path().filename().string()].assign(std::istreambuf_iterator<char>(in), {});
-    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        files[entry.path().filename().string()] = readFile(entry.path());
     return files;
 }
 
@@ -128,16 +126,20 @@ void writeFolder(const fs::path& folder, const Files& files)
 {
     fs::remove_all(folder);
     fs::create_directories(folder);
-    for (const auto& [name, contents] : files) {
-        std::ofstream out(folder / name, std::ios::binary);
-        out << contents << std::flush;
-        if (!out)
-            throw std::runtime_error("cannot write " + (folder / name).string());
-    }
+    for (const auto& [name, contents] : files)
+        writeFile(folder / name, contents);
 }
 
 /** Where asked to, the test writes the files instead of looking at them. */
 bool isToBeRewritten() { return std::getenv("FILTER_COMMON_REWRITE_GOLDEN") != nullptr; }
+
+void expectGolden(const char* name, const std::string& expected)
+{
+    const fs::path path = fs::path(GOLDEN_FOLDER) / name;
+    if (isToBeRewritten())
+        writeFile(path, expected);
+    EXPECT_EQ(readFile(path), expected) << path;
+}
 
 void expectGolden(const char* name, const Files& expected)
 {
@@ -156,8 +158,8 @@ void expectGolden(const char* name, const Files& expected)
         EXPECT_EQ(expected.count(file), 1u) << (folder / file) << " belongs to no sample";
 }
 
-TEST(GoldenFiles, OfMatches) { expectGolden("matches", filesOfMatches()); }
-TEST(GoldenFiles, OfActions) { expectGolden("actions", filesOfActions()); }
+TEST(GoldenFiles, OfMatches) { expectGolden("matches.hex", linesOf<MatchPB>(matchSamples())); }
+TEST(GoldenFiles, OfActions) { expectGolden("actions.hex", linesOf<ActionPB>(actionSamples())); }
 TEST(GoldenFiles, OfEntries) { expectGolden("entries", filesOf(entrySamples())); }
 TEST(GoldenFiles, OfGroups) { expectGolden("groups", filesOf(groupSamples())); }
 

@@ -1,6 +1,6 @@
 """Messages as a program in Python makes them, from the schema alone.
 
-The names are those of the golden files, which hold what the library writes for the same values.
+The names are those of the golden bytes, which the library wrote for the same values.
 """
 
 import ipaddress
