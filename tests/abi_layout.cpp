@@ -1,7 +1,6 @@
 /**
- * How large the public classes are and how they are aligned, which callers have compiled in: each
- * row names the members of a class in their order, on every target. There is nothing to run: this
- * file compiles or it does not.
+ * Size and alignment of the public classes, which are compiled into callers. Each row names the
+ * members of a class in order, for every target. Nothing runs: this file compiles or it does not.
  */
 #include "filter_groups.h"
 #include "filter_groups_c.h"
@@ -13,7 +12,7 @@
 namespace FiltersCommon {
 namespace {
 
-/** What the members need one behind the other. A base class counts as its members. */
+/** The layout of the members in this order. A base class counts as its members. */
 template <class... Members>
 struct Layout {
     static constexpr std::size_t ALIGNMENT = [] {
@@ -32,7 +31,7 @@ struct Layout {
     }();
 };
 
-/** The layout of a class; a class without a row below has none. */
+/** The layout of a class. Every class needs a row below. */
 template <class T>
 struct LayoutOf;
 

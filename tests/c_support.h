@@ -53,7 +53,7 @@ private:
     int& destroyed_;
 };
 
-/** The object behind an untyped handle, if it is exactly a T; it is freed with the result. */
+/** The object of an untyped handle, if it is exactly a T. The result owns it. */
 template <class T>
 Handle<T> made(void* handle)
 {
@@ -65,7 +65,7 @@ Handle<T> made(void* handle)
     return Handle<T>(static_cast<T*>(object.release()));
 }
 
-/** A constructor of the C interface, and what it has to make. */
+/** A constructor of the C interface, and what it must make. */
 struct Constructor {
     const char* name;
     int kind;
@@ -105,14 +105,14 @@ struct BrokenContract {
 
 inline void PrintTo(const BrokenContract& broken, std::ostream* out) { *out << broken.name; }
 
-/** For INSTANTIATE_TEST_SUITE_P: each row is a test of its own name. */
+/** For INSTANTIATE_TEST_SUITE_P: names each test after its row. */
 template <class Row>
 std::string nameOf(const testing::TestParamInfo<Row>& row)
 {
     return row.param.name;
 }
 
-/** A regular expression for exactly that text. */
+/** A regular expression that matches exactly this text. */
 inline std::string quoted(const std::string& text)
 {
     std::string expression;
@@ -124,7 +124,7 @@ inline std::string quoted(const std::string& text)
     return expression;
 }
 
-/** What an emulator adds when the process that it runs ends by a signal. */
+/** What an emulator adds when a signal ends the process that it runs. */
 #ifdef FILTER_COMMON_EMULATED
 constexpr char EMULATOR_REPORT[] = "(qemu: [^\n]*\n)?";
 #else
@@ -135,7 +135,7 @@ class ContractDeathTest : public testing::TestWithParam<BrokenContract> {
 protected:
     ContractDeathTest() { GTEST_FLAG_SET(death_test_style, DEATH_TEST_STYLE); }
 
-    /** The call aborts, and the report is all that the process writes to standard error. */
+    /** The call aborts, and the process writes only the report to standard error. */
     static void expectReport(const char* file)
     {
         const BrokenContract& broken = GetParam();

@@ -26,7 +26,7 @@ std::vector<std::string> textsOf(const std::vector<Refusal>& refusals)
     return texts;
 }
 
-/** The beginnings alone: what is admitted instead is left out. */
+/** Compares only the beginnings, without the list of what is admitted. */
 void expectBeginnings(const std::vector<Refusal>& refusals, const std::vector<std::string>& wanted)
 {
     const std::vector<std::string> texts = textsOf(refusals);
@@ -48,7 +48,7 @@ ImportOptions optionsAt(int stage, int type, bool deny = false)
     return options;
 }
 
-/** What import says of the text: nothing, or the line and the reason. */
+/** The refusal of the text by the import, or nothing. */
 std::vector<Refusal> refusalOfImport(const std::string& text, const ImportOptions& options)
 {
     auto rules = readAccessList(text);
@@ -185,7 +185,7 @@ TEST(Checks, WhatReadingAGroupLeavesOut)
                      {"0: entry 4: a policer of stage STAGE_INGRESS is not admitted at group stage "
                       "GROUP_STAGE_3"});
 
-    // Nothing is left of an entry at an unknown stage, which is said of the group, once.
+    // At an unknown stage no entry is left; it is reported once, for the group.
     *message.add_entries_() = message.entries_(0);
     message.set_stage_(7);
     for (FiltersEntryPB& sent : *message.mutable_entries_())

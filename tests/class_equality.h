@@ -1,6 +1,6 @@
 /**
- * What holds for the equality of every class of matches and of actions alike. A Base is Match or
- * Action; a Row is one of tests/samples.h.
+ * What the equality of match classes and of action classes has in common. A Base is Match or
+ * Action; a Row is one of samples.h.
  */
 #ifndef FILTER_COMMON_TESTS_CLASS_EQUALITY_H
 #define FILTER_COMMON_TESTS_CLASS_EQUALITY_H
@@ -14,7 +14,7 @@
 
 namespace FiltersCommon::test {
 
-/** Through the base class on both sides, whatever the static types. */
+/** Compares both as objects of the base class. */
 template <class Base>
 bool equalAs(const Base& a, const Base& b)
 {
@@ -61,7 +61,7 @@ void expectDifferentFromABareObject()
     }
 }
 
-/** A class of a caller's own, which says by itself what it is equal to. */
+/** A caller's class whose own equality always gives the same answer. */
 template <class T>
 class Answering : public T {
 public:

@@ -1,5 +1,5 @@
 /**
- * Maps of matches and of actions as entries take them, built briefly.
+ * Short ways to build the maps of matches and actions that entries take.
  */
 #ifndef FILTER_COMMON_TESTS_ENTRY_MAPS_H
 #define FILTER_COMMON_TESTS_ENTRY_MAPS_H

@@ -154,7 +154,7 @@ TYPED_TEST(EveryActionClass, ConvertsByItselfWhereItHasValues)
 
 TEST(ActionLayout, BaseHasItsVirtualFunctionsInTheirSlots)
 {
-    // The destructor takes the first two places.
+    // The destructor takes the first two slots.
     EXPECT_EQ(slotOf(&Action::convertToActionPB), 2);
     EXPECT_EQ(slotOf(&Action::convertFromActionPB), 3);
     EXPECT_EQ(slotOf(&Action::operator==), -1);

@@ -16,7 +16,7 @@ namespace {
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
 
-/** The dump of an action: title and type line, and behind them its parameter part. */
+/** The dump of an action: the title, the line of the type, and the parameters. */
 std::string dumpOf(const std::string& name, int type, const std::string& parameters)
 {
     return eol("    =" + name + "=") + eol("      Action Type ID: " + std::to_string(type)) +
@@ -193,7 +193,7 @@ TEST(CounterDump, GivesTheStreamBack)
 
 } // namespace
 
-/** The operator stands in the namespace of the counter, where a caller finds it by its argument. */
+/** The operator is in the counter's namespace, where callers find it by its argument. */
 static_assert(std::is_same_v<
               decltype(FiltersCommon::operator<<(std::declval<std::ostream&>(),
                                                  std::declval<const FiltersCommon::Counter&>())),

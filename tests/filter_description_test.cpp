@@ -17,7 +17,7 @@ namespace {
 
 std::string lineOf(const FiltersDescription& fields);
 
-/** Texts in quotes, so that they are told from numbers and truths. */
+/** Puts texts into quotes, to tell them from numbers and truth values. */
 struct Line {
     std::string operator()(std::int64_t number) const { return std::to_string(number); }
     std::string operator()(bool truth) const { return truth ? "true" : "false"; }
@@ -61,7 +61,7 @@ TEST(Descriptions, OfEveryFormOfEachClass)
 
 TEST(Descriptions, OfPortsBesideExcludedTypes)
 {
-    MatchPB pb; // the wire may bring both
+    MatchPB pb; // a message may hold both
     pb.add_ports_(0x01020304);
     pb.add_excluded_port_types_(6);
     MatchIngressPorts match;
@@ -85,7 +85,7 @@ TEST(Descriptions, OfObjectsThatLieAboutTheirKind)
         EXPECT_TRUE(describe(Action(static_cast<filtersAction_t>(code))).empty()) << code;
     for (const std::uint32_t code : unknownCodes(ACTION_KINDS))
         EXPECT_TRUE(describe(Action(static_cast<filtersAction_t>(code))).empty()) << code;
-    // The values of these kinds are those of the family.
+    // These kinds take their values from the family.
     EXPECT_EQ(lineOf(describe(static_cast<const Match&>(MatchL4Port(MATCH_DST_L4_PORT, 7)))),
               "Port: 7, Mask: 65535");
     EXPECT_EQ(lineOf(describe(static_cast<const Action&>(
@@ -132,7 +132,7 @@ TEST(Descriptions, OfPolicersOfEachMode)
     for (const auto& [type, mode] : modes)
         EXPECT_EQ(lineOf(describe(policer::Policer(17, policer::STAGE_EGRESS, {type, {}}, {}))),
                   "Policer Id: 17, Stage: 'Egress', Mode: " + mode + ", Actions: []");
-    // Rates that the mode does not use are there, too, if they are not 0.
+    // Rates that the mode does not use are listed if they are not 0.
     EXPECT_EQ(lineOf(describe(policerOf(policer::STAGE_INGRESS, policer::Mode::FLOW))),
               "Policer Id: 17, Stage: 'Ingress', Mode: 'Flow', CIR: 1000, CBS: 2000, EBS: 3000, "
               "EIR: 4000, PBS: 5000, PIR: 6000, " +

@@ -1,5 +1,5 @@
 /**
- * Objects that are not of the class of the kind that they carry, given to an entry by a C caller.
+ * C callers pass objects to an entry that are not of their kind's class.
  */
 #include "c_support.h"
 #include "samples.h"
@@ -22,7 +22,7 @@ const std::list<limid_t> PORTS = {limId(1, 2, 3, 4)};
 /** One entry holds the sample of a kind, the other holds nothing. */
 class LyingObjects : public testing::Test {
 protected:
-    /** Both are as they were set up. */
+    /** Both entries are unchanged. */
     void expectUnchanged(const FiltersEntry& before) const
     {
         EXPECT_TRUE(holder_ == before);
@@ -163,7 +163,7 @@ TEST_F(LyingObjects, AValueFamilyUnderACodeWithoutValuesCountsAsItsClass)
 
 // ------------------------------------------------------------------------ classes of the caller's
 
-/** A caller's class of any base, with something of its own. */
+/** A caller's class with a member of its own. */
 template <class Base>
 class Own : public Base {
 public:

@@ -19,7 +19,7 @@ using test::limId;
 using test::mac;
 using test::MatchClasses;
 
-/** An entry with something in each of its places. */
+/** An entry in which every member is set. */
 FiltersEntry fullEntry()
 {
     FiltersEntry entry(7);
@@ -34,7 +34,7 @@ FiltersEntry fullEntry()
     return entry;
 }
 
-/** What stands under the only key of the map, if it is exactly a T under its kind's code. */
+/** The only object of the map, if it is exactly a T under its kind's code. */
 template <class T, class Map>
 const T* onlyObject(const Map& map, int code)
 {
@@ -159,7 +159,7 @@ class EntriesCHalf : public testing::Test {
 protected:
     using Base = typename Half::Base;
 
-    /** Calls @p function with the row of each class that may be set and read. */
+    /** Calls @p function with the row of each class that C may set and read. */
     template <class Function>
     static void forEachClass(Function function)
     {
@@ -329,7 +329,7 @@ TEST(EntriesC, GetMatchWithAPcpOnAnEntryWithoutOneIsNotFoundAndLeavesTheValue)
     EXPECT_EQ(matchPcpGet(match.get()), 6);
 }
 
-/** The first address match keeps the second out, and the entry is as before. */
+/** The entry refuses the second address because of the first, and does not change. */
 template <class Held, class Refused>
 void expectRefused(Held held, Refused refused)
 {

@@ -28,7 +28,7 @@ using test::stateOf;
 std::set<int> matchesIn(const FiltersEntry& entry) { return keysOf(entry.getMatchesRef()); }
 std::set<int> actionsIn(const FiltersEntry& entry) { return keysOf(entry.getActionsRef()); }
 
-/** The class as which an object of the class is copied. */
+/** The class of the copy of a T. */
 template <class T>
 using CopiedAs = std::conditional_t<std::is_same_v<T, MatchDSCP>, MatchToS, T>;
 

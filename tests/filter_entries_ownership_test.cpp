@@ -9,8 +9,7 @@
 #include <type_traits>
 #include <utility>
 
-// What an entry owns must be freed when it lets go of it, lists and sets within the objects
-// included.
+// An entry must free what it gives up, including the lists and sets within its objects.
 
 namespace FiltersCommon {
 namespace {
@@ -27,7 +26,7 @@ using test::matchesOf;
 using test::matchKind;
 using test::put;
 
-/** How many blocks more are in use after @p function than before. */
+/** How many more blocks are in use after @p function than before. */
 template <class Function>
 long blocksKeptBy(Function function)
 {
@@ -39,7 +38,7 @@ long blocksKeptBy(Function function)
 
 // ---------------------------------------------------------------------------------------- entries
 
-/** Puts one of every kind, but for IPv6, into the entry. */
+/** Puts one of every kind but the IPv6 kinds into the entry. */
 void fill(FiltersEntry& entry)
 {
     test::MatchClasses::forEach([&](auto row) { entry.setMatch(row.sample()); });

@@ -352,7 +352,7 @@ TEST(EntryBytes, WithoutACounterStillGiveTheRest)
     EXPECT_TRUE(FiltersEntry(bytesOf(pb)) == entry);
 }
 
-/** Whatever the bytes: the entry is what its conversion makes of what the parser left. */
+/** The entry is what its conversion makes of what the parser left, whatever the bytes. */
 void expectReadAsParsed(const std::string& bytes)
 {
     EXPECT_TRUE(FiltersEntry(bytes) == readEntry(parsed<FiltersEntryPB>(bytes)));

@@ -84,7 +84,7 @@ public:
 
 class OwnDeny : public ActionDeny {};
 
-/** Holds something under most kinds that the classes below carry: only the class can refuse. */
+/** Holds most of the kinds used below, so that only the class can be the reason to refuse. */
 FiltersEntry heldEntry()
 {
     FiltersEntry entry(7);
@@ -177,7 +177,7 @@ bool meets(int a, int b)
     return (isIPv4(a) && isIPv6(b)) || (isIPv6(a) && isIPv4(b));
 }
 
-/** Sets a match of a second class beside the only one of an entry: compiled once for each class. */
+/** Adds a match of a second class to an entry with one match; compiled once for each class. */
 struct JoinsAnEntry {
     filtersMatch_t firstKind;
     FiltersEntry (*entryWithFirst)();

@@ -51,7 +51,7 @@ EXPECT_MEMBER(setActions, filtersErr_t (Entry::*)(const Actions&));
 
 // ---------------------------------------------------------------------------- matches and actions
 
-/** What the tests of one match class and those of one action class do in the same way. */
+/** What the tests of match classes and of action classes have in common. */
 template <class Row, bool IS_MATCH>
 struct Access {
     using Class = typename Row::Class;
@@ -96,7 +96,7 @@ struct Access {
 template <class Access>
 class EveryClass : public testing::Test {
 protected:
-    /** The only object of the entry, which must be exactly of the class. */
+    /** The only object of the entry, which must be of exactly this class. */
     static const typename Access::Class& only(const FiltersEntry& entry)
     {
         const auto& stored = Access::stored(entry);

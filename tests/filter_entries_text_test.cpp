@@ -31,7 +31,7 @@ FiltersEntry withPolicer(const Policer& policer)
     return entry;
 }
 
-/** A policer block; @p actions holds the lines of the actions, each behind its line end. */
+/** A policer block; each line of @p actions follows a line end. */
 std::string policerBlock(const std::string& id, const std::string& stage, const std::string& mode,
                          const std::string& actions)
 {
@@ -212,7 +212,7 @@ TEST(PolicerDump, IndentsWithTheFillCharacterOfTheStream)
 
 // ------------------------------------------------------------------------------------ whole entry
 
-/** A match of one line more than its title and type, and an action likewise. */
+/** A match and an action with one line besides title and type. */
 const std::string TTL_DUMP =
     eol("    =MatchTTL=") + eol("      Match Type ID: 26") + eol("      TTL: 64");
 const std::string DENY_DUMP =

@@ -254,7 +254,7 @@ TEST(FilterEntries, SourceOfAMoveAssignmentIsUsedOn)
 
 TEST(FilterEntries, MoveAssignmentToItselfLeavesTheEntryWithoutMatchesAndActions)
 {
-    // The two maps are emptied first, and then there is nothing left to take over.
+    // Both maps are emptied first, so nothing is left to take over.
     FiltersEntry entry = fullEntry();
     FiltersEntry& same = entry;
     EXPECT_EQ(&(entry = std::move(same)), &entry);

@@ -53,9 +53,9 @@ constexpr std::uint32_t UNKNOWN_TYPES[] = {10, 11, 31, 32, 0x7FFFFFFF, 0x8000000
 
 // ------------------------------------------------------------------------------- what is admitted
 //
-// The rows of each table name, by their digits, the types or stages that admit it.
+// Each digit of a row is a type or a stage.
 
-/** The group types that admit the match kind of the row's number. */
+/** For each match kind, the group types that admit it. */
 constexpr std::string_view TYPES_OF_MATCH[] = {
     "123456789", // MATCH_ALL
     "1234569",   // MATCH_INGRESS_PORTS
@@ -92,13 +92,13 @@ constexpr std::string_view TYPES_OF_MATCH[] = {
 };
 static_assert(std::size(TYPES_OF_MATCH) == test::MATCH_KINDS, "a row for each match kind");
 
-/** The group stages that admit the group type of the row's number. */
+/** For each group type, the group stages that admit it. */
 constexpr std::string_view STAGES_OF_TYPE[] = {
     "0123", "02", "02", "02", "01", "03", "01", "02", "02", "02",
 };
 static_assert(std::size(STAGES_OF_TYPE) == 10);
 
-/** The group stages that admit the action kind of the row's number. */
+/** For each action kind, the group stages that admit it. */
 constexpr std::string_view STAGES_OF_ACTION[] = {
     "0123", // ACTION_PERMIT
     "0123", // ACTION_DENY
@@ -127,7 +127,7 @@ bool names(std::string_view digits, std::uint32_t digit)
 
 // ------------------------------------------------------------------------------ the public tables
 
-/** The rows of a public table, everything as numbers. */
+/** A public table as numbers. */
 template <class Table>
 std::map<int, std::vector<int>> numbersOf(const Table& table)
 {
@@ -137,7 +137,7 @@ std::map<int, std::vector<int>> numbersOf(const Table& table)
     return numbers;
 }
 
-/** A row for each of @p keys keys, turned round. */
+/** The table by type or stage, of which there are @p keys, instead of by kind. */
 template <std::size_t N>
 std::map<int, std::vector<int>> turned(const std::string_view (&table)[N], std::uint32_t keys)
 {
@@ -168,7 +168,7 @@ TEST(GroupTables, StagesAdmitTheirActionKinds)
 
 // --------------------------------------------------------------------------------- complete walks
 
-/** Groups that differ in their own stage and type, at which no check may look. */
+/** Groups of different stages and types, which no check may look at. */
 std::vector<FiltersGroup> askedGroups()
 {
     std::vector<FiltersGroup> groups(3, FiltersGroup(1));
@@ -181,7 +181,7 @@ std::vector<FiltersGroup> askedGroups()
     return groups;
 }
 
-/** For each match class, its code and an entry that holds it alone. */
+/** For each match class, its code and an entry with one such match. */
 std::vector<std::pair<std::uint32_t, FiltersEntry>> entriesWithOneMatch()
 {
     std::vector<std::pair<std::uint32_t, FiltersEntry>> entries;
@@ -204,7 +204,7 @@ std::vector<std::pair<std::uint32_t, FiltersEntry>> entriesWithOneAction()
     return entries;
 }
 
-/** Entries that hold nothing, the most, and something of everything that matters elsewhere. */
+/** An entry that holds nothing, and one that holds nearly everything. */
 std::vector<FiltersEntry> unlikeEntries()
 {
     std::vector<FiltersEntry> entries(2);
@@ -253,7 +253,7 @@ TEST(GroupMatchValidation, RefusesWhateverTheKindThatIsNotAdmitted)
     EXPECT_EQ(group.groupMatchValidation(entry, GROUP_TYPE_8), 0);
     entry.setMatch(MatchVlanUntagged()); // between the two
     EXPECT_EQ(group.groupMatchValidation(entry, GROUP_TYPE_8), -6);
-    entry.setMatch(MatchDestinationCpu()); // and behind them
+    entry.setMatch(MatchDestinationCpu()); // and after them
     EXPECT_EQ(group.groupMatchValidation(entry, GROUP_TYPE_8), -6);
     entry.deleteMatch(MATCH_VLAN_UNTAGGED);
     EXPECT_EQ(group.groupMatchValidation(entry, GROUP_TYPE_8), -6);
@@ -299,7 +299,7 @@ TEST(GroupActionValidation, RefusesWhateverTheKindThatIsNotAdmitted)
     entry.setAction(ActionSetPcp(1)); // between the two
     EXPECT_EQ(group.groupActionValidation(entry, GROUP_STAGE_1), -9);
     entry.deleteAction(ACTION_SET_PCP);
-    entry.setAction(ActionBlackHole()); // behind them
+    entry.setAction(ActionBlackHole()); // after them
     EXPECT_EQ(group.groupActionValidation(entry, GROUP_STAGE_1), -9);
 }
 

@@ -65,7 +65,7 @@ TYPED_TEST(EveryMatchClass, AsksADerivedClassOnlyWhereTheTypedEqualityIsVirtual)
     }
 }
 
-/** The class that declares what is called when two objects are compared through the base. */
+/** The class that declares the function called for a comparison through the base. */
 template <class T>
 T declares(bool (T::*)(const Match&) const);
 
@@ -79,7 +79,7 @@ TYPED_TEST(EveryMatchClass, HasItsEqualitiesInTheirSlots)
 
 TEST(MatchEquality, BaseHasItsVirtualFunctionsInTheirSlots)
 {
-    // The destructor takes the first two places.
+    // The destructor takes the first two slots.
     EXPECT_EQ(slotOf(&Match::convertToMatchPB), 2);
     EXPECT_EQ(slotOf(&Match::convertFromMatchPB), 3);
     EXPECT_EQ(slotOf(&Match::operator==), 4);
@@ -134,7 +134,7 @@ TEST(MatchEquality, CallersOwnSubclassOfAKindIsComparedByTheValuesOfTheKind)
 
 // --------------------------------------------------------------------------------- value families
 
-/** A family with two different values, the codes that it holds the values of, and its leaves. */
+/** A family, the codes of its two kinds, and their classes. */
 template <class Family_, int FIRST, int SECOND, class First_, class Second_>
 struct FamilyRow {
     using Family = Family_;

@@ -239,7 +239,7 @@ TEST(MatchMessages, LeaveExcludedPortTypesOutOfEgressPorts)
     EXPECT_TRUE(match.getExcludedPortTypes().empty());
     EXPECT_TRUE(isMessage(written(match), "type_: 22 ports_: 7"));
 
-    // Not even where the base was given some.
+    // Not even if the base class was given some.
     static_cast<MatchPorts&>(match) =
         MatchPorts(MATCH_EGRESS_PORTS, std::list<port_type_t>{PORT_TYPE_CPU});
     EXPECT_TRUE(isMessage(written(match), "type_: 22"));

@@ -16,7 +16,7 @@ namespace {
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
 
-/** The dump of a match: title and type line, and behind them its values. */
+/** The dump of a match: the title, the line of the type, and the values. */
 std::string dumpOf(const std::string& name, int type, const std::string& values = "")
 {
     const std::string title = "    =" + name + "=";
@@ -127,8 +127,7 @@ TEST(MatchFamilies, AreDumpedAsTheirValueLinesAlone)
 
 TEST(MatchFamilies, AreDumpedWhateverKindTheyClaim)
 {
-    EXPECT_EQ(markedDump(MatchLimId(UNKNOWN_MATCH, limId(3, 1, 0, 0))),
-              eol("      LIMID: cpu1"));
+    EXPECT_EQ(markedDump(MatchLimId(UNKNOWN_MATCH, limId(3, 1, 0, 0))), eol("      LIMID: cpu1"));
 }
 
 TEST(MatchFamilies, LeaveThePortsOfAListWithExcludedTypesOut)
@@ -220,7 +219,7 @@ TEST(MatchDumps, ApplyAWidthToTheirTitleAlone)
     EXPECT_EQ(wide(MatchTTL(64)), "......    =MatchTTL=\n"
                                   "      Match Type ID: 26\n"
                                   "      TTL: 64\n");
-    // The line end belongs to this title.
+    // The line end is part of this title.
     EXPECT_EQ(wide(MatchVrfId(5)), "...    =MatchVrfId=\n"
                                    "      Match Type ID: 27\n"
                                    "      Match VRF ID: 5\n");
@@ -249,7 +248,7 @@ TEST(BareMatches, BeyondTheKindsStillGiveTheStreamBack)
     EXPECT_EQ(out.str(), "behind");
 }
 
-/** A class of a caller's own, with the code of a kind. */
+/** A caller's class with the code of a kind. */
 class Custom : public Match {
 public:
     explicit Custom(filtersMatch_t type) : Match(type) {}

@@ -23,7 +23,7 @@ using List = std::unique_ptr<FiltersRefusals, Freed>;
 
 // --------------------------------------------------------------------------- lists as C reads them
 
-/** What a getter puts into its place, or nothing; then the place has to be left alone. */
+/** What a getter stores, or nothing; in that case it must not have changed anything. */
 template <class Value, class Getter>
 std::optional<Value> taken(Getter getter, FiltersRefusals* list, std::uint32_t index)
 {
@@ -65,7 +65,7 @@ FiltersRefusal readRefusal(FiltersRefusals* list, std::uint32_t index)
     return read;
 }
 
-/** All that the getters tell of a list. */
+/** Everything that the getters tell about a list. */
 Refusals readAll(const List& list)
 {
     Refusals refusals;
@@ -127,7 +127,7 @@ public:
     OwnPcp() : MatchPcp(3) {}
 };
 
-/** Objects of every class, and bare ones of every kind and of kinds that there are not. */
+/** Objects of every class, and bare ones of every kind and of unknown kinds. */
 template <class Base, class Classes>
 std::vector<std::shared_ptr<Base>> objects()
 {
@@ -195,7 +195,7 @@ TEST(RefusalsC, OfMatchesNameTheirReasons)
               Refusals{expected(REFUSAL_MATCH_NOT_OF_ITS_KIND, MATCH_TTL, {})});
     EXPECT_EQ(refusalsOf(Match(MATCH_CPU_PORT)), Refusals());
 
-    // Both that the object is none of its kind's class, and that its kind may not join the other.
+    // Two reasons: the object is not of its kind's class, and its kind meets an address kind.
     FiltersRefusal exclusion =
         expected(REFUSAL_IPV4_WITH_IPV6, MATCH_SRC_IPV6,
                  everyMatchBut({MATCH_FORWARDING_TYPE, MATCH_SRC_IPV6, MATCH_DST_IPV6}));
@@ -233,7 +233,7 @@ TEST(RefusalsC, OfActionsHaveTheCodeOfTheOperation)
             expected.admittedActions = known;
         EXPECT_EQ(refusals, Refusals{expected});
     }
-    // Bare objects, of kinds with values and of unknown kinds.
+    // The bare objects of kinds with values and of unknown kinds.
     EXPECT_EQ(refused, ACTION_KINDS - codesWithoutValues<ActionClasses>().size() +
                            unknownCodes(ACTION_KINDS).size());
 }

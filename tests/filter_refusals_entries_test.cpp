@@ -34,7 +34,7 @@ FiltersRefusal ofAction(filtersRefusalReason_t reason, filtersEntryId_t id, filt
     });
 }
 
-/** What the exclusion of addresses says of a match that meets those kinds: nothing, or one. */
+/** The refusal of a match whose address version excludes one of @p met, or nothing. */
 Refusals expectedExclusion(filtersEntryId_t id, filtersMatch_t kind, CodeSet<filtersMatch_t> met)
 {
     for (const auto& [mine, others] : {std::pair(IPV4, IPV6), std::pair(IPV6, IPV4)})
@@ -83,7 +83,7 @@ TEST(SetMatchRefusals, OfEveryClassBesideEveryOther)
             EXPECT_EQ(FiltersEntry(entry).setMatch(row.sample()), codeOf(refusals));
             refused += refusals.size();
         });
-    // Two addresses of a version meet two of the other, alone and together; both ways.
+    // Each of two addresses meets two of the other version, alone and together; both ways.
     EXPECT_EQ(refused, 2u * (2 + 1) * 2);
 }
 
@@ -193,7 +193,7 @@ std::vector<Candidate<Base>> candidates()
     constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
     for (const std::uint32_t code : unknownCodes(IS_MATCH ? MATCH_KINDS : ACTION_KINDS))
         all.push_back({std::make_shared<Base>(static_cast<Code>(code)), false, false});
-    // A class of the caller's is of its kind if it derives from the kind's class.
+    // A caller's class is of its kind if it derives from the kind's class.
     if constexpr (IS_MATCH) {
         all.push_back({std::make_shared<OwnPcp>(), true, true});
         all.push_back({std::make_shared<OwnMatch>(), false, true});
@@ -228,7 +228,7 @@ public:
     Map map;
 };
 
-/** What the walk says of one match, beside those of @p met; a good one joins them. */
+/** The refusals of one match beside those of @p met, which it joins if there are none. */
 Refusals expectedOf(const Candidate<Match>& candidate, filtersEntryId_t id,
                     CodeSet<filtersMatch_t>& met)
 {

@@ -43,7 +43,7 @@ TEST(WhatReadingLeavesOut, AreUnknownKinds)
     EXPECT_EQ(refusals[2].admittedActions, everyAction());
 }
 
-/** The version of IP that a match of the kind asks for, or 0. */
+/** The IP version of an address kind, or 0. */
 int version(filtersMatch_t kind)
 {
     switch (kind) {
@@ -83,7 +83,7 @@ TEST(WhatReadingLeavesOut, AreAddressesOfTheOtherIPVersion)
         }
 }
 
-/** Every stage, type and small entry: what an insertion into such a group would be refused for. */
+/** Every small entry at every stage and type, and the reasons for which inserting it fails. */
 TEST(WhatReadingLeavesOut, AreEntriesThatTheGroupDoesNotTake)
 {
     for (const filtersGroupStage_t stage : stages())

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-// Why groups refuse. What the tables admit is asked elsewhere; here they are taken as they stand.
+// Why groups refuse. Other tests check what the tables admit; this one relies on them.
 
 namespace FiltersCommon {
 namespace {
@@ -35,7 +35,7 @@ CodeSet<Key> keysOf(const std::map<Key, Value>& map)
 
 // ------------------------------------------------------------------------------- what is expected
 
-/** The refusals to expect of a group that has, or is to have, a stage and a type. */
+/** The refusals expected of a group with a certain stage and type. */
 class Expected {
 public:
     Expected(filtersGroupStage_t stage, filtersGroupType_t type) : stage_(stage), type_(type) {}
@@ -156,7 +156,7 @@ Refusals expectedTypeChange(const FiltersGroup& group, filtersGroupType_t type)
     return expected.list;
 }
 
-/** Asks for the reasons, and then for the operation itself, which a copy of the group makes. */
+/** Compares the reasons with the result of the operation on a copy of the group. */
 void expectInsertion(const FiltersGroup& group, const FiltersEntry& entry)
 {
     const Refusals refusals = insertEntryRefusals(group, entry);
@@ -178,7 +178,7 @@ void expectTypeChange(const FiltersGroup& group, filtersGroupType_t type)
     ASSERT_EQ(FiltersGroup(group).setType(type), codeOf(refusals));
 }
 
-/** An entry with every match but those of a version, every action, and such a policer. */
+/** An entry with every match but the addresses of one version, every action, and a policer. */
 FiltersEntry fullEntry(filtersEntryId_t id, bool withIPv4, policer::Stage policerStage)
 {
     FiltersEntry entry(id);

@@ -16,7 +16,7 @@ namespace {
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
 
-/** The bytes that the buffer holds, its terminating zero included. */
+/** The bytes of the buffer, including its terminating zero. */
 std::string contents(const FiltersSerialized& buffer)
 {
     return buffer.data() == nullptr ? std::string() : std::string(buffer.data(), buffer.size());
@@ -197,7 +197,7 @@ TEST(FiltersSerialized, IsHandedTheBytesThroughTheVirtualSetData)
     EXPECT_EQ(recorder.data(), nullptr);
 }
 
-/** Claims a size of its own, whatever it holds. */
+/** Claims a size that does not depend on what it holds. */
 class Claiming : public FiltersSerialized {
 public:
     explicit Claiming(std::uint32_t size) : claimed_(size) {}
@@ -222,13 +222,13 @@ TEST(FiltersSerialized, IsReadAsFarAsTheVirtualSizeSays)
     nothing.copyData(serialized(group));
     EXPECT_TRUE(FiltersGroup(nothing) == FiltersGroup(0));
 
-    // An identifier alone: the tag and one byte.
+    // Only an identifier: the tag and one byte.
     Claiming identifier(2);
     identifier.copyData(serialized(FiltersEntry(7)));
     EXPECT_TRUE(FiltersEntry(identifier) == FiltersEntry(7));
 }
 
-/** What building a T from the buffer raises. */
+/** The exception from building a T from the buffer. */
 template <class T>
 std::string errorOf(FiltersSerialized& buffer)
 {

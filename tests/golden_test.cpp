@@ -17,7 +17,7 @@
 
 // The golden files hold what the library writes, for people to review: of each match and action the
 // bytes on the wire, of entries and groups the bytes in NAME.hex and the dump in NAME.txt.
-// scripts/regenerate-golden writes them anew.
+// scripts/regenerate-golden rewrites them.
 
 namespace {
 
@@ -130,7 +130,7 @@ void writeFolder(const fs::path& folder, const Files& files)
         writeFile(folder / name, contents);
 }
 
-/** Where asked to, the test writes the files instead of looking at them. */
+/** On request, the test writes the files instead of comparing them. */
 bool isToBeRewritten() { return std::getenv("FILTER_COMMON_REWRITE_GOLDEN") != nullptr; }
 
 void expectGolden(const char* name, const std::string& expected)
@@ -165,7 +165,7 @@ TEST(GoldenFiles, OfGroups) { expectGolden("groups", filesOf(groupSamples())); }
 
 // -------------------------------------------------------------------------------------- read back
 
-/** Builds a T from the golden bytes of each sample: they must stay readable. */
+/** Golden bytes must stay readable. */
 template <class T>
 void expectReadable(const char* name, const std::vector<Named<T>>& samples)
 {

@@ -1,6 +1,6 @@
 /**
- * Reading takes time and memory in proportion to the bytes, of whatever shape they are: what they
- * promise counts for nothing.
+ * Reading takes time and memory in proportion to the bytes, whatever they are and whatever lengths
+ * they claim.
  */
 #include "invariants.h"
 #include "kind_codes.h"
@@ -37,7 +37,7 @@ struct Shape {
     std::function<std::string(std::size_t)> make;
 };
 
-/** As many of the parts as @p part makes of the numbers from 0, as it takes to reach the size. */
+/** The parts that @p part makes of the numbers from 0, until the size is reached. */
 template <class Part>
 std::string repeated(std::size_t size, Part part)
 {
@@ -47,14 +47,14 @@ std::string repeated(std::size_t size, Part part)
     return bytes;
 }
 
-/** The same bytes again and again. */
+/** The same bytes, repeated. */
 Shape again(const char* name, const std::string& part)
 {
     return {name,
             [part](std::size_t size) { return repeated(size, [&](std::size_t) { return part; }); }};
 }
 
-/** Something around a string of the size. */
+/** One field with a string of the size. */
 template <class Around>
 Shape around(const char* name, Around wrap, char content = '\0')
 {
@@ -206,7 +206,7 @@ std::vector<Shape> shapesOfGroups()
     return shapes;
 }
 
-/** Reads bytes of the shape, in all sizes, and holds the work against the bytes. */
+/** Reads bytes of the shape in all sizes, and compares the work with the number of bytes. */
 template <class T>
 void expectInProportion(const Shape& shape)
 {
@@ -254,7 +254,7 @@ TEST(HostileBytes, ThatPromiseMoreThanThereIsTakeNone)
         }
 }
 
-/** In the place of each byte that the library wrote, be it a length or not. */
+/** Replaces each byte that the library wrote, whether it is a length or not. */
 template <class T>
 void expectNoneForPromisesIn(const T& object)
 {
@@ -285,7 +285,7 @@ void expectNoMoreForTheBeginning(const T& object)
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const std::string beginning = whole.substr(0, length);
         const Work work = workOf([&] { expectInvariants(T(beginning)); });
-        // What is cut may be read twice: by the library, and then by the runtime's parser.
+        // Truncated bytes may be read twice: by the library, then by the runtime's parser.
         ASSERT_LE(work.allocations, 2 * ofTheWhole.allocations + FIXED_WORK.allocations) << length;
         ASSERT_LE(work.peak, 2 * ofTheWhole.peak + FIXED_WORK.peak) << length;
     }

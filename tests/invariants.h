@@ -1,5 +1,5 @@
 /**
- * What holds of every entry and of every group at all times, whatever was done to it or failed.
+ * What always holds for entries and groups, whatever was done to them and whatever failed.
  */
 #ifndef FILTER_COMMON_TESTS_INVARIANTS_H
 #define FILTER_COMMON_TESTS_INVARIANTS_H
@@ -19,7 +19,7 @@ template <class T>
 void expectInvariants(const T&)
 {}
 
-/** No null pointer, and each object of its kind's class under its own kind. */
+/** There are no null pointers, and each object is of its kind's class and under its kind. */
 template <class Classes, class Map>
 void expectByKind(const Map& map)
 {

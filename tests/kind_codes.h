@@ -1,5 +1,5 @@
 /**
- * How many kinds there are, and codes that are none, from the lists of kinds.
+ * The number of kinds and codes that are unknown, taken from the lists of kinds.
  */
 #ifndef FILTER_COMMON_TESTS_KIND_CODES_H
 #define FILTER_COMMON_TESTS_KIND_CODES_H
@@ -13,7 +13,7 @@
 namespace FiltersCommon::test {
 
 #define FILTERS_COMMON_PLUS_ONE(kind, Class, Values) +1
-/** Also the first code that is no kind. */
+/** Also the first unknown code. */
 constexpr std::uint32_t MATCH_KINDS = 0 FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_PLUS_ONE);
 constexpr std::uint32_t ACTION_KINDS = 0 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_PLUS_ONE);
 #undef FILTERS_COMMON_PLUS_ONE
@@ -21,13 +21,13 @@ constexpr std::uint32_t ACTION_KINDS = 0 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS
 constexpr filtersMatch_t UNKNOWN_MATCH = static_cast<filtersMatch_t>(MATCH_KINDS);
 constexpr filtersAction_t UNKNOWN_ACTION = static_cast<filtersAction_t>(ACTION_KINDS);
 
-/** Codes that are none of @p kinds: the next ones, and those at the ends of the numbers. */
+/** The next codes after those of @p kinds, and codes at the limits of the numbers. */
 inline std::vector<std::uint32_t> unknownCodes(std::uint32_t kinds)
 {
     return {kinds, kinds + 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 }
 
-/** The codes of @p kinds, and codes that are none of them. */
+/** The codes of @p kinds, and codes that are unknown. */
 inline std::vector<std::uint32_t> knownAndUnknownCodes(std::uint32_t kinds)
 {
     std::vector<std::uint32_t> codes = unknownCodes(kinds);

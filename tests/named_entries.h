@@ -1,6 +1,6 @@
 /**
- * Entries and groups by names: typical ones, the corners of what they can hold, and those whose
- * dumps show a peculiarity. The names are also those of the golden files.
+ * Named entries and groups: typical ones, extreme ones, and those whose dumps have a peculiarity.
+ * The golden files have the same names.
  */
 #ifndef FILTER_COMMON_TESTS_NAMED_ENTRIES_H
 #define FILTER_COMMON_TESTS_NAMED_ENTRIES_H
@@ -26,7 +26,7 @@ void PrintTo(const Named<T>& sample, std::ostream* out)
     *out << sample.name;
 }
 
-/** A policer with an action for each color, each action of another type. */
+/** A policer with an action of a different type for each color. */
 policer::Policer policerOf(policer::Stage stage, policer::Mode::Type type);
 
 void fillTypical(FiltersEntry& entry);
@@ -34,7 +34,7 @@ void fillIPv6(FiltersEntry& entry);
 
 std::vector<Named<FiltersEntry>> entrySamples();
 
-/** An entry for each form of each match class and of each action class. */
+/** An entry for each sample of a match or an action. */
 std::vector<Named<FiltersEntry>> entriesOfEachKind();
 
 template <class Fill>

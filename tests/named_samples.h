@@ -82,7 +82,7 @@ std::set<std::string> actionClasses();
 std::vector<Sample<Match>> matchSamples();
 std::vector<Sample<Action>> actionSamples();
 
-/** A redirection to any number of ports, which only the wire can give. */
+/** A redirection to any number of ports, which can only be read from the wire. */
 ActionRedirect redirectTo(const std::list<limid_t>& ports);
 
 } // namespace FiltersCommon::test

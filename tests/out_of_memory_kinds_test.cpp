@@ -1,6 +1,5 @@
 /**
- * Every match class and every action class when memory runs out: an object by itself, in an entry,
- * and as a message.
+ * Every class of match and action when memory runs out: alone, in an entry, and as a message.
  */
 #include "entry_maps.h"
 #include "out_of_memory.h"
@@ -22,20 +21,20 @@ namespace {
 using namespace FiltersCommon;
 using namespace FiltersCommon::test;
 
-/** Whether an object of the class has memory of its own. */
+/** Whether an object of the class allocates. */
 template <class T>
 constexpr bool HOLDS_A_LIST =
     std::is_base_of_v<MatchPorts, T> || std::is_base_of_v<MatchVlanId, T> ||
     std::is_base_of_v<ActionPorts, T> || std::is_same_v<ActionRedirect, T>;
 
-/** Whether its message has memory of its own. */
+/** Whether its message allocates. */
 template <class T>
 constexpr bool WRITES_BYTES =
     std::is_base_of_v<MatchMac, T> || std::is_base_of_v<MatchIPv4, T> ||
     std::is_base_of_v<MatchIPv6, T> || std::is_same_v<ActionReplaceDstMac, T> ||
     std::is_same_v<ActionReplaceSrcMac, T>;
 
-/** Expects std::bad_alloc where the operation @p allocates, and that it needs nothing otherwise. */
+/** Expects std::bad_alloc if the operation @p allocates, and no allocation otherwise. */
 template <class Operation>
 void expectBadAllocIf(bool allocates, Operation operation)
 {
@@ -45,7 +44,7 @@ void expectBadAllocIf(bool allocates, Operation operation)
         expectNoAllocation(operation);
 }
 
-/** As expectUnchanged, where the operation @p allocates. */
+/** Like expectUnchanged, if the operation @p allocates. */
 template <class Object, class Operation>
 void expectUnchangedIf(bool allocates, const Object& before, Operation operation)
 {
@@ -57,7 +56,7 @@ void expectUnchangedIf(bool allocates, const Object& before, Operation operation
     }
 }
 
-/** Calls @p function with a sample of each class and another of the same class, other in value. */
+/** Calls @p function with two objects of each class that differ in their values. */
 template <class Function>
 void withEachClass(Function function)
 {
@@ -83,7 +82,7 @@ TEST(OutOfMemory, MakingAnObjectOfAnyClassRaisesBadAlloc)
     };
     MatchClasses::forEach(make);
     ActionClasses::forEach(make);
-    // What the rows do not hold: other arguments.
+    // Constructors that the rows do not use.
     expectBadAlloc([] { MatchIngressPorts(std::list<port_type_t>{PORT_TYPE_CPU}); });
     expectBadAlloc([] { MatchExternalVlanId(7); });
     expectBadAlloc([] { MatchInternalVlanId(7); });

@@ -1,5 +1,5 @@
 /**
- * What tests of refusals need: refusals written briefly, and groups of any stage and type.
+ * For tests of refusals: short ways to write refusals, and groups of any stage and type.
  */
 #ifndef FILTER_COMMON_TESTS_REFUSALS_SUPPORT_H
 #define FILTER_COMMON_TESTS_REFUSALS_SUPPORT_H
@@ -48,7 +48,7 @@ inline filtersGroupStage_t stage(std::uint32_t code)
 
 inline filtersGroupType_t type(std::uint32_t code) { return static_cast<filtersGroupType_t>(code); }
 
-/** Gives the group a stage and a type as the wire does: neither is checked, entries stay. */
+/** Sets stage and type as reading from the wire does: unchecked, and the entries stay. */
 inline void place(FiltersGroup& group, filtersGroupStage_t stage, filtersGroupType_t type)
 {
     FiltersGroupPB pb;
@@ -75,7 +75,7 @@ inline CodeSet<filtersAction_t> everyAction()
     return kinds;
 }
 
-/** Inserts the entry at some stage and type that admit it, if there are any. */
+/** Inserts the entry at a stage and type that admit it, if any do. */
 inline bool insertSomewhere(FiltersGroup& group, const FiltersEntry& entry)
 {
     for (std::uint32_t stageCode = 0; stageCode < 4; ++stageCode)
@@ -87,7 +87,7 @@ inline bool insertSomewhere(FiltersGroup& group, const FiltersEntry& entry)
     return false;
 }
 
-/** Every stage and type that there is, and some that there are not. */
+/** All stages and types, and some unknown ones. */
 inline const std::vector<filtersGroupStage_t>& stages()
 {
     static const std::vector<filtersGroupStage_t> stages = {
@@ -103,7 +103,7 @@ inline const std::vector<filtersGroupType_t>& types()
     return types;
 }
 
-/** Policers of every stage, and of stages that there are not. */
+/** Policers of all stages and of unknown ones. */
 inline std::vector<policer::Policer> policers()
 {
     std::vector<policer::Policer> policers;
@@ -112,7 +112,7 @@ inline std::vector<policer::Policer> policers()
     return policers;
 }
 
-/** Entries without a match, and with one of each class. */
+/** An entry without matches, and one for each class of match. */
 inline std::vector<FiltersEntry> entriesByMatch()
 {
     std::vector<FiltersEntry> entries(1);
@@ -120,7 +120,7 @@ inline std::vector<FiltersEntry> entriesByMatch()
     return entries;
 }
 
-/** Copies of @p entry without an action, and with one of each class. */
+/** A copy of @p entry, and copies with an action of each class. */
 inline std::vector<FiltersEntry> withEachAction(const FiltersEntry& entry)
 {
     std::vector<FiltersEntry> entries = {entry};
@@ -128,7 +128,7 @@ inline std::vector<FiltersEntry> withEachAction(const FiltersEntry& entry)
     return entries;
 }
 
-/** Calls @p function with every entry of at most one match and one action, and any policer. */
+/** Calls @p function with each entry of at most one match, one action and one policer. */
 template <class Function>
 void forEachSmallEntry(Function function)
 {

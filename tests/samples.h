@@ -1,6 +1,6 @@
 /**
- * What tests of every class need: the classes in lists, objects of each of them, and a look at how
- * objects are laid out.
+ * For tests that cover every class: lists of the classes, sample objects, and a look at the layout
+ * of objects.
  */
 #ifndef FILTER_COMMON_TESTS_SAMPLES_H
 #define FILTER_COMMON_TESTS_SAMPLES_H
@@ -24,7 +24,7 @@ namespace FiltersCommon::test {
 
 // ----------------------------------------------------------------------------------------- values
 
-/** A value for an argument of a constructor, and another for the mask behind it. */
+/** A value for the first argument of a constructor, or for the mask that follows it. */
 template <class V>
 V sampleValue(std::size_t position)
 {
@@ -49,7 +49,7 @@ V sampleValue(std::size_t position)
         return static_cast<V>(isMask ? 0xF0F0 : 0x01020328);
 }
 
-/** Values that are not equal to @p value: one byte is another, for each byte in turn. */
+/** Values that differ from @p value in one byte, one for each byte. */
 template <class V>
 std::vector<V> othersThan(const V& value)
 {
@@ -66,7 +66,7 @@ std::vector<V> othersThan(const V& value)
     return others;
 }
 
-/** Lists of another order, of another length, and with another port. */
+/** Lists in another order, of another length, or with another port. */
 inline std::vector<std::list<limid_t>> othersThan(const std::list<limid_t>& ports)
 {
     const std::list<limid_t> reversed(ports.rbegin(), ports.rend());
@@ -99,7 +99,7 @@ struct Row {
 
     static T sample() { return std::make_from_tuple<T>(arguments()); }
 
-    /** The sample, and objects that differ from it in one argument alone; each has its turn. */
+    /** The sample, and objects that differ from it in one argument. */
     static std::vector<T> variants()
     {
         std::vector<T> all = {sample()};
@@ -234,7 +234,7 @@ std::set<std::uint32_t> codesWithoutValues()
 
 constexpr std::size_t NOWHERE = std::string_view::npos;
 
-/** The offset of the first place within the object where the bytes of @p value stand. */
+/** The offset of the first occurrence of the bytes of @p value in the object. */
 template <class T, class V>
 std::size_t positionIn(const T& object, const V& value)
 {
@@ -243,7 +243,7 @@ std::size_t positionIn(const T& object, const V& value)
         .find(std::string_view(reinterpret_cast<const char*>(&value), sizeof value));
 }
 
-/** The place of a virtual function in the table of its class; -1 if it is not virtual. */
+/** The index of a virtual function in the table of its class; -1 if it is not virtual. */
 template <class Function>
 int slotOf(Function function)
 {

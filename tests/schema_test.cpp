@@ -56,7 +56,7 @@ void expectFields(const Descriptor& message, const std::vector<Field>& fields)
     }
 }
 
-/** The file of the message: alone in it, of the given name and imports, and without options. */
+/** The file has this name and these imports, no other message, and no options. */
 void expectFile(const Descriptor& message, const std::string& name,
                 const std::vector<std::string>& imports)
 {
@@ -68,7 +68,7 @@ void expectFile(const Descriptor& message, const std::string& name,
     EXPECT_EQ((std::vector<std::string>(file.dependency().begin(), file.dependency().end())),
               imports);
 
-    // Nothing is set but what this test knows of: no options, enumerations, extensions, ranges.
+    // Nothing else is set: no options, enumerations, extensions or ranges.
     ASSERT_EQ(file.message_type_size(), 1);
     EXPECT_EQ(file.message_type(0).name(), message.name());
     file.mutable_message_type(0)->clear_name();
@@ -180,7 +180,7 @@ class RequiredFields : public testing::Test {
     test::QuietParser quiet_;
 };
 
-/** Whether the message is complete, and is no longer when any one of the given fields is missing.
+/** The message is complete, and becomes incomplete without any one of the given fields.
  */
 template <class Message>
 void expectRequired(const Message& complete, const std::vector<int>& numbers)

@@ -1,5 +1,5 @@
 /**
- * What several test programs need: values of the small types, written briefly.
+ * Shared by many tests: short ways to write values of the small types.
  */
 #ifndef FILTER_COMMON_TESTS_SUPPORT_H
 #define FILTER_COMMON_TESTS_SUPPORT_H
@@ -85,7 +85,7 @@ std::string stateOf(const T& object)
 /** A program cannot start itself once more in an emulator. */
 constexpr char DEATH_TEST_STYLE[] = "fast";
 #else
-/** A fresh process each, which sanitizers, threads and earlier tests do not disturb. */
+/** Each runs in a fresh process, away from sanitizers, threads and earlier tests. */
 constexpr char DEATH_TEST_STYLE[] = "threadsafe";
 #endif
 

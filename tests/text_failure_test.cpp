@@ -11,15 +11,15 @@
 #include <string>
 #include <vector>
 
-// This program has its own conversions of addresses and interfaces into text, in the place of those
-// of the system, so that they can fail and be watched.
+// This program replaces the system's conversions of addresses and interfaces into text, so that it
+// can watch them and make them fail.
 
 namespace {
 
 struct Conversion {
     std::string function;
     std::size_t room;   // in the buffer, where the function is told
-    std::string before; // what stood in the buffer, where that may be read
+    std::string before; // the old contents of the buffer, if it may be read
 };
 
 bool operator==(const Conversion& a, const Conversion& b)
@@ -35,13 +35,13 @@ void PrintTo(const Conversion& conversion, std::ostream* out)
 
 struct {
     std::vector<Conversion> conversions;
-    /** Asked with the number of each conversion, from 0, whether it succeeds. */
+    /** Whether the conversion with this number, from 0, succeeds. */
     std::function<bool(std::size_t)> succeeds;
     std::string interfaceName;
     int interfaceResult;
 } system_;
 
-/** Writes "text" and the number of the conversion, or answers that there is no text. */
+/** Writes "text" and the number of the conversion, or fails. */
 char* convert(const Conversion& conversion, char* buffer)
 {
     const std::size_t number = system_.conversions.size();
@@ -98,7 +98,7 @@ protected:
 
 using TextFailure = Conversions;
 
-/** A sample whose dump has a failing conversion, and how far the text gets. */
+/** A sample with a failing conversion, and the last line of its dump. */
 struct Failing {
     std::string sample;
     std::size_t conversion;

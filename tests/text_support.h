@@ -1,6 +1,5 @@
 /**
- * Dumps in which the flushes of the stream can be seen, so that tests tell the two kinds of line
- * end apart.
+ * Dumps that show where the stream was flushed, so that tests can tell the two line ends apart.
  */
 #ifndef FILTER_COMMON_TESTS_TEXT_SUPPORT_H
 #define FILTER_COMMON_TESTS_TEXT_SUPPORT_H
@@ -13,7 +12,7 @@
 
 namespace FiltersCommon::test {
 
-/** Stands in the text of a MarkedStream wherever the stream was flushed. No dump holds it. */
+/** Marks each flush in the text of a MarkedStream. No dump contains it. */
 constexpr char FLUSH = '|';
 
 /** A line that ends with a flush. */

@@ -1,9 +1,8 @@
 /**
- * What may go on in several threads at once: whatever is built on first use, work on objects that
- * each belong to one thread, and reading of objects that none of them changes. The `thread` preset
- * runs it under ThreadSanitizer.
+ * What threads may do at the same time: use what is built on first use, work on objects of their
+ * own, and read objects that no thread changes. The `thread` preset runs it under ThreadSanitizer.
  *
- * Each test runs in a process of its own under ctest, so that the first use in it is the first.
+ * ctest runs each test in its own process, so that its first use is really the first.
  */
 #include "c_constructors.h"
 #include "c_support.h"
@@ -48,8 +47,8 @@ void inThreads(const std::function<void(int)>& work)
 }
 
 /**
- * Dumps one object after the other. A stream of each thread's own is made once: what streams share
- * in their making would hide from the sanitizer that threads meet elsewhere.
+ * Dumps one object after the other into one stream for each thread: the locks that streams share
+ * when they are made would hide other data races from the sanitizer.
  */
 class Dumps {
 public:
@@ -124,7 +123,7 @@ TEST(FirstUse, OfReading)
     inThreads([&](int) { EXPECT_EQ(FiltersEntry(bytes).getMatchesRef().size(), 1u); });
 }
 
-/** Such bytes as the library does not write go another way. */
+/** Bytes that the library does not write take another path. */
 TEST(FirstUse, OfReadingWhatNobodyWrote)
 {
     using namespace wire;
@@ -200,7 +199,7 @@ TEST(Threads, WorkOnGroupsOfTheirOwn)
     });
 }
 
-/** A thread may take over what another has made. */
+/** A thread may take over what another thread made. */
 TEST(Threads, HandOverWhatTheyMade)
 {
     std::vector<FiltersGroup> groups(THREADS, FiltersGroup(0));

@@ -1,6 +1,6 @@
 /**
- * Bytes of the wire put together by hand: also those that no writer makes and the parser takes, or
- * should refuse.
+ * Builds wire bytes by hand, including those that no writer makes and the parser accepts, or should
+ * refuse.
  */
 #ifndef FILTER_COMMON_TESTS_WIRE_BYTES_H
 #define FILTER_COMMON_TESTS_WIRE_BYTES_H
@@ -11,10 +11,10 @@
 
 namespace FiltersCommon::test::wire {
 
-/** How the value behind a tag is written. */
+/** How the value after a tag is written. */
 enum Type : std::uint32_t { VARINT, FIXED64, DELIMITED, GROUP, END_GROUP, FIXED32 };
 
-/** Seven bits a byte, the lowest first; longer than it has to be where @p length says so. */
+/** Seven bits a byte, lowest first; padded to @p length bytes. */
 inline std::string varint(std::uint64_t value, std::size_t length = 1)
 {
     std::string bytes;

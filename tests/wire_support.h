@@ -1,5 +1,5 @@
 /**
- * Messages for tests: written as text, and compared field by field.
+ * Builds messages from text and compares them field by field.
  */
 #ifndef FILTER_COMMON_TESTS_WIRE_SUPPORT_H
 #define FILTER_COMMON_TESTS_WIRE_SUPPORT_H
@@ -67,7 +67,7 @@ testing::AssertionResult isMessage(const google::protobuf::Message& actual,
 testing::AssertionResult isMessage(const google::protobuf::Message& actual,
                                    const std::string& expectedText);
 
-/** What a copy of a sample is to read, and the message that it then writes. */
+/** What a copy of a sample reads, and the message that it must write afterwards. */
 struct Reading {
     std::string sample;
     std::string read;
@@ -87,8 +87,7 @@ void expectReadings(const std::vector<Sample<Base>>& samples, const std::vector<
     }
 }
 
-/** Reads the message of every sample into every sample of the same class, but of those @p append.
- */
+/** Reads each sample into each sample of its class, except for the classes that @p append. */
 template <class Base>
 void expectOverwritten(const std::vector<Sample<Base>>& samples,
                        const std::set<std::string>& append)
@@ -105,7 +104,7 @@ void expectOverwritten(const std::vector<Sample<Base>>& samples,
     }
 }
 
-/** The bytes of a message, also of one that lacks required fields. */
+/** The bytes of a message, which may lack required fields. */
 inline std::string bytesOf(const google::protobuf::Message& pb)
 {
     return pb.SerializePartialAsString();
@@ -119,7 +118,7 @@ std::string serialized(const T& object)
     return bytes;
 }
 
-/** What the parser leaves in a message, whether or not it gets to the end of the bytes. */
+/** What the parser leaves in a message, even if it stops before the end of the bytes. */
 template <class Message>
 Message parsed(const std::string& bytes)
 {
@@ -128,14 +127,14 @@ Message parsed(const std::string& bytes)
     return pb;
 }
 
-/** An entry or a group built from bytes, as another process does it. */
+/** An entry or a group built from the bytes of @p object, as another process would. */
 template <class T>
 T rebuilt(const T& object)
 {
     return T(serialized(object));
 }
 
-/** Keeps the messages runtime, which complains of every fault in the bytes, off the test's log. */
+/** Silences the messages runtime, which logs every fault in the bytes. */
 class QuietParser {
 public:
     QuietParser() {}
@@ -146,7 +145,7 @@ private:
 #endif
 };
 
-/** Bytes that nobody chose; the same ones in every run. */
+/** Random bytes, the same in every run. */
 class RandomBytes {
 public:
     std::string any(std::size_t maximum)
@@ -157,7 +156,7 @@ public:
         return bytes;
     }
 
-    /** The given bytes, one to four of them changed. */
+    /** The given bytes with one to four changes. */
     std::string mutated(std::string bytes)
     {
         for (std::size_t changes = 1 + below(4); changes != 0; --changes)

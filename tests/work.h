@@ -1,6 +1,6 @@
 /**
- * How much work an operation is, counted in what it allocates, and that it grows no faster than
- * what the operation works on.
+ * Measures the work of an operation by what it allocates, and expects it to grow no faster than
+ * its input.
  */
 #ifndef FILTER_COMMON_TESTS_WORK_H
 #define FILTER_COMMON_TESTS_WORK_H
@@ -23,7 +23,7 @@ struct Work {
     std::size_t peak;  /**< the most bytes that lived at once */
 };
 
-/** What @p operation allocates; what it makes is to die with it. */
+/** What @p operation allocates; it must free whatever it makes. */
 template <class Operation>
 Work workOf(Operation operation)
 {
@@ -35,10 +35,10 @@ Work workOf(Operation operation)
             peakLiveBytes() - before.liveBytes};
 }
 
-/** Work that is small whatever the size: blocks of an arena, a buffer, what is built once. */
+/** Work that does not depend on the size: blocks of an arena, a buffer, what is built once. */
 constexpr Work FIXED_WORK = {64, 64 << 10, 64 << 10};
 
-/** Expects twice the work at most for twice the size, with a tenth and a fixed part more. */
+/** Expects at most twice the work for twice the size, plus a tenth and a fixed part. */
 inline void expectAtMostTwice(const Work& work, const Work& atHalfTheSize)
 {
     const auto twice = [](std::size_t number) { return number * 22 / 10; };
@@ -65,7 +65,7 @@ Work expectProportional(std::size_t size, Prepare prepare)
     return works[2];
 }
 
-/** Prints what an operation takes for each unit of what it works on. */
+/** Prints the work for each unit of input. */
 inline void printWork(const std::string& what, const Work& work, std::size_t units)
 {
     const auto perUnit = [units](std::size_t number) {
