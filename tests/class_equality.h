@@ -33,6 +33,16 @@ void expectDifferentWhenOneFieldDiffers()
         }
 }
 
+/** @p read joins what the getters of an object return. */
+template <class Row, class Read>
+void expectDifferentByItsGetters(Read read)
+{
+    const auto variants = Row::variants();
+    for (const auto& a : variants)
+        for (const auto& b : variants)
+            EXPECT_EQ(read(a) == read(b), &a == &b);
+}
+
 template <class Base, class Row, class Rows>
 void expectEqualToItsOwnKindOnly()
 {

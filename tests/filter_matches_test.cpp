@@ -16,6 +16,7 @@ using test::ipv6;
 using test::limId;
 using test::mac;
 using test::positionIn;
+using test::rawBytes;
 
 using Ports = std::list<limid_t>;
 using PortTypes = std::list<port_type_t>;
@@ -23,20 +24,6 @@ using VlanIds = std::set<unsigned short>;
 
 const Ports PORTS = {limId(0, 1, 0, 2), limId(1, 0, 0, 7), limId(0, 1, 0, 2)};
 const PortTypes PORT_TYPES = {PORT_TYPE_CPU, static_cast<port_type_t>(-1), PORT_TYPE_CPU};
-
-template <class T>
-std::string bytesOf(const T& value)
-{
-    return {reinterpret_cast<const char*>(&value), sizeof value};
-}
-
-std::string bytesOf(const Ports& ports)
-{
-    std::string bytes;
-    for (const limid_t& port : ports)
-        bytes += bytesOf(port);
-    return bytes;
-}
 
 // ------------------------------------------------------------------------ what a caller may build
 
@@ -172,9 +159,9 @@ TEST(FilterMatches, FamiliesAreBuiltWithAnyCode)
 TEST(MatchPorts, KeepsPortsInOrderWithDuplicates)
 {
     for (const Ports& ports : {PORTS, Ports()}) {
-        EXPECT_EQ(bytesOf(MatchIngressPorts(ports).getPorts()), bytesOf(ports));
-        EXPECT_EQ(bytesOf(MatchEgressPorts(ports).getPorts()), bytesOf(ports));
-        EXPECT_EQ(bytesOf(MatchIngressPorts(ports).getPortsRef()), bytesOf(ports));
+        EXPECT_EQ(rawBytes(MatchIngressPorts(ports).getPorts()), rawBytes(ports));
+        EXPECT_EQ(rawBytes(MatchEgressPorts(ports).getPorts()), rawBytes(ports));
+        EXPECT_EQ(rawBytes(MatchIngressPorts(ports).getPortsRef()), rawBytes(ports));
         EXPECT_TRUE(MatchIngressPorts(ports).getExcludedPortTypes().empty());
     }
 }
@@ -201,7 +188,7 @@ TEST(MatchPorts, SetPortsReplacesThePorts)
     MatchEgressPorts match(PORTS);
     const Ports other = {limId(9, 9, 9, 9)};
     EXPECT_EQ(match.setPorts(other), FILTERS_OK);
-    EXPECT_EQ(bytesOf(match.getPorts()), bytesOf(other));
+    EXPECT_EQ(rawBytes(match.getPorts()), rawBytes(other));
 }
 
 TEST(MatchPorts, SetPortsIsRefusedBesideExcludedPortTypes)
@@ -224,14 +211,14 @@ TEST(MatchPorts, SetPortsIsAcceptedBesideAnEmptyListOfPortTypes)
 {
     MatchIngressPorts match{PortTypes()};
     EXPECT_EQ(match.setPorts(PORTS), FILTERS_OK);
-    EXPECT_EQ(bytesOf(match.getPorts()), bytesOf(PORTS));
+    EXPECT_EQ(rawBytes(match.getPorts()), rawBytes(PORTS));
 }
 
 TEST(MatchPorts, SetPortsTakesTheMatchsOwnList)
 {
     MatchIngressPorts match(PORTS);
     EXPECT_EQ(match.setPorts(match.getPortsRef()), FILTERS_OK);
-    EXPECT_EQ(bytesOf(match.getPorts()), bytesOf(PORTS));
+    EXPECT_EQ(rawBytes(match.getPorts()), rawBytes(PORTS));
 }
 
 TEST(MatchPorts, CopiesOwnTheirLists)
@@ -239,7 +226,7 @@ TEST(MatchPorts, CopiesOwnTheirLists)
     MatchIngressPorts original(PORTS);
     const MatchIngressPorts copy(original);
     original.setPorts({});
-    EXPECT_EQ(bytesOf(copy.getPorts()), bytesOf(PORTS));
+    EXPECT_EQ(rawBytes(copy.getPorts()), rawBytes(PORTS));
 }
 
 // ----------------------------------------------------------------------- the rest of the families
@@ -247,8 +234,8 @@ TEST(MatchPorts, CopiesOwnTheirLists)
 TEST(MatchLimId, KeepsTheFourBytes)
 {
     const limid_t port = limId(0xFF, 0, 0x80, 1);
-    EXPECT_EQ(bytesOf(MatchVirtualPort(port).getLimId()), bytesOf(port));
-    EXPECT_EQ(bytesOf(MatchSrcPort(port).getLimId()), bytesOf(port));
+    EXPECT_EQ(rawBytes(MatchVirtualPort(port).getLimId()), rawBytes(port));
+    EXPECT_EQ(rawBytes(MatchSrcPort(port).getLimId()), rawBytes(port));
 }
 
 TEST(MatchLimId, SetSrcPortReplacesThePort)
@@ -299,8 +286,8 @@ TEST(MatchVlanId, SingleIdentifierIsTheSetOfIt)
 template <class T>
 void expectMac(const T& match, const char* address, const char* mask)
 {
-    EXPECT_EQ(bytesOf(*match.getMac()), bytesOf(mac(address)));
-    EXPECT_EQ(bytesOf(*match.getMask()), bytesOf(mac(mask)));
+    EXPECT_EQ(rawBytes(*match.getMac()), rawBytes(mac(address)));
+    EXPECT_EQ(rawBytes(*match.getMask()), rawBytes(mac(mask)));
 }
 
 TEST(MatchMac, KeepsAddressAndMask)
@@ -331,8 +318,8 @@ TEST(MatchMac, GettersPointIntoTheMatch)
 template <class T>
 void expectIPv4(const T& match, const char* address, const std::string& mask)
 {
-    EXPECT_EQ(bytesOf(*match.getIPv4()), bytesOf(ipv4(address)));
-    EXPECT_EQ(bytesOf(*match.getIPv4Mask()), mask);
+    EXPECT_EQ(rawBytes(*match.getIPv4()), rawBytes(ipv4(address)));
+    EXPECT_EQ(rawBytes(*match.getIPv4Mask()), mask);
 }
 
 TEST(MatchIPv4, KeepsAddressAndMaskAndNormalisesNothing)
@@ -355,8 +342,8 @@ TEST(MatchIPv4, AddressAloneHasMaskBytesFfFfFfFf)
 template <class T>
 void expectIPv6(const T& match, const char* address, const char* mask)
 {
-    EXPECT_EQ(bytesOf(*match.getIPv6()), bytesOf(ipv6(address)));
-    EXPECT_EQ(bytesOf(*match.getIPv6Mask()), bytesOf(ipv6(mask)));
+    EXPECT_EQ(rawBytes(*match.getIPv6()), rawBytes(ipv6(address)));
+    EXPECT_EQ(rawBytes(*match.getIPv6Mask()), rawBytes(ipv6(mask)));
 }
 
 TEST(MatchIPv6, DestinationHasAnyMask)

@@ -15,6 +15,7 @@
 #include <cstring>
 #include <list>
 #include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
@@ -228,6 +229,21 @@ std::set<std::uint32_t> codesWithoutValues()
 }
 
 // ----------------------------------------------------------------------------------------- layout
+
+template <class T>
+std::string rawBytes(const T& value)
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+    return {reinterpret_cast<const char*>(&value), sizeof value};
+}
+
+inline std::string rawBytes(const std::list<limid_t>& ports)
+{
+    std::string bytes;
+    for (const limid_t& port : ports)
+        bytes += rawBytes(port);
+    return bytes;
+}
 
 constexpr std::size_t NOWHERE = std::string_view::npos;
 
