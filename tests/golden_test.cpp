@@ -138,7 +138,7 @@ void expectGolden(const char* name, const std::string& expected)
     const fs::path path = fs::path(GOLDEN_FOLDER) / name;
     if (isToBeRewritten())
         writeFile(path, expected);
-    EXPECT_EQ(readFile(path), expected) << path;
+    EXPECT_EQ(readFile(path), expected) << path << ", which scripts/regenerate-golden rewrites";
 }
 
 void expectGolden(const char* name, const Files& expected)

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,9 +39,12 @@ struct Field {
 
 void expectFields(const Descriptor& message, const std::vector<Field>& fields)
 {
-    ASSERT_EQ(static_cast<std::size_t>(message.field_count()), fields.size());
+    std::set<std::string> unexpected;
+    for (int index = 0; index < message.field_count(); ++index)
+        unexpected.insert(message.field(index)->name());
     for (const Field& expected : fields) {
         SCOPED_TRACE(expected.name);
+        unexpected.erase(expected.name);
         const FieldDescriptor* field = message.FindFieldByNumber(expected.number);
         ASSERT_NE(field, nullptr);
         EXPECT_EQ(field->name(), expected.name);
@@ -54,6 +58,7 @@ void expectFields(const Descriptor& message, const std::vector<Field>& fields)
         EXPECT_EQ(declaration.type_name(), expected.messageType);
         EXPECT_EQ(declaration.default_value(), expected.hasDefault ? "0" : "");
     }
+    EXPECT_EQ(unexpected, std::set<std::string>());
 }
 
 /** The file has this name and these imports, no other message, and no options. */
