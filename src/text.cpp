@@ -4,7 +4,6 @@
 #include <netinet/ether.h>
 
 #include <cstring>
-#include <string_view>
 
 namespace FiltersCommon {
 
@@ -77,12 +76,13 @@ void writePorts(std::ostream& out, const char* label, const std::list<limid_t>& 
     out << std::endl;
 }
 
-void writeHead(std::ostream& out, Head head, const char* title, const char* typeLabel, int type)
+void writeHead(std::ostream& out, Head head, std::string_view title, const char* typeLabel,
+               int type)
 {
     if (head == Head::UNFLUSHED)
         out << title;
     else
-        out << std::string_view(title, std::strlen(title) - 1) << std::endl;
+        out << title.substr(0, title.size() - 1) << std::endl;
     out << typeLabel << type;
     if (head == Head::UNFLUSHED || head == Head::UNFLUSHED_TYPE)
         out << "\n";

@@ -15,6 +15,7 @@
 #include <list>
 #include <ostream>
 #include <set>
+#include <string_view>
 #include <type_traits>
 
 namespace FiltersCommon {
@@ -23,11 +24,11 @@ namespace FiltersCommon {
 
 /** The title of an object's dump, with the end of its line. */
 template <class T>
-inline constexpr const char* TITLE = nullptr;
+inline constexpr std::string_view TITLE;
 
 #define FILTERS_COMMON_DEFINE_TITLE(kind, Class, Values)                                           \
     template <>                                                                                    \
-    inline constexpr const char* TITLE<Class> = "    =" #Class "=\n";
+    inline constexpr std::string_view TITLE<Class> = "    =" #Class "=\n";
 FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_TITLE)
 FILTERS_COMMON_DEFINE_TITLE(MATCH_TOS, MatchDSCP, MatchToS)
 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_TITLE)
@@ -271,7 +272,8 @@ inline constexpr struct PortsWithoutLabel : Formatter {
 // ---------------------------------------------------------------------------------- whole objects
 
 /** Writes the title, a TITLE, the type and whatever else comes before the values. */
-void writeHead(std::ostream& out, Head head, const char* title, const char* typeLabel, int type);
+void writeHead(std::ostream& out, Head head, std::string_view title, const char* typeLabel,
+               int type);
 
 /**
  * Dumps @p object as a T. @p values is the object as a T, or null to omit the values, which
