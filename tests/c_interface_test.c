@@ -14,7 +14,7 @@
 #include <stdlib.h>
 #include <string.h>
 
-_Static_assert(offsetof(entriesStruct, count) == 0, "the count stands first");
+_Static_assert(offsetof(entriesStruct, count) == 0, "the count is first");
 _Static_assert(offsetof(entriesStruct, ids) == sizeof(void*), "then the identifiers");
 _Static_assert(offsetof(entriesStruct, entries) == 2 * sizeof(void*), "then the entries");
 _Static_assert(sizeof(entriesStruct) == 3 * sizeof(void*), "and nothing else");

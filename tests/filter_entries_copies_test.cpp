@@ -216,7 +216,7 @@ TEST(CopyMatches, SkipsNullPointersAndUnknownKinds)
 {
     Matches from = matchesOf(MatchAll(), MatchTTL(1));
     from[MATCH_PCP] = nullptr;
-    std::uint32_t key = 1;
+    int key = 1;
     for (const std::uint32_t code : test::unknownCodes(test::MATCH_KINDS))
         put(from, key++, Match(matchKind(code)));
     put(from, key, MatchLimId(test::UNKNOWN_MATCH, limId(1, 2, 3, 4)));
@@ -289,7 +289,7 @@ TEST(CopyActions, SkipsNullPointersAndUnknownKinds)
 {
     Actions from = actionsOf(ActionPermit(), ActionL3Switch(1));
     from[ACTION_DENY] = nullptr;
-    std::uint32_t key = 3;
+    int key = 3;
     for (const std::uint32_t code : test::unknownCodes(test::ACTION_KINDS))
         put(from, key++, Action(actionKind(code)));
     FiltersEntry entry;

@@ -174,7 +174,7 @@ TEST_F(Filterctl, WrongUsage)
 
 struct Malformed {
     std::size_t column;
-    std::string text; /**< stands in the place of the column */
+    std::string text; /**< replaces the column */
     std::string reason;
 
     std::string line() const

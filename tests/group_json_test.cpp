@@ -72,7 +72,7 @@ const ListValue& list(const Struct& object, const std::string& name)
     return object.fields().contains(name) ? member(object, name).list_value() : none;
 }
 
-/** What another program makes of the message that stands in the member "group". */
+/** What another program makes of the message in the member "group". */
 FiltersGroup rebuilt(const Struct& document)
 {
     std::string json;

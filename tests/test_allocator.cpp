@@ -65,7 +65,7 @@ bool mustFail()
     return true;
 }
 
-/** Stands before each block; what the C library would round the size to depends on the heap. */
+/** Precedes each block; what the C library would round the size to depends on the heap. */
 struct alignas(std::max_align_t) Header {
     std::size_t size;
 };
