@@ -33,7 +33,7 @@
 
 inside && target != "" { print > target }
 !inside && name output != "" {
-    print FILENAME ":" FNR ": no block stands behind the comment" > "/dev/stderr"
+    print FILENAME ":" FNR ": no block follows the comment" > "/dev/stderr"
     failed = 1
 }
 END { exit failed }

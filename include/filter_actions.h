@@ -52,9 +52,9 @@ public:
     filtersAction_t getType() const { return type_; }
 
     /**
-     * True if both objects have the same kind and the same parameters. Two objects with the same
-     * code of 17 or above are equal, deliberately unlike matches. False for an object that is not
-     * of the class that holds its kind's parameters.
+     * True if both objects have the same kind and the same parameters. Two objects of the
+     * same unknown kind are equal, deliberately unlike matches. False for an object that is not of
+     * the class that holds its kind's parameters.
      */
     bool operator==(const Action& other) const;
 
@@ -154,8 +154,8 @@ class ActionBlockEgressPorts : public ActionPorts {
 public:
     static constexpr filtersAction_t KIND = ACTION_BLOCK_EGRESS_PORTS;
 
-    explicit ActionBlockEgressPorts(std::list<limid_t> ports = {})
-        : ActionPorts(KIND, std::move(ports))
+    ActionBlockEgressPorts() : ActionBlockEgressPorts(std::list<limid_t>()) {}
+    explicit ActionBlockEgressPorts(std::list<limid_t> ports) : ActionPorts(KIND, std::move(ports))
     {}
     explicit ActionBlockEgressPorts(std::initializer_list<NoValues>) : ActionBlockEgressPorts() {}
 
@@ -172,7 +172,8 @@ class ActionCopyToCpuCancel : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_COPY_TO_CPU_CANCEL;
 
-    explicit ActionCopyToCpuCancel(cp2cpuCancelParam_t cancelType = {})
+    ActionCopyToCpuCancel() : ActionCopyToCpuCancel(cp2cpuCancelParam_t{}) {}
+    explicit ActionCopyToCpuCancel(cp2cpuCancelParam_t cancelType)
         : Action(KIND), cancelType_(cancelType)
     {}
 
@@ -193,7 +194,8 @@ class ActionSetPcp : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_PCP;
 
-    explicit ActionSetPcp(unsigned char pcp = 0) : Action(KIND), pcp_(pcp) {}
+    ActionSetPcp() : ActionSetPcp(0) {}
+    explicit ActionSetPcp(unsigned char pcp) : Action(KIND), pcp_(pcp) {}
 
     unsigned char getPcp() const { return pcp_; }
 
@@ -209,7 +211,8 @@ class ActionSetPcpAndQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_PCP_AND_QUEUE;
 
-    explicit ActionSetPcpAndQueue(unsigned char pcpAndQueue = 0)
+    ActionSetPcpAndQueue() : ActionSetPcpAndQueue(0) {}
+    explicit ActionSetPcpAndQueue(unsigned char pcpAndQueue)
         : Action(KIND), pcpAndQueue_(pcpAndQueue)
     {}
 
@@ -230,7 +233,8 @@ class ActionSetInnerPcp : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_INNER_PCP;
 
-    explicit ActionSetInnerPcp(unsigned char innerPcp = 0) : Action(KIND), innerPcp_(innerPcp) {}
+    ActionSetInnerPcp() : ActionSetInnerPcp(0) {}
+    explicit ActionSetInnerPcp(unsigned char innerPcp) : Action(KIND), innerPcp_(innerPcp) {}
 
     unsigned char getInnerPcp() const { return innerPcp_; }
 
@@ -246,7 +250,8 @@ class ActionSetDSCP : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_SET_DSCP;
 
-    explicit ActionSetDSCP(unsigned char dscp = 0) : Action(KIND), dscp_(dscp) {}
+    ActionSetDSCP() : ActionSetDSCP(0) {}
+    explicit ActionSetDSCP(unsigned char dscp) : Action(KIND), dscp_(dscp) {}
 
     unsigned char getDSCP() const { return dscp_; }
 
@@ -262,7 +267,8 @@ class ActionMapToCosQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_MAP_TO_COS_QUEUE;
 
-    explicit ActionMapToCosQueue(unsigned char cosQueue = 0) : Action(KIND), cosQueue_(cosQueue) {}
+    ActionMapToCosQueue() : ActionMapToCosQueue(0) {}
+    explicit ActionMapToCosQueue(unsigned char cosQueue) : Action(KIND), cosQueue_(cosQueue) {}
 
     unsigned char getCosQueue() const { return cosQueue_; }
 
@@ -281,7 +287,8 @@ class ActionMapToCpuCosQueue : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_MAP_TO_CPU_COS_QUEUE;
 
-    explicit ActionMapToCpuCosQueue(unsigned char cpuCosQueue = 0)
+    ActionMapToCpuCosQueue() : ActionMapToCpuCosQueue(0) {}
+    explicit ActionMapToCpuCosQueue(unsigned char cpuCosQueue)
         : Action(KIND), cpuCosQueue_(cpuCosQueue)
     {}
 
@@ -331,7 +338,8 @@ class ActionReplaceDstMac : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REPLACE_DST_MAC;
 
-    explicit ActionReplaceDstMac(const ether_addr& mac = {}) : Action(KIND), mac_(mac) {}
+    ActionReplaceDstMac() : ActionReplaceDstMac(ether_addr{}) {}
+    explicit ActionReplaceDstMac(const ether_addr& mac) : Action(KIND), mac_(mac) {}
     explicit ActionReplaceDstMac(std::initializer_list<NoValues>) : ActionReplaceDstMac() {}
 
     ether_addr getReplaceDstMac() const { return mac_; }
@@ -359,7 +367,8 @@ class ActionReplaceSrcMac : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_REPLACE_SRC_MAC;
 
-    explicit ActionReplaceSrcMac(const ether_addr& mac = {}) : Action(KIND), mac_(mac) {}
+    ActionReplaceSrcMac() : ActionReplaceSrcMac(ether_addr{}) {}
+    explicit ActionReplaceSrcMac(const ether_addr& mac) : Action(KIND), mac_(mac) {}
     explicit ActionReplaceSrcMac(std::initializer_list<NoValues>) : ActionReplaceSrcMac() {}
 
     ether_addr getReplaceSrcMac() const { return mac_; }
@@ -376,7 +385,8 @@ class ActionL3Switch : public Action {
 public:
     static constexpr filtersAction_t KIND = ACTION_L3_SWITCH;
 
-    explicit ActionL3Switch(unsigned int l3DestinationId = 0)
+    ActionL3Switch() : ActionL3Switch(0) {}
+    explicit ActionL3Switch(unsigned int l3DestinationId)
         : Action(KIND), l3DestinationId_(l3DestinationId)
     {}
 

@@ -14,7 +14,8 @@ namespace FiltersCommon {
 /**
  * A class that cannot be instantiated. Class({}) calls the constructor that takes a list of these;
  * it does the same as construction from an empty or zero value. Without it, the compiler could not
- * choose between that and copying a default-constructed object.
+ * choose between that and copying a default-constructed object. In the lists of kinds it marks the
+ * kinds without values.
  */
 class NoValues {
     class Nothing;

@@ -1,8 +1,8 @@
 /**
  * The contents of an object as labelled, typed values, for programs that show rules to people.
  *
- * Labels are those of the text dumps. Numbers are decimal; an enumerator without a name is a signed
- * number; addresses and interfaces are the texts shown in dumps.
+ * Labels are those of the text dumps. A code without a name is a number, signed if its
+ * enumeration is; addresses and interfaces are the texts shown in dumps.
  *
  * If memory runs out, std::bad_alloc is thrown.
  */

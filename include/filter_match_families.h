@@ -43,8 +43,8 @@ public:
     virtual void convertFromMatchPB(const MatchPB* pb);
 
     /**
-     * True if both objects have the same kind and the same values, masks included. False for codes
-     * of 32 and above, and for an object that is not of the class that holds its kind's values.
+     * True if both objects have the same kind and the same values, masks included. False for
+     * unknown kinds, and for an object that is not of the class that holds its kind's values.
      */
     virtual bool operator==(const Match& other) const;
 

@@ -32,12 +32,13 @@ public:
     bool operator==(const MatchIngressPorts& other) const { return MatchPorts::operator==(other); }
 };
 
-/** The ports a packet leaves through. Never holds, reads or writes excluded port types. */
+/** The ports a packet leaves through. Neither reads nor writes excluded port types. */
 class MatchEgressPorts : public MatchPorts {
 public:
     static constexpr filtersMatch_t KIND = MATCH_EGRESS_PORTS;
 
-    explicit MatchEgressPorts(std::list<limid_t> ports = {}) : MatchPorts(KIND, std::move(ports)) {}
+    MatchEgressPorts() : MatchEgressPorts(std::list<limid_t>()) {}
+    explicit MatchEgressPorts(std::list<limid_t> ports) : MatchPorts(KIND, std::move(ports)) {}
     explicit MatchEgressPorts(std::initializer_list<NoValues>) : MatchEgressPorts() {}
 
     FILTERS_COMMON_DECLARE_MATCH_WITH_VALUES(MatchEgressPorts)
@@ -49,7 +50,8 @@ class MatchVirtualPort : public MatchLimId {
 public:
     static constexpr filtersMatch_t KIND = MATCH_VIRTUAL_PORT;
 
-    explicit MatchVirtualPort(limid_t port = {}) : MatchLimId(KIND, port) {}
+    MatchVirtualPort() : MatchVirtualPort(limid_t{}) {}
+    explicit MatchVirtualPort(limid_t port) : MatchLimId(KIND, port) {}
     explicit MatchVirtualPort(std::initializer_list<NoValues>) : MatchVirtualPort() {}
 
     FILTERS_COMMON_DECLARE_MATCH(MatchVirtualPort)
@@ -61,7 +63,8 @@ class MatchSrcPort : public MatchLimId {
 public:
     static constexpr filtersMatch_t KIND = MATCH_SRC_PORT;
 
-    explicit MatchSrcPort(limid_t port = {}) : MatchLimId(KIND, port) {}
+    MatchSrcPort() : MatchSrcPort(limid_t{}) {}
+    explicit MatchSrcPort(limid_t port) : MatchLimId(KIND, port) {}
     explicit MatchSrcPort(std::initializer_list<NoValues>) : MatchSrcPort() {}
 
     void setSrcPort(limid_t port) { setLimId(port); }
@@ -75,7 +78,8 @@ class MatchDstL4Port : public MatchL4Port {
 public:
     static constexpr filtersMatch_t KIND = MATCH_DST_L4_PORT;
 
-    explicit MatchDstL4Port(unsigned short port = 0) : MatchL4Port(KIND, port) {}
+    MatchDstL4Port() : MatchDstL4Port(0) {}
+    explicit MatchDstL4Port(unsigned short port) : MatchL4Port(KIND, port) {}
     MatchDstL4Port(unsigned short port, unsigned short mask) : MatchL4Port(KIND, port, mask) {}
 
     FILTERS_COMMON_DECLARE_MATCH(MatchDstL4Port)
@@ -87,7 +91,8 @@ class MatchSrcL4Port : public MatchL4Port {
 public:
     static constexpr filtersMatch_t KIND = MATCH_SRC_L4_PORT;
 
-    explicit MatchSrcL4Port(unsigned short port = 0) : MatchL4Port(KIND, port) {}
+    MatchSrcL4Port() : MatchSrcL4Port(0) {}
+    explicit MatchSrcL4Port(unsigned short port) : MatchL4Port(KIND, port) {}
     MatchSrcL4Port(unsigned short port, unsigned short mask) : MatchL4Port(KIND, port, mask) {}
 
     FILTERS_COMMON_DECLARE_MATCH(MatchSrcL4Port)
@@ -133,7 +138,8 @@ class MatchDstMac : public MatchMac {
 public:
     static constexpr filtersMatch_t KIND = MATCH_DST_MAC;
 
-    explicit MatchDstMac(ether_addr mac = {}) : MatchMac(KIND, mac) {}
+    MatchDstMac() : MatchDstMac(ether_addr{}) {}
+    explicit MatchDstMac(ether_addr mac) : MatchMac(KIND, mac) {}
     explicit MatchDstMac(std::initializer_list<NoValues>) : MatchDstMac() {}
     MatchDstMac(ether_addr mac, ether_addr mask) : MatchMac(KIND, mac, mask) {}
 
@@ -146,7 +152,8 @@ class MatchSrcMac : public MatchMac {
 public:
     static constexpr filtersMatch_t KIND = MATCH_SRC_MAC;
 
-    explicit MatchSrcMac(ether_addr mac = {}) : MatchMac(KIND, mac) {}
+    MatchSrcMac() : MatchSrcMac(ether_addr{}) {}
+    explicit MatchSrcMac(ether_addr mac) : MatchMac(KIND, mac) {}
     explicit MatchSrcMac(std::initializer_list<NoValues>) : MatchSrcMac() {}
     MatchSrcMac(ether_addr mac, ether_addr mask) : MatchMac(KIND, mac, mask) {}
 
@@ -159,7 +166,8 @@ class MatchSrcIPv4 : public MatchIPv4 {
 public:
     static constexpr filtersMatch_t KIND = MATCH_SRC_IPV4;
 
-    explicit MatchSrcIPv4(in_addr address = {}) : MatchIPv4(KIND, address) {}
+    MatchSrcIPv4() : MatchSrcIPv4(in_addr{}) {}
+    explicit MatchSrcIPv4(in_addr address) : MatchIPv4(KIND, address) {}
     explicit MatchSrcIPv4(std::initializer_list<NoValues>) : MatchSrcIPv4() {}
     MatchSrcIPv4(in_addr address, in_addr mask) : MatchIPv4(KIND, address, mask) {}
 
@@ -172,7 +180,8 @@ class MatchDstIPv4 : public MatchIPv4 {
 public:
     static constexpr filtersMatch_t KIND = MATCH_DST_IPV4;
 
-    explicit MatchDstIPv4(in_addr address = {}) : MatchIPv4(KIND, address) {}
+    MatchDstIPv4() : MatchDstIPv4(in_addr{}) {}
+    explicit MatchDstIPv4(in_addr address) : MatchIPv4(KIND, address) {}
     explicit MatchDstIPv4(std::initializer_list<NoValues>) : MatchDstIPv4() {}
     MatchDstIPv4(in_addr address, in_addr mask) : MatchIPv4(KIND, address, mask) {}
 
@@ -185,7 +194,8 @@ class MatchSrcIPv6 : public MatchIPv6 {
 public:
     static constexpr filtersMatch_t KIND = MATCH_SRC_IPV6;
 
-    explicit MatchSrcIPv6(in6_addr address = {}) : MatchIPv6(KIND, address) {}
+    MatchSrcIPv6() : MatchSrcIPv6(in6_addr{}) {}
+    explicit MatchSrcIPv6(in6_addr address) : MatchIPv6(KIND, address) {}
     explicit MatchSrcIPv6(std::initializer_list<NoValues>) : MatchSrcIPv6() {}
 
     FILTERS_COMMON_DECLARE_MATCH(MatchSrcIPv6)
@@ -197,7 +207,8 @@ class MatchDstIPv6 : public MatchIPv6 {
 public:
     static constexpr filtersMatch_t KIND = MATCH_DST_IPV6;
 
-    explicit MatchDstIPv6(in6_addr address = {}) : MatchIPv6(KIND, address) {}
+    MatchDstIPv6() : MatchDstIPv6(in6_addr{}) {}
+    explicit MatchDstIPv6(in6_addr address) : MatchIPv6(KIND, address) {}
     explicit MatchDstIPv6(std::initializer_list<NoValues>) : MatchDstIPv6() {}
     MatchDstIPv6(in6_addr address, in6_addr mask) : MatchIPv6(KIND, address, mask) {}
 

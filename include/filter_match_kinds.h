@@ -32,7 +32,8 @@ class MatchTPID : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_TPID;
 
-    explicit MatchTPID(unsigned short tpid = 0) : Match(KIND), tpid_(tpid) {}
+    MatchTPID() : MatchTPID(0) {}
+    explicit MatchTPID(unsigned short tpid) : Match(KIND), tpid_(tpid) {}
 
     tpid_t getTPID() const { return tpid_; }
 
@@ -48,7 +49,8 @@ class MatchL2SrcEntryType : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_L2_SRC_ENTRY_TYPE;
 
-    explicit MatchL2SrcEntryType(l2SrcEntryType_t type = {}) : Match(KIND), srcType_(type) {}
+    MatchL2SrcEntryType() : MatchL2SrcEntryType(l2SrcEntryType_t{}) {}
+    explicit MatchL2SrcEntryType(l2SrcEntryType_t type) : Match(KIND), srcType_(type) {}
 
     l2SrcEntryType_t getL2SrcEntryType() const { return srcType_; }
 
@@ -64,7 +66,8 @@ class MatchPcp : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_PCP;
 
-    explicit MatchPcp(unsigned char pcp = 0) : Match(KIND), pcp_(pcp & 7) {}
+    MatchPcp() : MatchPcp(0) {}
+    explicit MatchPcp(unsigned char pcp) : Match(KIND), pcp_(pcp & 7) {}
 
     unsigned char getPcp() const { return pcp_; }
 
@@ -80,7 +83,8 @@ class MatchInternalPcp : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_INTERNAL_PCP;
 
-    explicit MatchInternalPcp(unsigned char pcp = 0) : Match(KIND), pcp_(pcp & 7) {}
+    MatchInternalPcp() : MatchInternalPcp(0) {}
+    explicit MatchInternalPcp(unsigned char pcp) : Match(KIND), pcp_(pcp & 7) {}
 
     unsigned char getPcp() const { return pcp_; }
 
@@ -107,7 +111,8 @@ class MatchIpProtocol : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_IP_PROTOCOL;
 
-    explicit MatchIpProtocol(unsigned char protocol = 0) : Match(KIND), protocol_(protocol) {}
+    MatchIpProtocol() : MatchIpProtocol(0) {}
+    explicit MatchIpProtocol(unsigned char protocol) : Match(KIND), protocol_(protocol) {}
 
     unsigned char getIpProtocol() const { return protocol_; }
 
@@ -123,7 +128,8 @@ class MatchPacketRes : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_PACKET_RES;
 
-    explicit MatchPacketRes(en_Resolution resolution = {}) : Match(KIND), resolution_(resolution) {}
+    MatchPacketRes() : MatchPacketRes(en_Resolution{}) {}
+    explicit MatchPacketRes(en_Resolution resolution) : Match(KIND), resolution_(resolution) {}
 
     en_Resolution getPktRes() const { return resolution_; }
 
@@ -139,7 +145,8 @@ class MatchMplsTerm : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_MPLS_TERM;
 
-    explicit MatchMplsTerm(bool terminated = false) : Match(KIND), terminated_(terminated) {}
+    MatchMplsTerm() : MatchMplsTerm(false) {}
+    explicit MatchMplsTerm(bool terminated) : Match(KIND), terminated_(terminated) {}
 
     bool getMplsTerm() const { return terminated_; }
 
@@ -155,7 +162,8 @@ class MatchToS : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_TOS;
 
-    explicit MatchToS(unsigned char tos = 0) : Match(KIND), tos_(tos) {}
+    MatchToS() : MatchToS(0) {}
+    explicit MatchToS(unsigned char tos) : Match(KIND), tos_(tos) {}
 
     unsigned char getToS() const { return tos_; }
 
@@ -174,7 +182,8 @@ private:
 class MatchDSCP : public MatchToS {
 public:
     /** Keeps the low six bits of @p dscp, as the upper six bits of the type-of-service byte. */
-    explicit MatchDSCP(unsigned char dscp = 0)
+    MatchDSCP() : MatchDSCP(0) {}
+    explicit MatchDSCP(unsigned char dscp)
         : MatchToS(static_cast<unsigned char>((dscp << 2) & 0xFC))
     {}
 
@@ -189,7 +198,8 @@ class MatchIngressStpState : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_INGRESS_STP_STATE;
 
-    explicit MatchIngressStpState(en_StpState state = {}) : Match(KIND), state_(state) {}
+    MatchIngressStpState() : MatchIngressStpState(en_StpState{}) {}
+    explicit MatchIngressStpState(en_StpState state) : Match(KIND), state_(state) {}
 
     en_StpState getIngressStpState() const { return state_; }
 
@@ -208,7 +218,8 @@ class MatchVlanInfo : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_VLAN_INFO;
 
-    explicit MatchVlanInfo(vlan_info_t vlanInfo = {}) : Match(KIND), vlanInfo_(vlanInfo) {}
+    MatchVlanInfo() : MatchVlanInfo(vlan_info_t{}) {}
+    explicit MatchVlanInfo(vlan_info_t vlanInfo) : Match(KIND), vlanInfo_(vlanInfo) {}
     explicit MatchVlanInfo(std::initializer_list<NoValues>) : MatchVlanInfo() {}
 
     vlan_info_t getVlanInfo() const { return vlanInfo_; }
@@ -228,7 +239,8 @@ class MatchTTL : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_TTL;
 
-    explicit MatchTTL(unsigned char ttl = 0) : Match(KIND), ttl_(ttl) {}
+    MatchTTL() : MatchTTL(0) {}
+    explicit MatchTTL(unsigned char ttl) : Match(KIND), ttl_(ttl) {}
 
     unsigned char getTTL() const { return ttl_; }
 
@@ -244,7 +256,8 @@ class MatchVrfId : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_VRF_ID;
 
-    explicit MatchVrfId(unsigned short vrfId = 0) : Match(KIND), vrfId_(vrfId) {}
+    MatchVrfId() : MatchVrfId(0) {}
+    explicit MatchVrfId(unsigned short vrfId) : Match(KIND), vrfId_(vrfId) {}
 
     unsigned short getVrfId() const { return vrfId_; }
     void setVrfId(unsigned short vrfId) { vrfId_ = vrfId; }
@@ -261,7 +274,8 @@ class MatchDrop : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_DROP;
 
-    explicit MatchDrop(bool drop = false) : Match(KIND), drop_(drop) {}
+    MatchDrop() : MatchDrop(false) {}
+    explicit MatchDrop(bool drop) : Match(KIND), drop_(drop) {}
 
     bool getDropFlag() const { return drop_; }
 
@@ -288,8 +302,8 @@ class MatchForwardingType : public Match {
 public:
     static constexpr filtersMatch_t KIND = MATCH_FORWARDING_TYPE;
 
-    explicit MatchForwardingType(en_ForwardingType type = {}) : Match(KIND), forwardingType_(type)
-    {}
+    MatchForwardingType() : MatchForwardingType(en_ForwardingType{}) {}
+    explicit MatchForwardingType(en_ForwardingType type) : Match(KIND), forwardingType_(type) {}
 
     en_ForwardingType getForwardingType() const { return forwardingType_; }
 

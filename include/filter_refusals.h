@@ -94,8 +94,9 @@ std::vector<FiltersRefusal> setMatchRefusals(const FiltersEntry& entry,
         if constexpr (std::is_convertible_v<const T*, const Match*>)
             refusal.match = match.getType();
     }
-    if constexpr (std::is_convertible_v<const T*, const Match*>)
-        for (const FiltersRefusal& refusal : l3Refusals(entry, match.getType()))
+    if constexpr (std::is_convertible_v<const std::remove_cv_t<T>*, const Match*>)
+        for (const FiltersRefusal& refusal :
+             l3Refusals(entry, const_cast<const std::remove_cv_t<T>&>(match).getType()))
             refusals.push_back(refusal);
     return refusals;
 }

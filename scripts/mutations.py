@@ -35,7 +35,7 @@ STEPS = {"++": "--", "--": "++"}
 # Names that are easily confused.
 CONFUSED = [
     ["true", "false"], ["all_of", "any_of"], ["min", "max"], ["hex", "dec"],
-    ["At", "Appended"],
+    ["at", "appended"],
 ]
 LINKS = {".", "->", "::"}
 OPEN = {"(": ")", "[": "]", "{": "}"}
@@ -47,7 +47,7 @@ NO_STATEMENT = BLOCKS | {
     "else", "try", "catch", "const", "static", "auto", "inline", "explicit", "virtual",
     "typename", "unsigned", "operator",
 }
-NO_CONDITION = {"*", "{", "out", "make", "static_cast"}
+NO_CONDITION = {"*", "{", "out", "make", "rows", "static_cast"}
 FIELD_NUMBER = re.compile(r"k\w+FieldNumber")
 ACCESSOR = re.compile(r"[gG]et[A-Z]\w*|set_\w+|first|second|[a-z]\w*_")
 DECLARATION = re.compile(r"(?!throw|delete)[\w:]+(<[^;]*?>)?[&*\s]+[\w:]+\s*(=[^=]|;|\(|\[|,)")
@@ -212,7 +212,7 @@ class Source:
             yield self._replaced(i, i, self._neighbour(i))
         if text == "endl":
             yield self._replaced(i - 2, i, '"\\n"')
-        if text == "Fields" and self._at(i + 1) == "<":
+        if text == "rows" and self._at(i - 1) == "return" and self._at(i + 1) == "(":
             yield from self._of_rows(i + 1)
         if text == "if":
             yield from self._of_condition(i)
@@ -269,15 +269,15 @@ class Source:
             yield from self._without_each(self.tokens[i].end, self.tokens[j].start, commas)
 
     def _of_rows(self, i):
-        """Leaves out each row of a list in angle brackets."""
-        depth, commas, j = 1, [], i
-        while depth > 0:
-            j += 1
-            if set(self._at(j)) <= {"<", ">"}:
-                depth += self._at(j).count("<") - self._at(j).count(">")
-            elif self._at(j) == "," and depth == 1:
+        """Leaves out each row of those that a call is given."""
+        last = self.partner[i]
+        commas, j = [], i + 1
+        while j < last:
+            if self._at(j) == ",":
                 commas.append(j)
-        yield from self._without_each(self.tokens[i].end, self.tokens[j].end - 1, commas)
+            j = self.partner[j] + 1 if self._at(j) in OPEN else j + 1
+        if last > i + 1:
+            yield from self._without_each(self.tokens[i].end, self.tokens[last].start, commas)
 
     def _without_each(self, start, end, commas):
         ends = [self.tokens[c].end for c in commas]

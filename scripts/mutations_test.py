@@ -61,9 +61,9 @@ class Mutations(unittest.TestCase):
                          ["x_fields::b_ p; x_fields::b_ q;", "x_fields::a_ p; x_fields::a_ q;"])
 
     def test_rows_and_elements(self):
-        self.assertEqual(changed("static Fields<Row<a, &T::b>, Row<c, &T::b>> of(T*);"),
-                         ["static Fields< Row<c, &T::b>> of(T*);",
-                          "static Fields<Row<a, &T::b>> of(T*);"])
+        self.assertEqual(changed("auto of() { return rows(row<a>(b, c), row<d>(e, f)); }"),
+                         ["auto of() { return rows( row<d>(e, f)); }",
+                          "auto of() { return rows(row<a>(b, c)); }"])
         self.assertEqual(changed("Row t[] = {x, y, /* last */};"),
                          ["Row t[] = { y, /* last */};", "Row t[] = {x, /* last */};"])
         self.assertEqual(changed("struct S { T<a, b> c; void f(int, int) {} };"), [])

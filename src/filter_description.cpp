@@ -8,6 +8,7 @@
 #include "wire/filter_matches_rows.h"
 
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace FiltersCommon {
@@ -65,12 +66,16 @@ std::string_view nameIn(std::string_view label)
     return label.substr(0, label.find(':'));
 }
 
-/** Whether a member of this type is a number without names or parts. */
+template <class T, class = void>
+inline constexpr bool hasNames = false;
+template <class T>
+inline constexpr bool hasNames<T, std::void_t<decltype(findValueName(std::declval<T>()))>> = true;
+
+/** Whether members of type T are numbers without names or parts. */
 template <class T>
 inline constexpr bool isNumber =
     (std::is_integral_v<T> && !std::is_same_v<T, bool>) || std::is_same_v<T, vlan_info_t> ||
-    std::is_same_v<T, l2SrcEntryType_t> || std::is_same_v<T, en_Resolution> ||
-    std::is_same_v<T, en_StpState> || std::is_same_v<T, en_ForwardingType>;
+    (std::is_enum_v<T> && !hasNames<T>);
 
 /** Takes fields by labels of dumps. */
 class Fields {

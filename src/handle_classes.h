@@ -10,7 +10,7 @@
 
 namespace FiltersCommon {
 
-/** Code 30 is deliberately not offered in C. */
+/** MATCH_FORWARDING_TYPE is deliberately not offered in C. */
 template <class T>
 inline constexpr bool isOfferedInC = !std::is_same_v<T, MatchForwardingType>;
 

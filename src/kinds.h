@@ -38,6 +38,22 @@ FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_DEFINE_ROW)
 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DEFINE_ROW)
 #undef FILTERS_COMMON_DEFINE_ROW
 
+// The two columns of a row that are about values must agree with each other and with the class.
+#define FILTERS_COMMON_CHECK_WITH_VALUES(code, Class, Values)                                      \
+    static_assert(std::is_same_v<Values, Class>, #Class " holds values of its own");
+#define FILTERS_COMMON_CHECK_OF_FAMILY(code, Class, Family)                                        \
+    static_assert(std::is_base_of_v<Family, Class> && !std::is_same_v<Family, Class>,              \
+                  #Class " derives from " #Family);
+#define FILTERS_COMMON_CHECK_WITHOUT_VALUES(code, Class, Values)                                   \
+    static_assert(std::is_same_v<Values, NoValues>, #Class " holds no values");
+FILTERS_COMMON_MATCH_KINDS(FILTERS_COMMON_CHECK_WITH_VALUES, FILTERS_COMMON_CHECK_OF_FAMILY,
+                           FILTERS_COMMON_CHECK_WITHOUT_VALUES)
+FILTERS_COMMON_ACTION_KINDS(FILTERS_COMMON_CHECK_WITH_VALUES, FILTERS_COMMON_CHECK_OF_FAMILY,
+                            FILTERS_COMMON_CHECK_WITHOUT_VALUES)
+#undef FILTERS_COMMON_CHECK_WITHOUT_VALUES
+#undef FILTERS_COMMON_CHECK_OF_FAMILY
+#undef FILTERS_COMMON_CHECK_WITH_VALUES
+
 /** The class that holds the values of a T: T itself, its family, or NoValues. */
 template <class T>
 using ValuesOf = typename KindRow<T>::Values;
@@ -110,18 +126,10 @@ private:
         return ((static_cast<std::size_t>(KindRow<Classes>::CODE) == Index) && ...);
     }
 
-    template <class Class>
-    static constexpr bool isAsItsRow()
-    {
-        using Values = ValuesOf<Class>;
-        return Class::KIND == KindRow<Class>::CODE &&
-               (hasNoValues<Class> || std::is_base_of_v<Values, Class>);
-    }
-
     static_assert((std::is_base_of_v<Base, Classes> && ...));
     static_assert(SIZE <= CodeSet<Code>::LIMIT, "a CodeSet must have room for every kind");
     static_assert(areAtTheirCodes(std::make_index_sequence<SIZE>()), "rows must be in code order");
-    static_assert((isAsItsRow<Classes>() && ...), "class and row must agree");
+    static_assert(((Classes::KIND == KindRow<Classes>::CODE) && ...), "class and row must agree");
 };
 
 #define FILTERS_COMMON_NEXT_CLASS(code, Class, Values) , Class
@@ -148,6 +156,7 @@ constexpr bool hasRow(filtersAction_t kind)
     return false;
 }
 #undef FILTERS_COMMON_CASE
+static_assert(hasRow(MATCH_ALL) && hasRow(ACTION_PERMIT));
 
 // ---------------------------------------------------------------------------------------- objects
 

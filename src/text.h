@@ -161,7 +161,8 @@ inline constexpr struct LineThatKeepsTheWidth : Formatter {
     }
 } LINE_THAT_KEEPS_THE_WIDTH;
 
-inline constexpr struct AddressLine : Formatter {
+/** An address, or the name of an interface. */
+inline constexpr struct TextLine : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
     {
@@ -169,9 +170,9 @@ inline constexpr struct AddressLine : Formatter {
         writeTextOf(out, value);
         out << std::endl;
     }
-} ADDRESS_LINE;
+} TEXT_LINE;
 
-inline constexpr struct UnflushedAddressLine : Formatter {
+inline constexpr struct UnflushedTextLine : Formatter {
     template <class V, class T>
     void operator()(std::ostream& out, const char* label, const V& value, const T&) const
     {
@@ -179,17 +180,7 @@ inline constexpr struct UnflushedAddressLine : Formatter {
         writeTextOf(out, value);
         out << "\n";
     }
-} UNFLUSHED_ADDRESS_LINE;
-
-inline constexpr struct InterfaceLine : Formatter {
-    template <class T>
-    void operator()(std::ostream& out, const char* label, limid_t value, const T&) const
-    {
-        out << label;
-        writeTextOf(out, value);
-        out << std::endl;
-    }
-} INTERFACE_LINE;
+} UNFLUSHED_TEXT_LINE;
 
 /** The label opens the bracket. */
 inline constexpr struct BracketedLine : Formatter {

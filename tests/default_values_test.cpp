@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <list>
 #include <set>
 #include <type_traits>
@@ -47,6 +48,18 @@ TEST(DefaultValues, AreZeroFalseAndEmpty)
     });
     EXPECT_TRUE(ActionRedirect().getRedirectPorts().empty());
     EXPECT_EQ(ActionRedirect().getType(), ACTION_REDIRECT);
+}
+
+/** Of arrays, of members of an aggregate and of functions that return {}. */
+TEST(DefaultValues, ArePossibleWithoutTheNameOfTheClass)
+{
+    forEachRow([](auto row) {
+        using Class = typename decltype(row)::Class;
+        const Class object = {};
+        const std::array<Class, 2> objects = {};
+        EXPECT_TRUE(object == Class());
+        EXPECT_TRUE(objects.back() == object);
+    });
 }
 
 TEST(DefaultValues, OfAddressesHaveAllBitsOfTheMask)

@@ -329,7 +329,7 @@ TEST(GroupStageValidation, RefusesEveryTypeAtAnUnknownStage)
 }
 
 /** The stage of a policer, the group stages that admit it, and whether unknown ones do. */
-struct PolicerRow {
+struct PolicerCells {
     std::uint32_t policerStage;
     std::string_view stages;
     filtersErr_t unknown;
@@ -337,7 +337,7 @@ struct PolicerRow {
 
 TEST(GroupPolicerValidation, AdmitsEachPolicerAtItsStagesAlone)
 {
-    constexpr PolicerRow TABLE[] = {
+    constexpr PolicerCells TABLE[] = {
         {0, "2", FILTERS_ERR_UNKNOWN_STAGE},
         {1, "3", FILTERS_ERR_UNKNOWN_STAGE},
         {2, "0123", FILTERS_OK},
@@ -346,7 +346,7 @@ TEST(GroupPolicerValidation, AdmitsEachPolicerAtItsStagesAlone)
         {0xFFFFFFFF, "", FILTERS_ERR_UNKNOWN_STAGE},
     };
     for (const FiltersGroup& group : askedGroups())
-        for (const PolicerRow& row : TABLE) {
+        for (const PolicerCells& row : TABLE) {
             const auto policer = policerAt(static_cast<policer::Stage>(row.policerStage));
             for (std::uint32_t code = 0; code < 4; ++code)
                 EXPECT_EQ(group.groupPolicerValidation(policer, stage(code)),

@@ -6,6 +6,8 @@
 #include <filter_names.h>
 
 #include <cstddef>
+#include <map>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 #include <vector>

@@ -225,7 +225,7 @@ public:
     template <class Field, class Use>
     void numbers(Field field, Use use)
     {
-        while (stands<NumberTag<Field>>())
+        while (isNext<NumberTag<Field>>())
             use(number(field));
     }
 
@@ -242,7 +242,7 @@ public:
     template <class Field, class Use>
     void elements(Field field, Use use)
     {
-        while (understood_ && stands<LengthTag<Field>>())
+        while (understood_ && isNext<LengthTag<Field>>())
             message(field, use);
     }
 
@@ -257,7 +257,7 @@ private:
     std::size_t left() const { return static_cast<std::size_t>(end_ - next_); }
 
     template <class Tag>
-    bool stands() const
+    bool isNext() const
     {
         return left() >= Tag::SIZE && std::memcmp(next_, Tag::BYTES.data(), Tag::SIZE) == 0;
     }
@@ -265,7 +265,7 @@ private:
     template <class Tag>
     void take()
     {
-        if (stands<Tag>())
+        if (isNext<Tag>())
             next_ += Tag::SIZE;
         else
             giveUp();

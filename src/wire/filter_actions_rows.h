@@ -30,12 +30,13 @@ struct ActionRows {
     // clang-format off
     static constexpr auto of(const Action*) { return rows(Head::NO_PARAMETERS); }
 
-    static constexpr auto of(const ActionPorts*) { return rows(
+    template <class Formatter>
+    static constexpr auto ports(Formatter formatter) { return rows(
         appended<action_fields::ports_, &ActionPorts::ports_>(
-            "      LIMIDs: ", NUMBERED_PORTS, Notation::PORTS)); }
-    static constexpr auto of(const ActionBlockEgressPorts*) { return rows(
-        appended<action_fields::ports_, &ActionPorts::ports_>(
-            "      LIMIDs: ", NUMBERED_PORTS_AND_EMPTY_LINE, Notation::PORTS)); }
+            "      LIMIDs: ", formatter, Notation::PORTS)); }
+    static constexpr auto of(const ActionPorts*) { return ports(NUMBERED_PORTS); }
+    static constexpr auto of(const ActionBlockEgressPorts*)
+        { return ports(NUMBERED_PORTS_AND_EMPTY_LINE); }
     static constexpr auto of(const ActionCopyToCpuCancel*) { return rows(
         at<action_fields::cp2cpu_cancel_type_, &ActionCopyToCpuCancel::cancelType_>(
             "      Cp2CPU Cancel type: ", NAMED_LINE, Notation::NUMBER)); }
@@ -62,10 +63,10 @@ struct ActionRows {
             "      LIMIDs: ", PORTS_WITHOUT_LABEL, Notation::PORTS)); }
     static constexpr auto of(const ActionReplaceDstMac*) { return rows(
         at<action_fields::mac_, &ActionReplaceDstMac::mac_>(
-            "      Replace MAC: ", ADDRESS_LINE, Notation::ADDRESS)); }
+            "      Replace MAC: ", TEXT_LINE, Notation::ADDRESS)); }
     static constexpr auto of(const ActionReplaceSrcMac*) { return rows(
         at<action_fields::mac_, &ActionReplaceSrcMac::mac_>(
-            "      Replace MAC: ", ADDRESS_LINE, Notation::ADDRESS)); }
+            "      Replace MAC: ", TEXT_LINE, Notation::ADDRESS)); }
     static constexpr auto of(const ActionL3Switch*) { return rows(
         at<action_fields::l3_dest_id_, &ActionL3Switch::l3DestinationId_>(
             "      L3 Destination ID: ", LINE, Notation::NUMBER)); }

@@ -26,7 +26,7 @@ struct EntryRows {
         at<entry_fields::id_, &FiltersEntry::id_>(
             "    ID: ", LINE, Notation::NUMBER),
         at<entry_fields::priority_, &FiltersEntry::priority_>(
-            "    Priority: ", LINE, Notation::NUMBER)); }
+            "    Priority: ", LINE, Notation::NUMBER, "priority")); }
     // clang-format on
 };
 

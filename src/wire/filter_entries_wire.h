@@ -1,5 +1,5 @@
 /**
- * How an entry is written and read, whatever by.
+ * How an entry is written and read, by any writer or reader.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_WIRE_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_ENTRIES_WIRE_H

@@ -23,13 +23,13 @@ struct GroupRows {
     // clang-format off
     static constexpr auto of(const FiltersGroup*) { return rows(
         at<group_fields::id_, &FiltersGroup::id_>(
-            "  ID: ", UNFLUSHED_LINE, Notation::NUMBER),
+            "  ID: ", UNFLUSHED_LINE, Notation::NUMBER, "group"),
         at<group_fields::priority_, &FiltersGroup::priority_>(
-            "  Priority: ", UNFLUSHED_LINE, Notation::NUMBER),
+            "  Priority: ", UNFLUSHED_LINE, Notation::NUMBER, "priority"),
         at<group_fields::stage_, &FiltersGroup::stage_>(
-            "  Stage: ", UNFLUSHED_LINE, Notation::NUMBER),
+            "  Stage: ", UNFLUSHED_LINE, Notation::NUMBER, "stage"),
         at<group_fields::type_, &FiltersGroup::type_>(
-            "  Type: ", UNFLUSHED_LINE, Notation::NUMBER)); }
+            "  Type: ", UNFLUSHED_LINE, Notation::NUMBER, "type")); }
     // clang-format on
 };
 

@@ -1,5 +1,5 @@
 /**
- * How a group is written and read, whatever by.
+ * How a group is written and read, by any writer or reader.
  */
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_WIRE_H
@@ -38,7 +38,8 @@ struct GroupWire {
     {
         FiltersGroup fresh(0);
         GroupRows::of(&fresh).read(reader, fresh);
-        std::vector<ReadEntry> waiting; // until everything is known to be understood
+        // All entries, also those that will not stay, until everything is known to be understood.
+        std::vector<ReadEntry> waiting;
         std::size_t place = 0;
         reader.elements(group_fields::entries_(), [&](auto& element) {
             ReadEntry entry = readEntry(element, place, leftOut);

@@ -57,7 +57,7 @@ struct MatchRows {
     static constexpr auto of(const MatchEgressPorts*) { return rows(ports()); }
     static constexpr auto of(const MatchLimId*) { return rows(
         at<match_fields::limid_, &MatchLimId::limId_>(
-            "      LIMID: ", INTERFACE_LINE, Notation::PORT)); }
+            "      LIMID: ", TEXT_LINE, Notation::PORT)); }
     static constexpr auto of(const MatchL4Port*) { return rows(
         at<match_fields::l4port_, &MatchL4Port::port_>(
             "      Port: ", LINE, Notation::NUMBER),
@@ -68,19 +68,19 @@ struct MatchRows {
             "      VLAN IDs: [ ", BRACKETED_LINE, Notation::VLAN_IDS)); }
     static constexpr auto of(const MatchMac*) { return rows(
         at<match_fields::mac_, &MatchMac::mac_>(
-            "      MAC: ", ADDRESS_LINE, Notation::ADDRESS),
+            "      MAC: ", TEXT_LINE, Notation::ADDRESS),
         at<match_fields::mac_mask_, &MatchMac::mask_>(
-            "      Mask: ", ADDRESS_LINE, Notation::MASK)); }
+            "      Mask: ", TEXT_LINE, Notation::MASK)); }
     static constexpr auto of(const MatchIPv4*) { return rows(
         at<match_fields::ipv4_, &MatchIPv4::address_>(
-            "      IP: ", ADDRESS_LINE, Notation::ADDRESS),
+            "      IP: ", TEXT_LINE, Notation::ADDRESS),
         at<match_fields::ipv4_mask_, &MatchIPv4::mask_>(
-            "      Mask: ", ADDRESS_LINE, Notation::LENGTH_OR_MASK)); }
+            "      Mask: ", TEXT_LINE, Notation::LENGTH_OR_MASK)); }
     static constexpr auto of(const MatchIPv6*) { return rows(
         at<match_fields::ipv6_, &MatchIPv6::address_>(
-            "      IPv6: ", UNFLUSHED_ADDRESS_LINE, Notation::ADDRESS),
+            "      IPv6: ", UNFLUSHED_TEXT_LINE, Notation::ADDRESS),
         at<match_fields::ipv6_mask_, &MatchIPv6::mask_>(
-            "      Mask: ", UNFLUSHED_ADDRESS_LINE, Notation::LENGTH_OR_MASK)); }
+            "      Mask: ", UNFLUSHED_TEXT_LINE, Notation::LENGTH_OR_MASK)); }
 
     static constexpr auto of(const MatchTPID*) { return rows(
         at<match_fields::tpid_, &MatchTPID::tpid_>(

@@ -7,7 +7,6 @@
 #include "byte_io.h"
 #include "filter_serialized.h"
 #include "message_io.h"
-
 #include "scratch_message.h"
 
 #include <string>

@@ -157,11 +157,14 @@ struct Shown {
     const char* label;
     Formatter formatter;
     Notation notation;
+    /** The word of rule text, for a member that is a word of its own; else it is in its kind's. */
+    const char* word;
 };
 
 /** The field holds the member; reading replaces its value. */
 template <class Field, auto member, class Formatter>
 struct AtRow : Shown<Formatter> {
+    static constexpr std::uint32_t NUMBER = Field::NUMBER;
     using Value = typename MemberPointer<decltype(member)>::Value;
 
     constexpr explicit AtRow(const Shown<Formatter>& shown) : Shown<Formatter>(shown) {}
@@ -204,6 +207,7 @@ struct AppendedRow : AtRow<Field, member, Formatter> {
 /** What a getter returns for a member that has a row elsewhere. */
 template <auto getter, class Formatter>
 struct ShownRow : Shown<Formatter> {
+    static constexpr std::uint32_t NUMBER = 1; // the only row of its class
     constexpr explicit ShownRow(const Shown<Formatter>& shown) : Shown<Formatter>(shown) {}
 
     template <class T>
@@ -215,22 +219,22 @@ struct ShownRow : Shown<Formatter> {
 
 template <class Field, auto member, class Formatter>
 constexpr AtRow<Field, member, Formatter> at(const char* label, Formatter formatter,
-                                             Notation notation)
+                                             Notation notation, const char* word = nullptr)
 {
-    return AtRow<Field, member, Formatter>({label, formatter, notation});
+    return AtRow<Field, member, Formatter>({label, formatter, notation, word});
 }
 
 template <class Field, auto member, class Formatter>
 constexpr AppendedRow<Field, member, Formatter> appended(const char* label, Formatter formatter,
                                                          Notation notation)
 {
-    return AppendedRow<Field, member, Formatter>({label, formatter, notation});
+    return AppendedRow<Field, member, Formatter>({label, formatter, notation, nullptr});
 }
 
 template <auto getter, class Formatter>
 constexpr ShownRow<getter, Formatter> shown(const char* label, Formatter formatter)
 {
-    return ShownRow<getter, Formatter>({label, formatter, Notation::NONE});
+    return ShownRow<getter, Formatter>({label, formatter, Notation::NONE, nullptr});
 }
 
 /** The rows of one class, in ascending order of the field numbers, and the head of its dump. */
@@ -238,8 +242,6 @@ template <class... Row>
 class Rows {
 public:
     constexpr explicit Rows(Head head, Row... rows) : head_(head), rows_(rows...) {}
-
-    static constexpr bool EMPTY = sizeof...(Row) == 0;
 
     constexpr Head head() const { return head_; }
 
@@ -280,6 +282,15 @@ public:
     }
 
 private:
+    static constexpr bool areInOrder()
+    {
+        [[maybe_unused]] std::uint32_t last = 0;
+        bool ascend = true;
+        ((ascend = ascend && Row::NUMBER > last, last = Row::NUMBER), ...);
+        return ascend;
+    }
+    static_assert(areInOrder(), "rows must be in the order of their field numbers");
+
     Head head_;
     std::tuple<Row...> rows_;
 };
