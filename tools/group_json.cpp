@@ -38,9 +38,9 @@ struct JsonValue {
     void operator()(const std::string& text) const { value.set_string_value(text); }
     void operator()(const std::vector<FiltersValue>& list) const
     {
+        google::protobuf::ListValue& values = *value.mutable_list_value();
         for (const FiltersValue& element : list)
-            std::visit(JsonValue{*value.mutable_list_value()->add_values()}, element.value);
-        value.mutable_list_value();
+            std::visit(JsonValue{*values.add_values()}, element.value);
     }
     void operator()(const FiltersDescription& fields) const
     {
