@@ -56,6 +56,12 @@ private:
         moveFrom(entry, *anyEntry());
     }
 
+    void takeObjects()
+    {
+        FiltersEntry& entry = *anyEntry();
+        takeObjectsOf(entry, *anyEntry(), in_);
+    }
+
     void readEntryMessage()
     {
         FiltersEntry& entry = *anyEntry();
@@ -85,21 +91,35 @@ private:
         insertEntry(group, *anyEntry(), in_);
     }
 
-    /** Most entries do not fit most groups. This one is made to fit, except for its policer. */
+    /** Most entries do not fit most groups. This makes one fit, except for its policer. */
+    static void makeFit(FiltersEntry& entry, const FiltersGroup& group)
+    {
+        const auto& matches = FiltersGroup::TypeDescription_.at(group.getType());
+        for (const filtersMatch_t kind : entry.getMatchesRef().kinds())
+            if (matches.count(kind) == 0)
+                entry.deleteMatch(kind);
+        const auto& actions = FiltersGroup::StageActionsDescription_.at(group.getStage());
+        for (const filtersAction_t kind : entry.getActionsRef().kinds())
+            if (actions.count(kind) == 0)
+                entry.deleteAction(kind);
+    }
+
     void insertWhatFits()
     {
         FiltersGroup& group = *anyGroup();
-        const FiltersEntry source(*anyEntry());
-        FiltersEntry entry(source);
-        for (const auto& match : source.getMatchesRef())
-            if (FiltersGroup::TypeDescription_.at(group.getType()).count(match.first) == 0)
-                entry.deleteMatch(match.first);
-        for (const auto& action : source.getActionsRef())
-            if (FiltersGroup::StageActionsDescription_.at(group.getStage()).count(action.first) ==
-                0)
-                entry.deleteAction(action.first);
+        FiltersEntry entry(*anyEntry());
+        makeFit(entry, group);
         entry.setId(in_.smallNumber<filtersEntryId_t>());
         insertEntry(group, entry, in_);
+    }
+
+    void take()
+    {
+        FiltersGroup& group = *anyGroup();
+        FiltersEntry& entry = *anyEntry();
+        if (in_.flip())
+            makeFit(entry, group);
+        takeEntry(group, entry);
     }
 
     void takeOut()
@@ -186,6 +206,9 @@ private:
         &Program::readGroupMessage,
         &Program::newGroup,
         &Program::checkAll,
+        &Program::onEntry<setWhatIsHeld>,
+        &Program::takeObjects,
+        &Program::take,
     };
 
     ByteSource in_;

@@ -11,6 +11,7 @@
 
 #include <set>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace FiltersCommon::fuzz {
@@ -47,13 +48,13 @@ inline FiltersEntry without(const FiltersEntry& entry, filtersAction_t kind)
 inline const Match* held(const FiltersEntry& entry, filtersMatch_t kind)
 {
     const auto found = entry.getMatchesRef().find(kind);
-    return found == entry.getMatchesRef().end() ? nullptr : found->second.get();
+    return found == entry.getMatchesRef().end() ? nullptr : found->second;
 }
 
 inline const Action* held(const FiltersEntry& entry, filtersAction_t kind)
 {
     const auto found = entry.getActionsRef().find(kind);
-    return found == entry.getActionsRef().end() ? nullptr : found->second.get();
+    return found == entry.getActionsRef().end() ? nullptr : found->second;
 }
 
 inline bool mayJoin(const FiltersEntry& entry, const Match& match)
@@ -120,6 +121,23 @@ inline void setAction(FiltersEntry& entry, ByteSource& in)
     });
 }
 
+/** Stores what the entry holds once more, out of the entry itself. */
+inline void setWhatIsHeld(FiltersEntry& entry, ByteSource& in)
+{
+    MatchKinds::visit(anyCode<filtersMatch_t>(in), [&](auto kind) {
+        using Class = ClassOf<decltype(kind)>;
+        if (const Class* match = entry.findMatch<Class>())
+            checkSet<Match>(entry, Class(*match),
+                            [match](FiltersEntry& e) { return e.setMatch(*match); });
+    });
+    ActionKinds::visit(anyCode<filtersAction_t>(in), [&](auto kind) {
+        using Class = ClassOf<decltype(kind)>;
+        if (const Class* action = entry.findAction<Class>())
+            checkSet<Action>(entry, Class(*action),
+                             [action](FiltersEntry& e) { return e.setAction(*action); });
+    });
+}
+
 inline void deleteMatch(FiltersEntry& entry, ByteSource& in)
 {
     const auto kind = anyCode<filtersMatch_t>(in);
@@ -150,33 +168,28 @@ inline void setUnknownClass(FiltersEntry& entry, ByteSource& in)
 // ------------------------------------------------------------------------------------- whole maps
 
 /** Copies the objects of the map into the entry one by one, up to the first refusal. */
-template <class Kinds, class Map, class Set>
-filtersErr_t addOneByOne(FiltersEntry& entry, const Map& from, Set set)
+template <class Map>
+filtersErr_t addOneByOne(FiltersEntry& entry, const Map& from)
 {
+    constexpr bool ARE_MATCHES = std::is_same_v<typename Map::key_type, filtersMatch_t>;
+    using Kinds = std::conditional_t<ARE_MATCHES, MatchKinds, ActionKinds>;
     for (const auto& element : from) {
         if (element.second == nullptr)
             continue;
         const auto& object = *element.second;
         const filtersErr_t result = Kinds::dispatch(object.getType(), FILTERS_OK, [&](auto kind) {
             const auto copy = copyAs<ClassOf<decltype(kind)>>(object);
-            return copy == nullptr ? FILTERS_ERR_INVALID : set(entry, *copy);
+            if (!copy)
+                return FILTERS_ERR_INVALID;
+            if constexpr (ARE_MATCHES)
+                return entry.setMatch(*copy);
+            else
+                return entry.setAction(*copy);
         });
         if (result != FILTERS_OK)
             return result;
     }
     return FILTERS_OK;
-}
-
-inline filtersErr_t addOneByOne(FiltersEntry& entry, const FiltersEntry::MatchMap& from)
-{
-    return addOneByOne<MatchKinds>(
-        entry, from, [](FiltersEntry& e, const auto& match) { return e.setMatch(match); });
-}
-
-inline filtersErr_t addOneByOne(FiltersEntry& entry, const FiltersEntry::ActionMap& from)
-{
-    return addOneByOne<ActionKinds>(
-        entry, from, [](FiltersEntry& e, const auto& action) { return e.setAction(action); });
 }
 
 /** An operation that takes a map, and the function that explains its refusals. */
@@ -223,9 +236,39 @@ inline void takeActions(FiltersEntry& entry, ByteSource& in)
             {&FiltersEntry::setActions, &setActionsRefusals}, replace);
 }
 
+/** Takes the objects of another entry, or of the same one, as if they were in a map. */
+inline void takeObjectsOf(FiltersEntry& entry, const FiltersEntry& other, ByteSource& in)
+{
+    FiltersEntry::MatchMap matches;
+    FiltersEntry::ActionMap actions;
+    copy_map(matches, other.getMatchesRef());
+    copy_map(actions, other.getActionsRef());
+    const auto check = [&](auto takeFrom, auto take, const auto& map) {
+        FiltersEntry expected(entry);
+        const filtersErr_t result = (expected.*take)(map);
+        require((entry.*takeFrom)(other) == result, "an entry is taken from like a map");
+        requireSame(entry, expected, "an entry is taken from like a map");
+        checkInvariants(entry);
+    };
+    switch (in.below(4)) {
+    case 0:
+        check(&FiltersEntry::copyMatchesFrom, &FiltersEntry::copyMatches, matches);
+        break;
+    case 1:
+        check(&FiltersEntry::setMatchesFrom, &FiltersEntry::setMatches, matches);
+        require(entry.findMatch<MatchDSCP>() == nullptr, "a copied MatchDSCP is a MatchToS");
+        break;
+    case 2:
+        check(&FiltersEntry::copyActionsFrom, &FiltersEntry::copyActions, actions);
+        break;
+    default:
+        check(&FiltersEntry::setActionsFrom, &FiltersEntry::setActions, actions);
+    }
+}
+
 /** Copying goes by the keys of the maps, not by the kinds of the objects. */
-template <class Map>
-void checkCopyMap(Map to, const Map& from)
+template <class Map, class From>
+void checkCopyMap(Map to, const From& from)
 {
     std::set<typename Map::key_type> keys;
     for (const auto& element : to)
@@ -237,7 +280,7 @@ void checkCopyMap(Map to, const Map& from)
     for (const auto& [key, object] : from) {
         const auto& copy = to.at(key);
         const bool canBeCopied = object != nullptr && isOfItsClass(*object);
-        require(!canBeCopied || (copy != nullptr && *copy == *object && copy != object),
+        require(!canBeCopied || (copy != nullptr && *copy == *object && &*copy != &*object),
                 "copy_map makes equal objects");
         require(copy == nullptr || object != nullptr, "copy_map makes nothing of nothing");
     }
@@ -363,17 +406,23 @@ inline void readMessage(FiltersEntry& entry, const FiltersEntry& other)
         requireSame(entry, expected, "a message is read on top of what an entry holds");
 }
 
+/** An entry without any matches and actions. */
+inline FiltersEntry emptied(const FiltersEntry& entry)
+{
+    FiltersEntry copy(entry);
+    copy.setMatches({});
+    copy.setActions({});
+    return copy;
+}
+
 /** Moves from another entry, or from the entry itself, which empties it. */
 inline void moveFrom(FiltersEntry& entry, FiltersEntry& other)
 {
     const bool isSame = &entry == &other;
-    FiltersEntry expected(other);
-    FiltersEntry emptied(other);
-    emptied.setMatches({});
-    emptied.setActions({});
+    const FiltersEntry expected(other);
     entry = std::move(other);
-    requireSame(entry, isSame ? emptied : expected, "a move takes everything over");
-    requireSame(other, emptied, "a move leaves no matches and no actions");
+    requireSame(entry, isSame ? emptied(expected) : expected, "a move takes everything over");
+    requireSame(other, emptied(expected), "a move leaves no matches and no actions");
     checkInvariants(entry);
     checkInvariants(other);
 }

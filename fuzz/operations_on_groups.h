@@ -10,24 +10,45 @@
 
 namespace FiltersCommon::fuzz {
 
-inline void insertEntry(FiltersGroup& group, FiltersEntry& entry, ByteSource& in)
+/** Has @p insert bring the entry, which it may empty, into the group. */
+template <class Insert>
+filtersErr_t checkInsert(FiltersGroup& group, const FiltersEntry& entry, Insert insert)
 {
-    const bool inC = in.flip();
+    const FiltersEntry before(entry);
     FiltersGroup::EntryMap others = group.getEntries();
     others.erase(entry.getId());
     const filtersErr_t expected = refusalOf(entry, group.getStage(), group.getType());
     require(codeOf(insertEntryRefusals(group, entry)) == expected, "a refusal is explained");
-    const filtersErr_t result = attempt(group, [&](FiltersGroup& g) {
-        return inC ? filtersGroupInsertEntry(&g, &entry) : g.insertEntry(entry);
-    });
+    const filtersErr_t result = attempt(group, insert);
     require(result == expected, "an insertion answers as the tables say");
     if (result != FILTERS_OK)
-        return;
+        return result;
     FiltersGroup::EntryMap now = group.getEntries();
-    require(now.count(entry.getId()) == 1, "an inserted entry is held");
-    requireSame(now.at(entry.getId()), entry, "an inserted entry is held as it was");
-    now.erase(entry.getId());
+    require(now.count(before.getId()) == 1, "an inserted entry is held");
+    requireSame(now.at(before.getId()), before, "an inserted entry is held as it was");
+    now.erase(before.getId());
     require(now == others, "an inserted entry replaces its identifier alone");
+    return result;
+}
+
+inline void insertEntry(FiltersGroup& group, FiltersEntry& entry, ByteSource& in)
+{
+    const bool inC = in.flip();
+    const FiltersEntry before(entry);
+    checkInsert(group, entry, [&](FiltersGroup& g) {
+        return inC ? filtersGroupInsertEntry(&g, &entry) : g.insertEntry(entry);
+    });
+    requireSame(entry, before, "an entry that is copied stays as it is");
+}
+
+inline void takeEntry(FiltersGroup& group, FiltersEntry& entry)
+{
+    const FiltersEntry before(entry);
+    const filtersErr_t result =
+        checkInsert(group, entry, [&](FiltersGroup& g) { return g.takeEntry(std::move(entry)); });
+    requireSame(entry, result == FILTERS_OK ? emptied(before) : before,
+                "a group takes the matches and actions of what it admits, and nothing else");
+    checkInvariants(entry);
 }
 
 inline void removeEntry(FiltersGroup& group, ByteSource& in)

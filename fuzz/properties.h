@@ -211,15 +211,14 @@ inline filtersErr_t read(const FiltersEntry& entry, Action& action)
 }
 
 /** Gets each kind from the entry, held or not. */
-template <class Kinds, class Map>
-void checkGetters(const FiltersEntry& entry, const Map& map)
+template <class Kinds, class Base>
+void checkGetters(const FiltersEntry& entry, const KindMap<Base>& map)
 {
     Kinds::forEach([&](auto kind) {
         ClassOf<decltype(kind)> asked;
         const ClassOf<decltype(kind)> blank;
         const auto held = map.find(asked.getType());
         const filtersErr_t result = read(entry, asked);
-        using Base = typename Map::mapped_type::element_type;
         const Base& now = asked;
         if (held == map.end())
             require(result == FILTERS_ERR_NOT_FOUND && now == blank,
@@ -233,7 +232,7 @@ void checkGetters(const FiltersEntry& entry, const Map& map)
 /** Checks what must always be true of an entry. */
 inline void checkInvariants(const FiltersEntry& entry)
 {
-    const FiltersEntry::MatchMap& matches = entry.getMatchesRef();
+    const auto& matches = entry.getMatchesRef();
     checkMap(matches);
     checkMap(entry.getActionsRef());
     const auto holds = [&](filtersMatch_t kind) { return matches.count(kind) != 0; };
@@ -327,6 +326,7 @@ inline void checkInvariants(const FiltersGroup& group)
 {
     for (const auto& [id, entry] : group.getEntriesRef()) {
         require(entry.getId() == id, "the key is the identifier of the entry");
+        require(entry.findMatch<MatchDSCP>() == nullptr, "a group holds no MatchDSCP");
         checkInvariants(entry);
         checkAdmitted(group, entry);
     }

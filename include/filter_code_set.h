@@ -1,5 +1,5 @@
 /**
- * Sets of codes: CodeSet. Callers include filter_refusals.h.
+ * Sets of codes: CodeSet. Callers include filter_entries.h or filter_refusals.h.
  */
 #ifndef FILTER_COMMON_FILTER_CODE_SET_H
 #define FILTER_COMMON_FILTER_CODE_SET_H
@@ -60,6 +60,7 @@ public:
     }
 
     constexpr void insert(Code code) { bits_ |= bitOf(code); }
+    constexpr void erase(Code code) { bits_ &= ~bitOf(code); }
 
     constexpr bool contains(Code code) const { return (bits_ & bitOf(code)) != 0; }
     constexpr bool empty() const { return bits_ == 0; }
@@ -74,6 +75,15 @@ public:
     constexpr Iterator begin() const { return Iterator(bits_); }
     constexpr Iterator end() const { return Iterator(0); }
 
+    /** The codes of this set that are less than @p code. */
+    constexpr CodeSet below(Code code) const
+    {
+        const std::uint64_t bit = bitOf(code);
+        return bit == 0 ? *this : CodeSet(bits_ & (bit - 1));
+    }
+
+    /** The codes in either set. */
+    constexpr CodeSet operator|(CodeSet other) const { return CodeSet(bits_ | other.bits_); }
     /** The codes in both sets. */
     constexpr CodeSet operator&(CodeSet other) const { return CodeSet(bits_ & other.bits_); }
     /** The codes in this set but not in @p other. */

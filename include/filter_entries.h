@@ -6,6 +6,7 @@
 
 #include "filter_actions.h"
 #include "filter_counter.h"
+#include "filter_kind_map.h"
 #include "filter_matches.h"
 #include "filter_serialized.h"
 
@@ -27,13 +28,17 @@ class FiltersEntryPB;
 struct FILTERS_COMMON_INTERNAL EntryRows; // describes the members
 struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads them
 
+extern template class KindMap<Match>;
+extern template class KindMap<Action>;
+
 /**
  * One rule: an identifier, a priority, a policer, a counter, at most one match of each kind and at
  * most one action of each kind.
  *
- * The entry owns copies of the matches and actions it is given. It never holds both IPv4 and IPv6
- * addresses, and every match or action is stored under its own kind. Matches and actions are always
- * visited in ascending order of their kind codes.
+ * The entry owns copies of the matches and actions it is given, in a block of memory for the
+ * matches and one for the actions. It never holds both IPv4 and IPv6 addresses, and every match or
+ * action is stored under its own kind. Matches and actions are always visited in ascending order of
+ * their kind codes.
  *
  * An operation that refuses returns a code and changes nothing, except that copyMatches and
  * copyActions keep what they copied before the refusal. If memory runs out, std::bad_alloc is
@@ -41,6 +46,7 @@ struct FILTERS_COMMON_INTERNAL EntryWire; // writes and reads them
  */
 class FiltersEntry {
 public:
+    /** Matches and actions as callers may own them, to be copied into entries. */
     using MatchMap = std::map<filtersMatch_t, std::unique_ptr<Match>>;
     using ActionMap = std::map<filtersAction_t, std::unique_ptr<Action>>;
 
@@ -67,6 +73,14 @@ public:
     /** Throws std::logic_error if @p s has a size but no data. */
     explicit FiltersEntry(const FiltersSerialized& s);
 
+    /** Shows that a group takes an entry over; nobody else can make one. */
+    class Taken {
+        friend class FiltersGroup;
+        explicit Taken() {}
+    };
+    /** Like move assignment to an empty entry. */
+    FILTERS_COMMON_INTERNAL FiltersEntry(Taken, FiltersEntry& other);
+
     /**
      * Moves the matches and actions out of @p other, which is left without any; identifier,
      * priority, policer and counter are copied. Self-assignment loses the matches and actions.
@@ -74,7 +88,7 @@ public:
      */
     FiltersEntry& operator=(FiltersEntry&& other);
 
-    ~FiltersEntry() = default;
+    ~FiltersEntry();
 
     void setId(filtersEntryId_t id) { id_ = id; }
     filtersEntryId_t getId() const { return id_; }
@@ -151,15 +165,26 @@ public:
     filtersErr_t copyMatches(const MatchMap& from);
     /** Like copyMatches. */
     filtersErr_t copyActions(const ActionMap& from);
+    /** Like copyMatches, from the matches of another entry, or of this one. */
+    filtersErr_t copyMatchesFrom(const FiltersEntry& other);
+    /** Like copyActions, from the actions of another entry, or of this one. */
+    filtersErr_t copyActionsFrom(const FiltersEntry& other);
 
     /** Replaces all matches with copies of @p from, made as by copyMatches; all or nothing. */
     filtersErr_t setMatches(const MatchMap& from);
     /** Replaces all actions with copies of @p from, made as by copyActions; all or nothing. */
     filtersErr_t setActions(const ActionMap& from);
+    /** Like setMatches, with the matches of another entry, or of this one. */
+    filtersErr_t setMatchesFrom(const FiltersEntry& other);
+    /** Like setActions, with the actions of another entry, or of this one. */
+    filtersErr_t setActionsFrom(const FiltersEntry& other);
 
-    /** The stored matches and actions, valid until the entry is changed or destroyed. */
-    const MatchMap& getMatchesRef() const { return matches_; }
-    const ActionMap& getActionsRef() const { return actions_; }
+    /**
+     * The stored matches and actions, to be read like maps from a kind to a pointer; valid until
+     * the entry is changed or destroyed.
+     */
+    const KindMap<Match>& getMatchesRef() const { return matches_; }
+    const KindMap<Action>& getActionsRef() const { return actions_; }
 
     /** Compares everything; the order in which matches and actions were added does not matter. */
     bool operator==(const FiltersEntry& other) const;
@@ -188,15 +213,13 @@ private:
     const Match* storedMatch(filtersMatch_t kind) const;
     const MatchDSCP* storedDSCP() const;
     const Action* storedAction(filtersAction_t kind) const;
-    void storeMatch(std::unique_ptr<Match> match);
-    void storeAction(std::unique_ptr<Action> action);
 
     filtersEntryId_t id_;
     filtersEntryPriority_t priority_ = 0;
     policer::Policer policer_;
     Counter counter_;
-    MatchMap matches_;
-    ActionMap actions_;
+    KindMap<Match> matches_;
+    KindMap<Action> actions_;
 };
 
 /**
@@ -208,20 +231,26 @@ template <class K, class V>
 FILTERS_COMMON_PUBLIC void copy_map(std::map<K, std::unique_ptr<V>>& to,
                                     const std::map<K, std::unique_ptr<V>>& from);
 
+/** Does the same with the matches or actions of an entry. */
+template <class V>
+FILTERS_COMMON_PUBLIC void copy_map(std::map<typename KindMap<V>::Code, std::unique_ptr<V>>& to,
+                                    const KindMap<V>& from);
+
 // -------------------------------------------------------------------------------------- templates
 
 template <class T>
 filtersErr_t FiltersEntry::setMatch(const T& match)
 {
-    if constexpr (isMatchClass<T>) {
-        using Class = std::remove_cv_t<T>;
-        const auto& object = const_cast<const Class&>(match);
-        if (!isL3CompatibleKind(object.getType()))
-            return FILTERS_ERR_INVALID;
-        storeMatch(std::make_unique<Class>(object));
-        return FILTERS_OK;
-    } else {
+    using Class = std::remove_cv_t<T>;
+    if constexpr (!isMatchClass<T>) {
         return FILTERS_ERR_INVALID;
+    } else if constexpr (!std::is_same_v<T, Class>) {
+        return setMatch<Class>(const_cast<const Class&>(match));
+    } else {
+        if (!isL3CompatibleKind(T::KIND))
+            return FILTERS_ERR_INVALID;
+        matches_.put(match);
+        return FILTERS_OK;
     }
 }
 
@@ -257,12 +286,14 @@ const T* FiltersEntry::findMatch() const
 template <class T>
 filtersErr_t FiltersEntry::setAction(const T& action)
 {
-    if constexpr (isActionClass<T>) {
-        using Class = std::remove_cv_t<T>;
-        storeAction(std::make_unique<Class>(const_cast<const Class&>(action)));
-        return FILTERS_OK;
-    } else {
+    using Class = std::remove_cv_t<T>;
+    if constexpr (!isActionClass<T>) {
         return FILTERS_ERR_INVALID;
+    } else if constexpr (!std::is_same_v<T, Class>) {
+        return setAction<Class>(const_cast<const Class&>(action));
+    } else {
+        actions_.put(action);
+        return FILTERS_OK;
     }
 }
 
@@ -308,6 +339,8 @@ FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_DECLARE_INSTANTIATED)
 
 extern template void copy_map(FiltersEntry::MatchMap&, const FiltersEntry::MatchMap&);
 extern template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::ActionMap&);
+extern template void copy_map(FiltersEntry::MatchMap&, const KindMap<Match>&);
+extern template void copy_map(FiltersEntry::ActionMap&, const KindMap<Action>&);
 
 } // namespace FiltersCommon
 

@@ -73,6 +73,11 @@ public:
      * groupPolicerValidation
      */
     filtersErr_t insertEntry(const FiltersEntry& entry);
+    /**
+     * Like insertEntry, but takes the matches and actions over instead of copying them, as move
+     * assignment does. An entry that is refused keeps them.
+     */
+    filtersErr_t takeEntry(FiltersEntry&& entry);
 
     /** @return FILTERS_ERR_NOT_FOUND if there is no such entry */
     filtersErr_t removeEntry(const filtersEntryId_t& id);

@@ -1,15 +1,11 @@
 /**
- * Adding matches and actions to an entry. They are first collected in a separate map, so that the
- * entry changes only when nothing can fail any more.
+ * Which matches and actions may be added to an entry.
  */
 #ifndef FILTER_COMMON_SRC_ENTRY_ADDITIONS_H
 #define FILTER_COMMON_SRC_ENTRY_ADDITIONS_H
 
 #include "filter_code_set.h"
 #include "filter_entries.h"
-
-#include <memory>
-#include <utility>
 
 namespace FiltersCommon {
 
@@ -26,13 +22,10 @@ constexpr CodeSet<filtersMatch_t> excludedBy(filtersMatch_t kind)
     return IPV6_ONLY.contains(kind) ? IPV4_ONLY : CodeSet<filtersMatch_t>();
 }
 
-/** Whether a match of @p kind may be combined with those in @p held. */
-inline bool isL3Compatible(filtersMatch_t kind, const FiltersEntry::MatchMap& held)
+/** Whether a match of @p kind may be combined with those of the kinds @p held. */
+constexpr bool isL3Compatible(filtersMatch_t kind, CodeSet<filtersMatch_t> held)
 {
-    for (const filtersMatch_t other : excludedBy(kind))
-        if (held.count(other) != 0)
-            return false;
-    return true;
+    return (excludedBy(kind) & held).empty();
 }
 
 // ---------------------------------------------------------------------------------------- objects
@@ -55,14 +48,6 @@ filtersErr_t joinEach(const Map& from, Join join)
             return result;
     }
     return FILTERS_OK;
-}
-
-/** Stores the object under its own kind, replacing any that is already there. */
-template <class Map, class T>
-void storeByKind(Map& map, std::unique_ptr<T> object)
-{
-    const auto kind = object->getType();
-    map.insert_or_assign(map.end(), kind, std::move(object));
 }
 
 } // namespace FiltersCommon

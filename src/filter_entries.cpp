@@ -1,11 +1,10 @@
 #include "filter_entries.h"
 
 #include "entry_additions.h"
-#include "kinds.h"
+#include "kind_map.h"
 #include "ordered_maps.h"
 #include "policers.h"
 
-#include <algorithm>
 #include <typeinfo>
 #include <utility>
 
@@ -43,10 +42,15 @@ const std::set<std::uint32_t> FiltersEntry::ipv6OnlyMatchTypes(IPV6_ONLY.begin()
 FiltersEntry::FiltersEntry(const filtersEntryId_t& id) : id_(id) {}
 
 FiltersEntry::FiltersEntry(const FiltersEntry& other)
+    : id_(other.id_), priority_(other.priority_), policer_(other.policer_),
+      counter_(other.counter_), matches_(other.matches_), actions_(other.actions_)
+{}
+
+FiltersEntry::FiltersEntry(Taken, FiltersEntry& other)
     : id_(other.id_), priority_(other.priority_), policer_(other.policer_), counter_(other.counter_)
 {
-    copyMatches(other.matches_);
-    copyActions(other.actions_);
+    matches_ = std::move(other.matches_);
+    actions_ = std::move(other.actions_);
 }
 
 FiltersEntry& FiltersEntry::operator=(FiltersEntry&& other)
@@ -55,12 +59,12 @@ FiltersEntry& FiltersEntry::operator=(FiltersEntry&& other)
     id_ = other.id_;
     priority_ = other.priority_;
     counter_ = other.counter_;
-    matches_.clear();
-    matches_.swap(other.matches_);
-    actions_.clear();
-    actions_.swap(other.actions_);
+    matches_ = std::move(other.matches_);
+    actions_ = std::move(other.actions_);
     return *this;
 }
+
+FiltersEntry::~FiltersEntry() = default;
 
 // ---------------------------------------------------------------------------- policer and counter
 
@@ -89,54 +93,102 @@ filtersErr_t FiltersEntry::deleteCounter()
 
 namespace {
 
-template <class Map>
-auto findByKind(const Map& map, typename Map::key_type kind)
+template <class Base>
+const Base* findByKind(const KindMap<Base>& map, typename KindMap<Base>::Code kind)
 {
     const auto found = map.find(kind);
-    return found == map.end() ? nullptr : found->second.get();
+    return found == map.end() ? nullptr : found->second;
 }
 
-template <class Map>
-filtersErr_t deleteByKind(Map& map, typename Map::key_type kind)
+template <class Base>
+filtersErr_t deleteByKind(KindMap<Base>& map, typename KindMap<Base>::Code kind)
 {
     return map.erase(kind) == 0 ? FILTERS_ERR_NOT_FOUND : FILTERS_OK;
 }
 
 /**
- * Adds copies of the objects in @p from to @p copies, each made by its kind, up to the first one
- * that is not of its kind's class or that @p admits refuses.
+ * Stages copies of the objects in @p from, each made by its kind, up to the first one that is not
+ * of its kind's class or that @p admits refuses.
  */
-template <class Kinds, class Map, class Admits>
-filtersErr_t addCopies(Map& copies, const Map& from, Admits admits)
+template <class Base, class Map, class Admits>
+filtersErr_t stageCopies(KindStage<Base>& copies, const Map& from, Admits admits)
 {
-    return joinEach<Kinds>(from, [&](auto kind, const auto& object) {
-        auto copy = admits(object.getType()) ? copyAs<ClassOf<decltype(kind)>>(object) : nullptr;
-        if (copy == nullptr)
+    return joinEach<KindsOf<Base>>(from, [&](auto kind, const auto& object) {
+        if (!admits(object.getType()))
             return FILTERS_ERR_INVALID;
-        storeByKind(copies, std::move(copy));
+        using Class = ClassOf<decltype(kind)>;
+        auto copy = copyAs<Class>(object);
+        if (!copy)
+            return FILTERS_ERR_INVALID;
+        copies.template make<Class>(std::move(*copy));
         return FILTERS_OK;
     });
 }
 
-/** Adds copies of matches that are to be combined with those in @p held. */
-filtersErr_t addMatchCopies(FiltersEntry::MatchMap& copies, const FiltersEntry::MatchMap& from,
-                            const FiltersEntry::MatchMap& held)
+/** Stages copies of matches that are to be combined with those of the kinds @p held. */
+template <class Map>
+filtersErr_t stageMatches(KindStage<Match>& copies, const Map& from, CodeSet<filtersMatch_t> held)
 {
-    return addCopies<MatchKinds>(copies, from, [&](filtersMatch_t kind) {
-        return isL3Compatible(kind, held) && isL3Compatible(kind, copies);
+    return stageCopies(copies, from, [&](filtersMatch_t kind) {
+        return isL3Compatible(kind, held | copies.kinds());
     });
 }
 
-filtersErr_t addActionCopies(FiltersEntry::ActionMap& copies, const FiltersEntry::ActionMap& from)
+template <class Map>
+filtersErr_t stageActions(KindStage<Action>& copies, const Map& from)
 {
-    return addCopies<ActionKinds>(copies, from, [](filtersAction_t) { return true; });
+    return stageCopies(copies, from, [](filtersAction_t) { return true; });
+}
+
+template <class Map>
+filtersErr_t addMatches(KindMap<Match>& matches, const Map& from)
+{
+    KindStage<Match> copies;
+    const filtersErr_t result = stageMatches(copies, from, matches.kinds());
+    matches.take(copies);
+    return result;
+}
+
+template <class Map>
+filtersErr_t addActions(KindMap<Action>& actions, const Map& from)
+{
+    KindStage<Action> copies;
+    const filtersErr_t result = stageActions(copies, from);
+    actions.take(copies);
+    return result;
+}
+
+/** Replaces the contents of @p map by those of the stage if @p result is FILTERS_OK. */
+template <class Base>
+filtersErr_t replaceIf(filtersErr_t result, KindMap<Base>& map, KindStage<Base>& stage)
+{
+    if (result == FILTERS_OK) {
+        KindMap<Base> fresh;
+        fresh.take(stage);
+        map = std::move(fresh);
+    }
+    return result;
+}
+
+template <class Map>
+filtersErr_t replaceMatches(KindMap<Match>& matches, const Map& from)
+{
+    KindStage<Match> copies;
+    return replaceIf(stageMatches(copies, from, {}), matches, copies);
+}
+
+template <class Map>
+filtersErr_t replaceActions(KindMap<Action>& actions, const Map& from)
+{
+    KindStage<Action> copies;
+    return replaceIf(stageActions(copies, from), actions, copies);
 }
 
 } // namespace
 
 bool FiltersEntry::isL3CompatibleKind(filtersMatch_t kind) const
 {
-    return isL3Compatible(kind, matches_);
+    return isL3Compatible(kind, matches_.kinds());
 }
 
 const Match* FiltersEntry::storedMatch(filtersMatch_t kind) const
@@ -155,16 +207,6 @@ const Action* FiltersEntry::storedAction(filtersAction_t kind) const
     return findByKind(actions_, kind);
 }
 
-void FiltersEntry::storeMatch(std::unique_ptr<Match> match)
-{
-    storeByKind(matches_, std::move(match));
-}
-
-void FiltersEntry::storeAction(std::unique_ptr<Action> action)
-{
-    storeByKind(actions_, std::move(action));
-}
-
 filtersErr_t FiltersEntry::deleteMatch(filtersMatch_t kind) { return deleteByKind(matches_, kind); }
 
 filtersErr_t FiltersEntry::deleteAction(filtersAction_t kind)
@@ -172,88 +214,86 @@ filtersErr_t FiltersEntry::deleteAction(filtersAction_t kind)
     return deleteByKind(actions_, kind);
 }
 
-filtersErr_t FiltersEntry::copyMatches(const MatchMap& from)
+filtersErr_t FiltersEntry::copyMatches(const MatchMap& from) { return addMatches(matches_, from); }
+
+filtersErr_t FiltersEntry::copyActions(const ActionMap& from) { return addActions(actions_, from); }
+
+filtersErr_t FiltersEntry::copyMatchesFrom(const FiltersEntry& other)
 {
-    MatchMap copies;
-    const filtersErr_t result = addMatchCopies(copies, from, matches_);
-    moveNodes(matches_, copies);
-    return result;
+    return addMatches(matches_, other.matches_);
 }
 
-filtersErr_t FiltersEntry::copyActions(const ActionMap& from)
+filtersErr_t FiltersEntry::copyActionsFrom(const FiltersEntry& other)
 {
-    ActionMap copies;
-    const filtersErr_t result = addActionCopies(copies, from);
-    moveNodes(actions_, copies);
-    return result;
+    return addActions(actions_, other.actions_);
 }
 
 filtersErr_t FiltersEntry::setMatches(const MatchMap& from)
 {
-    MatchMap copies;
-    const filtersErr_t result = addMatchCopies(copies, from, {});
-    if (result == FILTERS_OK)
-        matches_.swap(copies);
-    return result;
+    return replaceMatches(matches_, from);
 }
 
 filtersErr_t FiltersEntry::setActions(const ActionMap& from)
 {
-    ActionMap copies;
-    const filtersErr_t result = addActionCopies(copies, from);
-    if (result == FILTERS_OK)
-        actions_.swap(copies);
-    return result;
+    return replaceActions(actions_, from);
+}
+
+filtersErr_t FiltersEntry::setMatchesFrom(const FiltersEntry& other)
+{
+    return replaceMatches(matches_, other.matches_);
+}
+
+filtersErr_t FiltersEntry::setActionsFrom(const FiltersEntry& other)
+{
+    return replaceActions(actions_, other.actions_);
 }
 
 // --------------------------------------------------------------------------------------- equality
-
-namespace {
-
-/** Whether both maps, which are ordered by kind, hold equal objects under the same kinds. */
-template <class Map>
-bool sameByKind(const Map& mine, const Map& theirs)
-{
-    return std::equal(mine.begin(), mine.end(), theirs.begin(), [](const auto& a, const auto& b) {
-        return a.first == b.first && *b.second == *a.second;
-    });
-}
-
-} // namespace
 
 bool FiltersEntry::operator==(const FiltersEntry& other) const
 {
     return id_ == other.id_ && priority_ == other.priority_ &&
            samePolicer(policer_, other.policer_) && counter_ == other.counter_ &&
-           matches_.size() == other.matches_.size() && actions_.size() == other.actions_.size() &&
-           sameByKind(matches_, other.matches_) && sameByKind(actions_, other.actions_);
+           matches_ == other.matches_ && actions_ == other.actions_;
 }
 
 // --------------------------------------------------------------------------------------- copy_map
 
 namespace {
 
-template <class Kinds, class Base>
+template <class Base>
 std::unique_ptr<Base> copyByKind(const Base& object)
 {
-    return Kinds::dispatch(object.getType(), std::unique_ptr<Base>(), [&](auto kind) {
-        return std::unique_ptr<Base>(copyAs<ClassOf<decltype(kind)>>(object));
+    using Pointer = std::unique_ptr<Base>;
+    return KindsOf<Base>::dispatch(object.getType(), Pointer(), [&](auto kind) {
+        using Class = ClassOf<decltype(kind)>;
+        auto copy = copyAs<Class>(object);
+        return copy ? Pointer(new Class(std::move(*copy))) : Pointer();
     });
 }
 
-template <class V>
-using KindsOf = std::conditional_t<std::is_same_v<V, Match>, MatchKinds, ActionKinds>;
+template <class K, class V, class Map>
+void copyObjects(std::map<K, std::unique_ptr<V>>& to, const Map& from)
+{
+    std::map<K, std::unique_ptr<V>> copies;
+    for (const auto& [key, object] : from)
+        copies.emplace_hint(copies.end(), key,
+                            object == nullptr ? nullptr : copyByKind<V>(*object));
+    moveNodes(to, copies);
+}
 
 } // namespace
 
 template <class K, class V>
 void copy_map(std::map<K, std::unique_ptr<V>>& to, const std::map<K, std::unique_ptr<V>>& from)
 {
-    std::map<K, std::unique_ptr<V>> copies;
-    for (const auto& [key, object] : from)
-        copies.emplace_hint(copies.end(), key,
-                            object == nullptr ? nullptr : copyByKind<KindsOf<V>>(*object));
-    moveNodes(to, copies);
+    copyObjects(to, from);
+}
+
+template <class V>
+void copy_map(std::map<typename KindMap<V>::Code, std::unique_ptr<V>>& to, const KindMap<V>& from)
+{
+    copyObjects(to, from);
 }
 
 // --------------------------------------------------------------------------------- instantiations
@@ -274,5 +314,10 @@ FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_INSTANTIATE)
 
 template void copy_map(FiltersEntry::MatchMap&, const FiltersEntry::MatchMap&);
 template void copy_map(FiltersEntry::ActionMap&, const FiltersEntry::ActionMap&);
+template void copy_map(FiltersEntry::MatchMap&, const KindMap<Match>&);
+template void copy_map(FiltersEntry::ActionMap&, const KindMap<Action>&);
+
+template class KindMap<Match>;
+template class KindMap<Action>;
 
 } // namespace FiltersCommon

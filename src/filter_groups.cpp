@@ -4,6 +4,7 @@
 #include "ordered_maps.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace FiltersCommon {
@@ -49,6 +50,22 @@ filtersErr_t FiltersGroup::insertEntry(const FiltersEntry& entry)
         EntryMap copy;
         copy.emplace(entry.getId(), entry);
         moveNodes(entries_, copy);
+    }
+    return result;
+}
+
+filtersErr_t FiltersGroup::takeEntry(FiltersEntry&& entry)
+{
+    const filtersErr_t result = admits(entry, stage_, type_);
+    if (result == FILTERS_OK) {
+        const std::size_t before = entries_.size();
+        const auto place = entries_.try_emplace(entries_.end(), entry.getId(),
+                                                FiltersEntry::Taken(), entry);
+        if (entries_.size() == before) // an entry had the identifier, and still has it
+            place->second = std::move(entry);
+        MatchToS tos;
+        if (place->second.getMatch(tos) == FILTERS_OK) // may be a MatchDSCP, which no copy is
+            place->second.setMatch(tos);
     }
     return result;
 }

@@ -150,14 +150,14 @@ std::vector<FiltersRefusal> additionRefusals(const FiltersEntry& entry,
 std::vector<FiltersRefusal> l3Refusals(const FiltersEntry& entry, filtersMatch_t kind)
 {
     std::vector<FiltersRefusal> refusals;
-    addExclusion(refusals, entry.getId(), kind, kindsOf(entry.getMatchesRef()));
+    addExclusion(refusals, entry.getId(), kind, entry.getMatchesRef().kinds());
     return refusals;
 }
 
 std::vector<FiltersRefusal> copyMatchesRefusals(const FiltersEntry& entry,
                                                 const FiltersEntry::MatchMap& from)
 {
-    return additionRefusals(entry, from, kindsOf(entry.getMatchesRef()));
+    return additionRefusals(entry, from, entry.getMatchesRef().kinds());
 }
 
 std::vector<FiltersRefusal> setMatchesRefusals(const FiltersEntry& entry,

@@ -24,15 +24,6 @@ void addExclusion(std::vector<FiltersRefusal>& refusals, filtersEntryId_t entry,
 std::vector<FiltersRefusal> insertionRefusals(const FiltersEntry& entry, filtersGroupStage_t stage,
                                               filtersGroupType_t type);
 
-template <class Map>
-CodeSet<typename Map::key_type> kindsOf(const Map& held)
-{
-    CodeSet<typename Map::key_type> kinds;
-    for (const auto& element : held)
-        kinds.insert(element.first);
-    return kinds;
-}
-
 } // namespace FiltersCommon
 
 #endif // FILTER_COMMON_SRC_FILTER_REFUSALS_INTERNAL_H

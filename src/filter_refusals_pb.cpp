@@ -16,11 +16,11 @@ namespace {
 class ReadingRefusals final : public LeftOut {
 public:
     void match(std::size_t place, filtersEntryId_t entry, filtersMatch_t kind,
-               filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read) override
+               filtersRefusalReason_t reason, CodeSet<filtersMatch_t> read) override
     {
         std::vector<FiltersRefusal> refusals;
         if (reason == REFUSAL_IPV4_WITH_IPV6)
-            addExclusion(refusals, entry, kind, kindsOf(read));
+            addExclusion(refusals, entry, kind, read);
         else
             refusals.push_back(refusalOf(entry, kind, reason));
         add(ofElements_, place, refusals);

@@ -61,10 +61,7 @@ bool checkMatches(const FiltersEntry& entry, filtersGroupType_t type, Refuse&& r
     const auto* row = findRow(TYPE_MATCHES, type);
     if (row == nullptr)
         return refuse(unknownType());
-    for (const auto& element : entry.getMatchesRef()) {
-        const filtersMatch_t kind = element.second->getType();
-        if (row->admitted.contains(kind))
-            continue;
+    for (const filtersMatch_t kind : entry.getMatchesRef().kinds() - row->admitted) {
         FiltersRefusal refusal(REFUSAL_MATCH_NOT_IN_TYPE);
         refusal.entry = entry.getId();
         refusal.match = kind;
@@ -81,10 +78,7 @@ bool checkActions(const FiltersEntry& entry, filtersGroupStage_t stage, Refuse&&
     const auto* row = findRow(STAGE_ACTIONS, stage);
     if (row == nullptr)
         return refuse(unknownStage());
-    for (const auto& element : entry.getActionsRef()) {
-        const filtersAction_t kind = element.second->getType();
-        if (row->admitted.contains(kind))
-            continue;
+    for (const filtersAction_t kind : entry.getActionsRef().kinds() - row->admitted) {
         FiltersRefusal refusal(REFUSAL_ACTION_NOT_AT_STAGE);
         refusal.entry = entry.getId();
         refusal.action = kind;

@@ -11,9 +11,10 @@
 #include "filter_code_set.h"
 #include "filter_matches.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <optional>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
@@ -82,6 +83,16 @@ public:
 
     static constexpr CodeSet<Code> codes() { return {KindRow<Classes>::CODE...}; }
 
+    /** Row<Class>::value of each class. */
+    template <template <class> class Row>
+    static constexpr auto table()
+    {
+        return std::array{Row<Classes>::value...};
+    }
+
+    /** The sizes of the classes in bytes. */
+    static constexpr std::array<std::size_t, SIZE> sizes() { return {sizeof(Classes)...}; }
+
     /**
      * Calls @p function with the Kind of the class of @p code and returns its result, or returns
      * @p unknown for a code beyond the list. Codes are treated as unsigned.
@@ -89,7 +100,7 @@ public:
     template <class Result, class Function>
     static Result dispatch(Code code, Result unknown, Function&& function)
     {
-        constexpr Result (*calls[])(Function&) = {&call<Classes, Result, Function>...};
+        static constexpr Result (*calls[])(Function&) = {&call<Classes, Result, Function>...};
         const auto index = static_cast<std::uint32_t>(code);
         if (index < SIZE)
             return calls[index](function);
@@ -136,6 +147,14 @@ private:
 using MatchKinds = KindList<Match FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_NEXT_CLASS)>;
 using ActionKinds = KindList<Action FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_NEXT_CLASS)>;
 #undef FILTERS_COMMON_NEXT_CLASS
+
+/** The list of the classes derived from Base. */
+template <class Base>
+struct KindsOf;
+template <>
+struct KindsOf<Match> : MatchKinds {};
+template <>
+struct KindsOf<Action> : ActionKinds {};
 
 // The compiler warns here about an enumerator without a row.
 #define FILTERS_COMMON_CASE(code, Class, Values) case code:
@@ -196,15 +215,15 @@ bool isCopiedAs(const Base& object)
     return hasNoValues<T> || as<T>(object) != nullptr;
 }
 
-/** A copy of the object as a T, or null if T has values and the object is not a T. */
+/** A copy of the object as a T, or nothing if T has values and the object is not a T. */
 template <class T, class Base>
-std::unique_ptr<T> copyAs(const Base& object)
+std::optional<T> copyAs(const Base& object)
 {
     if constexpr (hasNoValues<T>) {
-        return std::make_unique<T>();
+        return T();
     } else {
         const T* exact = as<T>(object);
-        return exact == nullptr ? nullptr : std::make_unique<T>(*exact);
+        return exact == nullptr ? std::nullopt : std::optional<T>(*exact);
     }
 }
 

@@ -40,12 +40,8 @@ void writePolicer(Writer& writer, const policer::Policer& policer)
         writer.bytes(Field(), policer.Serialize());
 }
 
-/** The policer that was written as @p bytes. */
-inline policer::Policer policerOf(std::string_view bytes)
-{
-    const NoPolicer& none = NoPolicer::get();
-    return bytes == none.bytes ? none.policer : policer::Policer(std::string(bytes));
-}
+/** Whether @p bytes are those of no policer. */
+inline bool isNoPolicer(std::string_view bytes) { return bytes == NoPolicer::get().bytes; }
 
 } // namespace FiltersCommon
 

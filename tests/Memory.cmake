@@ -11,6 +11,8 @@ target_compile_definitions(c_out_of_memory_test PRIVATE
 filter_common_test(filter_entries_ownership_test test_allocator)
 filter_common_test(hostile_bytes_test test_allocator)
 filter_common_test(filter_refusals_memory_test test_allocator)
+filter_common_test(kind_map_test test_allocator)
+target_include_directories(kind_map_test PRIVATE ${PROJECT_SOURCE_DIR}/src)
 filter_common_test(out_of_memory_test test_allocator)
 filter_common_test(out_of_memory_kinds_test test_allocator)
 filter_common_test(out_of_memory_text_test test_allocator)

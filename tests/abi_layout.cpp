@@ -44,6 +44,11 @@ using ActionOf = Layout<VTable, filtersAction_t, Values...>;
 using Ports = std::list<limid_t>;
 using Byte = unsigned char;
 
+/** Where a map keeps its only object, or its block. */
+struct alignas(void*) Room {
+    std::byte bytes[16];
+};
+
 #define ROW(Class, ...)                                                                            \
     template <>                                                                                    \
     struct LayoutOf<Class> : __VA_ARGS__ {};
@@ -115,8 +120,13 @@ ROW(ActionBlackHole,        LayoutOf<Action>)
 
 ROW(Counter,                Layout<unsigned short, counter_type_t>)
 ROW(FiltersSerialized,      Layout<VTable, std::uint32_t, char*>)
+ROW(KindMap<Match>,         Layout<CodeSet<filtersMatch_t>, Room>)
+ROW(KindMap<Action>,        Layout<CodeSet<filtersAction_t>, Room>)
+ROW(KindMap<Match>::Iterator,
+                            Layout<CodeSet<filtersMatch_t>, const std::byte*, filtersMatch_t,
+                                   const Match*>)
 ROW(FiltersEntry,           Layout<filtersEntryId_t, filtersEntryPriority_t, policer::Policer,
-                                   Counter, FiltersEntry::MatchMap, FiltersEntry::ActionMap>)
+                                   Counter, KindMap<Match>, KindMap<Action>>)
 ROW(FiltersGroup,           Layout<filtersGroupId_t, filtersGroupPriority_t, filtersGroupStage_t,
                                    filtersGroupType_t, FiltersGroup::EntryMap>)
 ROW(CodeSet<filtersMatch_t>, Layout<std::uint64_t>)
@@ -145,6 +155,9 @@ CHECK(ActionPorts)
 FILTERS_COMMON_EACH_ACTION_KIND(CHECK_KIND)
 CHECK(Counter)
 CHECK(FiltersSerialized)
+CHECK(KindMap<Match>)
+CHECK(KindMap<Action>)
+CHECK(KindMap<Match>::Iterator)
 CHECK(FiltersEntry)
 CHECK(FiltersGroup)
 CHECK(CodeSet<filtersMatch_t>)

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -135,6 +136,9 @@ TEST_F(AllocationCounts, OfARefusedEntryAreNone)
     filtersErr_t result = FILTERS_OK;
     EXPECT_EQ(allocationsOf([&] { result = group.insertEntry(rule); }), NOTHING);
     EXPECT_EQ(result, FILTERS_ERR_MATCH_NOT_ALLOWED);
+    FiltersEntry offered = ruleOf(1);
+    EXPECT_EQ(allocationsOf([&] { result = group.takeEntry(std::move(offered)); }), NOTHING);
+    EXPECT_EQ(result, FILTERS_ERR_MATCH_NOT_ALLOWED);
 }
 
 TEST_F(AllocationCounts, OfARemovedEntryAreNone)
@@ -168,6 +172,24 @@ TEST_F(AllocationCounts, OfAnInsertedEntryAreThoseOfOneCopyInOneNode)
     EXPECT_EQ(allocationsOf([&] { group.insertEntry(rule); }), ofOneCopy);
     EXPECT_EQ(allocationsOf([&] { group.insertEntry(rule); }), ofOneCopy) << "as a replacement";
     EXPECT_EQ(group.getEntriesRef().size(), 1u);
+}
+
+TEST_F(AllocationCounts, OfATakenEntryAreThoseOfANodeAndItsPolicer)
+{
+    FiltersEntry bare(1);
+    bare.setPolicer(ruleOf(1).getPolicer());
+    FiltersGroup::EntryMap map;
+    const Allocations ofTheNode = allocationsOf([&] { map.emplace(bare.getId(), bare); });
+    const Allocations ofThePolicer =
+        allocationsOf([&] { policer::Policer copy(bare.getPolicer()); });
+    ASSERT_EQ(ofTheNode.count, ofThePolicer.count + 1);
+
+    FiltersGroup group = groupOf(0);
+    for (const Allocations& expected : {ofTheNode, ofThePolicer}) { // the second is a replacement
+        FiltersEntry rule = ruleOf(1);
+        EXPECT_EQ(allocationsOf([&] { group.takeEntry(std::move(rule)); }), expected);
+        EXPECT_TRUE(group.getEntriesRef().at(1) == ruleOf(1));
+    }
 }
 
 TEST_F(AllocationCounts, OfTheCopyOfAGroupAreThoseOfOneCopyOfEachEntry)

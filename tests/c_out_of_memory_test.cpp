@@ -7,6 +7,7 @@
 #include "c_support.h"
 #include "full_entries.h"
 #include "out_of_memory.h"
+#include "samples.h"
 
 #include <gtest/gtest.h>
 
@@ -72,7 +73,7 @@ TEST(OutOfMemory, AListIsMadeAsAWhole)
 TEST(OutOfMemory, CopyingAnEntryRaisesBadAlloc)
 {
     FiltersEntry entry(fullEntry(7));
-    expectMade<FiltersEntry>(9, [&] { return copyFiltersEntry(&entry); });
+    expectMade<FiltersEntry>(8, [&] { return copyFiltersEntry(&entry); });
     expectSame(entry, fullEntry(7));
 }
 
@@ -103,15 +104,28 @@ filtersErr_t get(FiltersEntry& entry, Action& action)
     return filtersEntryGetAction(&entry, &action);
 }
 
+filtersErr_t erase(FiltersEntry& entry, const Match& match)
+{
+    return filtersEntryDeleteMatch(&entry, match.getType());
+}
+filtersErr_t erase(FiltersEntry& entry, const Action& action)
+{
+    return filtersEntryDeleteAction(&entry, action.getType());
+}
+
 TEST(OutOfMemory, SettingLeavesTheEntryAndTheHandle)
 {
     withEachHandle([](auto& handle) {
         const std::string held = dump(handle);
         FiltersEntry full(9);
         EXPECT_EQ(set(full, handle), FILTERS_OK);
-        for (const FiltersEntry& before : {FiltersEntry(7), full})
-            expectUnchanged(
-                before, [&](FiltersEntry& entry) { EXPECT_EQ(set(entry, handle), FILTERS_OK); });
+        FiltersEntry others(full);
+        fill(others);
+        EXPECT_EQ(erase(others, handle), FILTERS_OK);
+        const auto take = [&](FiltersEntry& entry) { EXPECT_EQ(set(entry, handle), FILTERS_OK); };
+        expectUnchanged(FiltersEntry(7), take, 0); // a small one stands in the entry itself
+        expectUnchanged(full, take, 0);
+        expectUnchanged(others, take, 1);
         EXPECT_EQ(dump(handle), held);
     });
 }
@@ -175,16 +189,18 @@ TEST(OutOfMemory, InsertingLeavesTheGroupAndTheEntry)
     replacement.setMatch(MatchIngressPorts({SOME_PORTS[1]}));
     FiltersEntry another(fullEntry(6));
     const FiltersGroup before(groupOf({2, 5, 9}));
-    for (FiltersEntry* entry : {&replacement, &another}) {
-        const FiltersEntry held(*entry);
+    const auto expectInserted = [&](FiltersEntry& entry, std::size_t allocationsAtLeast) {
+        const FiltersEntry held(entry);
         expectUnchanged(
             before,
             [&](FiltersGroup& group) {
-                EXPECT_EQ(filtersGroupInsertEntry(&group, entry), FILTERS_OK);
+                EXPECT_EQ(filtersGroupInsertEntry(&group, &entry), FILTERS_OK);
             },
-            4);
-        expectSame(*entry, held);
-    }
+            allocationsAtLeast);
+        expectSame(entry, held);
+    };
+    expectInserted(replacement, 3);
+    expectInserted(another, 8);
 }
 
 TEST(OutOfMemory, WhatChangesNoEntryNeedsNone)
@@ -249,8 +265,9 @@ void expectListingSurvives(FiltersGroup group, std::size_t allocationsAtLeast)
 
 TEST(OutOfMemory, ListingLeavesTheRecordUntouched)
 {
-    // Two arrays, and for each entry a copy of its two matches, two actions and policer.
-    expectListingSurvives(groupOf({9, 2, 5}), 2 + 3 * 9);
+    // Two arrays, and for each entry a copy: itself, a block of two matches with three elements in
+    // their lists, a block of two actions with one, and the action of its policer.
+    expectListingSurvives(groupOf({9, 2, 5}), 2 + 3 * (1 + 4 + 2 + 1));
 }
 
 TEST(OutOfMemory, ListingAnEmptyGroupLeavesTheRecordUntouched)

@@ -131,14 +131,14 @@ TEST(Found, IsTheStoredObjectOfEachClass)
             ASSERT_EQ(entry.setMatch(object), FILTERS_OK);
             const Class* found = entry.findMatch<Class>();
             ASSERT_NE(found, nullptr);
-            EXPECT_EQ(found, entry.getMatchesRef().find(object.getType())->second.get());
+            EXPECT_EQ(found, entry.getMatchesRef().find(object.getType())->second);
             EXPECT_EQ(entry.findMatch<const Class>(), found);
         } else {
             EXPECT_EQ(entry.findAction<Class>(), nullptr);
             ASSERT_EQ(entry.setAction(object), FILTERS_OK);
             const Class* found = entry.findAction<Class>();
             ASSERT_NE(found, nullptr);
-            EXPECT_EQ(found, entry.getActionsRef().find(object.getType())->second.get());
+            EXPECT_EQ(found, entry.getActionsRef().find(object.getType())->second);
             EXPECT_EQ(entry.findAction<const Class>(), found);
         }
     });
@@ -196,6 +196,8 @@ TEST(QualifiedClasses, CountAsThemselves)
     ActionSetPcp setFour(4);
     EXPECT_EQ(entry.setAction<const ActionSetPcp>(setThree), FILTERS_OK);
     EXPECT_EQ(entry.findAction<ActionSetPcp>()->getPcp(), 3);
+    EXPECT_EQ(entry.setAction<volatile ActionSetPcp>(setFour), FILTERS_OK);
+    EXPECT_EQ(entry.findAction<ActionSetPcp>()->getPcp(), 4);
     EXPECT_EQ(entry.setAction<const volatile ActionSetPcp>(setThree), FILTERS_OK);
     EXPECT_EQ(entry.getAction<volatile ActionSetPcp>(setFour), FILTERS_OK);
     EXPECT_EQ(setFour.getPcp(), 3);

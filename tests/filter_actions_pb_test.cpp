@@ -31,7 +31,7 @@ TEST_P(EveryAction, IsRebuiltByTheEntryAsTheClassOfItsKind)
     entry.convertFromFiltersEntryPB(&pb);
 
     ASSERT_EQ(entry.getActionsRef().size(), 1u);
-    const Action& rebuilt = *entry.getActionsRef().at(action.getType());
+    const Action& rebuilt = *entry.getActionsRef().find(action.getType())->second;
     EXPECT_TRUE(rebuilt == action);
     EXPECT_EQ(typeid(rebuilt), typeid(action));
 }

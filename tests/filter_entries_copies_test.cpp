@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <list>
 #include <set>
 #include <string>
@@ -42,6 +43,13 @@ FiltersEntry heldEntry()
     return entry;
 }
 
+FiltersEntry fullEntry()
+{
+    FiltersEntry entry;
+    test::fill(entry);
+    return entry;
+}
+
 const MatchSrcIPv4 SRC_IPV4(ipv4("198.51.100.7"));
 const MatchSrcIPv6 SRC_IPV6(ipv6("2001:db8::1"));
 
@@ -56,22 +64,37 @@ TYPED_TEST(EveryCopiedMatch, IsCopiedAsTheClassOfItsCode)
     using T = typename TypeParam::Class;
     for (const auto& match : TypeParam::variants()) {
         const Matches from = matchesOf(match);
-        FiltersEntry copied;
-        FiltersEntry replaced;
-        replaced.setMatch(MatchTTL(200));
-        EXPECT_EQ(copied.copyMatches(from), FILTERS_OK);
-        EXPECT_EQ(replaced.setMatches(from), FILTERS_OK);
-        Matches snapshot;
-        copy_map(snapshot, from);
-        for (const Matches* map : {&copied.getMatchesRef(), &replaced.getMatchesRef(),
-                                   static_cast<const Matches*>(&snapshot)}) {
-            ASSERT_EQ(keysOf(*map), std::set<int>{TypeParam::CODE});
-            const Match& stored = *map->begin()->second;
+        FiltersEntry source;
+        source.setMatch(match);
+        const auto expectCopied = [&](const auto& map) {
+            ASSERT_EQ(keysOf(map), std::set<int>{TypeParam::CODE});
+            const Match& stored = *map.begin()->second;
             EXPECT_TRUE(isExactly<CopiedAs<T>>(stored));
             EXPECT_TRUE(stored == match);
             EXPECT_NE(&stored, from.begin()->second.get());
+            EXPECT_NE(&stored, source.findMatch<T>());
+        };
+        for (const bool fromEntry : {false, true}) {
+            FiltersEntry copied;
+            FiltersEntry replaced;
+            replaced.setMatch(MatchTTL(200));
+            Matches snapshot;
+            if (fromEntry) {
+                EXPECT_EQ(copied.copyMatchesFrom(source), FILTERS_OK);
+                EXPECT_EQ(replaced.setMatchesFrom(source), FILTERS_OK);
+                copy_map(snapshot, source.getMatchesRef());
+            } else {
+                EXPECT_EQ(copied.copyMatches(from), FILTERS_OK);
+                EXPECT_EQ(replaced.setMatches(from), FILTERS_OK);
+                copy_map(snapshot, from);
+            }
+            expectCopied(copied.getMatchesRef());
+            expectCopied(replaced.getMatchesRef());
+            expectCopied(snapshot);
         }
         EXPECT_TRUE(*from.begin()->second == match);
+        EXPECT_TRUE(isExactly<T>(*source.getMatchesRef().begin()->second));
+        EXPECT_TRUE(*source.findMatch<T>() == match);
     }
 }
 
@@ -100,24 +123,39 @@ TYPED_TEST_SUITE(EveryCopiedAction, test::ActionClasses::Tests, );
 
 TYPED_TEST(EveryCopiedAction, IsCopiedAsTheClassOfItsCode)
 {
+    using T = typename TypeParam::Class;
     for (const auto& action : TypeParam::variants()) {
         const Actions from = actionsOf(action);
-        FiltersEntry copied;
-        FiltersEntry replaced;
-        replaced.setAction(ActionL3Switch(200));
-        EXPECT_EQ(copied.copyActions(from), FILTERS_OK);
-        EXPECT_EQ(replaced.setActions(from), FILTERS_OK);
-        Actions snapshot;
-        copy_map(snapshot, from);
-        for (const Actions* map : {&copied.getActionsRef(), &replaced.getActionsRef(),
-                                   static_cast<const Actions*>(&snapshot)}) {
-            ASSERT_EQ(keysOf(*map), std::set<int>{TypeParam::CODE});
-            const Action& stored = *map->begin()->second;
-            EXPECT_TRUE(isExactly<typename TypeParam::Class>(stored));
+        FiltersEntry source;
+        source.setAction(action);
+        const auto expectCopied = [&](const auto& map) {
+            ASSERT_EQ(keysOf(map), std::set<int>{TypeParam::CODE});
+            const Action& stored = *map.begin()->second;
+            EXPECT_TRUE(isExactly<T>(stored));
             EXPECT_TRUE(stored == action);
             EXPECT_NE(&stored, from.begin()->second.get());
+            EXPECT_NE(&stored, source.findAction<T>());
+        };
+        for (const bool fromEntry : {false, true}) {
+            FiltersEntry copied;
+            FiltersEntry replaced;
+            replaced.setAction(ActionL3Switch(200));
+            Actions snapshot;
+            if (fromEntry) {
+                EXPECT_EQ(copied.copyActionsFrom(source), FILTERS_OK);
+                EXPECT_EQ(replaced.setActionsFrom(source), FILTERS_OK);
+                copy_map(snapshot, source.getActionsRef());
+            } else {
+                EXPECT_EQ(copied.copyActions(from), FILTERS_OK);
+                EXPECT_EQ(replaced.setActions(from), FILTERS_OK);
+                copy_map(snapshot, from);
+            }
+            expectCopied(copied.getActionsRef());
+            expectCopied(replaced.getActionsRef());
+            expectCopied(snapshot);
         }
         EXPECT_TRUE(*from.begin()->second == action);
+        EXPECT_TRUE(*source.findAction<T>() == action);
     }
 }
 
@@ -149,6 +187,13 @@ TEST(CopyMatches, AddsToTheHeldMatchesAndReplacesThoseOfTheSameKind)
     expected.setMatch(MatchPcp(6));
     expected.setMatch(MatchTTL(9));
     EXPECT_TRUE(entry == expected);
+
+    FiltersEntry other(1);
+    other.setMatches(matchesOf(MatchAll(), MatchTTL(10)));
+    EXPECT_EQ(entry.copyMatchesFrom(other), FILTERS_OK);
+    expected.setMatch(MatchAll());
+    expected.setMatch(MatchTTL(10));
+    EXPECT_TRUE(entry == expected);
 }
 
 TEST(CopyMatches, OfAnEmptyMapChangesNothing)
@@ -156,6 +201,8 @@ TEST(CopyMatches, OfAnEmptyMapChangesNothing)
     FiltersEntry entry = heldEntry();
     EXPECT_EQ(entry.copyMatches({}), FILTERS_OK);
     EXPECT_EQ(entry.copyActions({}), FILTERS_OK);
+    EXPECT_EQ(entry.copyMatchesFrom(FiltersEntry()), FILTERS_OK);
+    EXPECT_EQ(entry.copyActionsFrom(FiltersEntry()), FILTERS_OK);
     EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
 }
 
@@ -176,6 +223,14 @@ TEST(CopyMatches, IsRefusedByTheMatchesThatTheEntryHolds)
     MatchPcp pcp(0);
     entry.getMatch(pcp);
     EXPECT_EQ(pcp.getPcp(), 6);
+
+    FiltersEntry other;
+    other.setMatches(matchesOf(MatchAll(), MatchPcp(7), SRC_IPV6, MatchTTL(9)));
+    EXPECT_EQ(entry.copyMatchesFrom(other), FILTERS_ERR_INVALID);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{0, 9, 12}));
+    entry.getMatch(pcp);
+    EXPECT_EQ(pcp.getPcp(), 7);
+    EXPECT_EQ(matchesIn(other), (std::set<int>{0, 12, 14, 26}));
 }
 
 TEST(CopyMatches, WalksTheKeysInAscendingOrderWhateverTheKinds)
@@ -209,7 +264,7 @@ TEST(CopyMatches, LaterMatchOfAKindReplacesTheEarlierOne)
     FiltersEntry entry;
     EXPECT_EQ(entry.copyMatches(from), FILTERS_OK);
     EXPECT_EQ(matchesIn(entry), std::set<int>{20});
-    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_TOS) == MatchToS(8));
+    EXPECT_TRUE(*entry.getMatchesRef().find(MATCH_TOS)->second == MatchToS(8));
 }
 
 TEST(CopyMatches, SkipsNullPointersAndUnknownKinds)
@@ -251,7 +306,7 @@ TEST(CopyMatches, CopiesACallersOwnSubclassAsTheKind)
     };
     FiltersEntry entry;
     EXPECT_EQ(entry.copyMatches(matchesOf(Own(5))), FILTERS_OK);
-    const Match& stored = *entry.getMatchesRef().at(MATCH_PCP);
+    const Match& stored = *entry.getMatchesRef().find(MATCH_PCP)->second;
     EXPECT_TRUE(isExactly<MatchPcp>(stored));
     EXPECT_TRUE(stored == MatchPcp(5));
 }
@@ -264,15 +319,6 @@ TEST(CopyMatches, LyingMatchStopsTheWalk)
     EXPECT_EQ(matchesIn(entry), std::set<int>{0});
 }
 
-TEST(CopyMatches, OfTheEntrysOwnMatchesChangesNothing)
-{
-    FiltersEntry entry = heldEntry();
-    EXPECT_EQ(entry.copyMatches(entry.getMatchesRef()), FILTERS_OK);
-    EXPECT_EQ(entry.copyActions(entry.getActionsRef()), FILTERS_OK);
-    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
-    EXPECT_TRUE(entry == heldEntry());
-}
-
 // ------------------------------------------------------------------------------------ copyActions
 
 TEST(CopyActions, AddsToTheHeldActionsAndReplacesThoseOfTheSameKind)
@@ -282,6 +328,13 @@ TEST(CopyActions, AddsToTheHeldActionsAndReplacesThoseOfTheSameKind)
     FiltersEntry expected = heldEntry();
     expected.setAction(ActionSetPcp(9));
     expected.setAction(ActionDeny());
+    EXPECT_TRUE(entry == expected);
+
+    FiltersEntry other(1);
+    other.setActions(actionsOf(ActionPermit(), ActionSetPcp(10)));
+    EXPECT_EQ(entry.copyActionsFrom(other), FILTERS_OK);
+    expected.setAction(ActionPermit());
+    expected.setAction(ActionSetPcp(10));
     EXPECT_TRUE(entry == expected);
 }
 
@@ -316,7 +369,7 @@ TEST(CopyActions, StoresUnderTheKindOfTheObjectAndTheLastOfAKindWins)
     FiltersEntry entry;
     EXPECT_EQ(entry.copyActions(from), FILTERS_OK);
     EXPECT_EQ(actionsIn(entry), (std::set<int>{1, 5}));
-    EXPECT_TRUE(*entry.getActionsRef().at(ACTION_SET_PCP) == ActionSetPcp(2));
+    EXPECT_TRUE(*entry.getActionsRef().find(ACTION_SET_PCP)->second == ActionSetPcp(2));
 }
 
 TEST(CopyActions, RefusesAnActionPortsForItIsNoObjectOfTheKind)
@@ -336,7 +389,7 @@ TEST(SetMatches, ReplacesAllMatchesAndLeavesTheRest)
     FiltersEntry expected(7);
     expected.setMatch(MatchAll());
     expected.setMatch(MatchTTL(9));
-    expected.copyActions(heldEntry().getActionsRef());
+    expected.copyActionsFrom(heldEntry());
     EXPECT_TRUE(entry == expected);
 }
 
@@ -348,6 +401,13 @@ TEST(SetMatches, OfAnEmptyMapEmptiesTheMatches)
     EXPECT_EQ(entry.getActionsRef().size(), 2u);
     EXPECT_EQ(entry.setActions({}), FILTERS_OK);
     EXPECT_TRUE(entry.getActionsRef().empty());
+
+    entry = heldEntry();
+    EXPECT_EQ(entry.setMatchesFrom(FiltersEntry()), FILTERS_OK);
+    EXPECT_TRUE(entry.getMatchesRef().empty());
+    EXPECT_EQ(entry.getActionsRef().size(), 2u);
+    EXPECT_EQ(entry.setActionsFrom(FiltersEntry()), FILTERS_OK);
+    EXPECT_TRUE(entry.getActionsRef().empty());
 }
 
 TEST(SetMatches, IsNotRefusedByTheMatchesThatItReplaces)
@@ -355,6 +415,8 @@ TEST(SetMatches, IsNotRefusedByTheMatchesThatItReplaces)
     FiltersEntry entry = heldEntry();
     EXPECT_EQ(entry.setMatches(matchesOf(SRC_IPV6)), FILTERS_OK);
     EXPECT_EQ(matchesIn(entry), std::set<int>{14});
+    EXPECT_EQ(entry.setMatchesFrom(heldEntry()), FILTERS_OK);
+    EXPECT_EQ(matchesIn(entry), (std::set<int>{9, 12}));
 }
 
 TEST(SetMatches, OfIPv4AndIPv6FailsAndLeavesThePreviousMatches)
@@ -366,15 +428,6 @@ TEST(SetMatches, OfIPv4AndIPv6FailsAndLeavesThePreviousMatches)
               FILTERS_ERR_INVALID);
     EXPECT_EQ(stateOf(entry), before);
     EXPECT_EQ(matchesIn(entry), (std::set<int>{9, 12, 20}));
-}
-
-TEST(SetMatches, OfTheEntrysOwnMatchesChangesNothing)
-{
-    FiltersEntry entry = heldEntry();
-    EXPECT_EQ(entry.setMatches(entry.getMatchesRef()), FILTERS_OK);
-    EXPECT_EQ(entry.setActions(entry.getActionsRef()), FILTERS_OK);
-    EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
-    EXPECT_TRUE(entry == heldEntry());
 }
 
 TEST(SetActions, ReplacesAllActionsAndLeavesTheRest)
@@ -391,6 +444,44 @@ TEST(SetActions, WithALyingActionFailsAndLeavesThePreviousActions)
     EXPECT_EQ(entry.setActions(actionsOf(ActionPermit(), ActionSetPcp(1), Action(ACTION_REDIRECT))),
               FILTERS_ERR_INVALID);
     EXPECT_EQ(stateOf(entry), stateOf(heldEntry()));
+}
+
+// ------------------------------------------------------------------------------- of the same entry
+
+/** Copies, or replaces with, what the entry itself holds. */
+const std::function<void(FiltersEntry&)> TAKES_ITS_OWN[] = {
+    [](FiltersEntry& entry) {
+        EXPECT_EQ(entry.copyMatchesFrom(entry), FILTERS_OK);
+        EXPECT_EQ(entry.copyActionsFrom(entry), FILTERS_OK);
+    },
+    [](FiltersEntry& entry) {
+        EXPECT_EQ(entry.setMatchesFrom(entry), FILTERS_OK);
+        EXPECT_EQ(entry.setActionsFrom(entry), FILTERS_OK);
+    },
+    [](FiltersEntry& entry) {
+        Matches matches;
+        Actions actions;
+        copy_map(matches, entry.getMatchesRef());
+        copy_map(actions, entry.getActionsRef());
+        EXPECT_EQ(entry.copyMatches(matches), FILTERS_OK);
+        EXPECT_EQ(entry.copyActions(actions), FILTERS_OK);
+        EXPECT_EQ(entry.setMatches(matches), FILTERS_OK);
+        EXPECT_EQ(entry.setActions(actions), FILTERS_OK);
+    },
+};
+
+TEST(TheEntrysOwnObjects, AreTakenAsEqualOnesAndADscpAsAToS)
+{
+    for (const auto& takeItsOwn : TAKES_ITS_OWN)
+        for (const FiltersEntry& others : {FiltersEntry(7), heldEntry(), fullEntry()}) {
+            FiltersEntry entry(others);
+            entry.setMatch(MatchDSCP(10));
+            const FiltersEntry expected(entry);
+            takeItsOwn(entry);
+            EXPECT_TRUE(entry == expected);
+            EXPECT_EQ(stateOf(entry), stateOf(expected));
+            EXPECT_TRUE(isExactly<MatchToS>(*entry.findMatch<MatchToS>()));
+        }
 }
 
 } // namespace

@@ -17,6 +17,7 @@ namespace {
 using test::actionKind;
 using test::Actions;
 using test::actionsOf;
+using test::fill;
 using test::ipv4;
 using test::ipv6;
 using test::isExactly;
@@ -38,13 +39,6 @@ long blocksKeptBy(Function function)
 
 // ---------------------------------------------------------------------------------------- entries
 
-/** Puts one of every kind but the IPv6 kinds into the entry. */
-void fill(FiltersEntry& entry)
-{
-    test::MatchClasses::forEach([&](auto row) { entry.setMatch(row.sample()); });
-    test::ActionClasses::forEach([&](auto row) { entry.setAction(row.sample()); });
-}
-
 void empty(FiltersEntry& entry)
 {
     for (std::uint32_t code = 0; code < test::MATCH_KINDS; ++code) {
@@ -56,9 +50,8 @@ void empty(FiltersEntry& entry)
 TEST(EntryOwnership, ObjectsAreKept)
 {
     FiltersEntry entry;
-    // A node and an object for each kind but the two of IPv6, and the nodes of their lists.
-    constexpr std::int64_t HELD = test::MATCH_KINDS - 2 + test::ACTION_KINDS;
-    EXPECT_GT(blocksKeptBy([&] { fill(entry); }), 2 * HELD);
+    // A block of matches, one of actions, two nodes of each list and set, one of a redirection.
+    EXPECT_EQ(blocksKeptBy([&] { fill(entry); }), 2 + 5 * 2 + 1);
 }
 
 TEST(EntryOwnership, ReplacedObjectsAreFreed)
@@ -66,10 +59,21 @@ TEST(EntryOwnership, ReplacedObjectsAreFreed)
     FiltersEntry entry;
     fill(entry);
     EXPECT_EQ(blocksKeptBy([&] { fill(entry); }), 0);
-    EXPECT_EQ(blocksKeptBy([&] { entry.copyMatches(FiltersEntry(entry).getMatchesRef()); }), 0);
-    EXPECT_EQ(blocksKeptBy([&] { entry.copyActions(FiltersEntry(entry).getActionsRef()); }), 0);
-    EXPECT_EQ(blocksKeptBy([&] { entry.setMatches(FiltersEntry(entry).getMatchesRef()); }), 0);
-    EXPECT_EQ(blocksKeptBy([&] { entry.setActions(FiltersEntry(entry).getActionsRef()); }), 0);
+    Matches matches;
+    Actions actions;
+    copy_map(matches, entry.getMatchesRef());
+    copy_map(actions, entry.getActionsRef());
+    EXPECT_EQ(blocksKeptBy([&] { entry.copyMatches(matches); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.copyActions(actions); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.setMatches(matches); }), 0);
+    EXPECT_EQ(blocksKeptBy([&] { entry.setActions(actions); }), 0);
+    const FiltersEntry copy(entry);
+    for (const FiltersEntry* other : {&copy, static_cast<const FiltersEntry*>(&entry)}) {
+        EXPECT_EQ(blocksKeptBy([&] { entry.copyMatchesFrom(*other); }), 0);
+        EXPECT_EQ(blocksKeptBy([&] { entry.copyActionsFrom(*other); }), 0);
+        EXPECT_EQ(blocksKeptBy([&] { entry.setMatchesFrom(*other); }), 0);
+        EXPECT_EQ(blocksKeptBy([&] { entry.setActionsFrom(*other); }), 0);
+    }
     EXPECT_EQ(entry.getMatchesRef().size(), test::MATCH_KINDS - 2);
 }
 
@@ -79,7 +83,7 @@ TEST(EntryOwnership, SecondMatchPcpReplacesAndFreesTheFirst)
     entry.setMatch(MatchPcp(1));
     EXPECT_EQ(blocksKeptBy([&] { entry.setMatch(MatchPcp(2)); }), 0);
     EXPECT_EQ(entry.getMatchesRef().size(), 1u);
-    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_PCP) == MatchPcp(2));
+    EXPECT_TRUE(*entry.getMatchesRef().find(MATCH_PCP)->second == MatchPcp(2));
 }
 
 TEST(EntryOwnership, DeletedObjectsAreFreed)
@@ -117,9 +121,13 @@ TEST(EntryOwnership, RefusalsKeepNothing)
     fill(entry);
     const Matches mixed = matchesOf(MatchDSCP(1), MatchExternalVlanId({1, 2}),
                                     MatchSrcIPv6(ipv6("::1")), MatchSrcIPv4(ipv4("192.0.2.1")));
+    FiltersEntry v6;
+    v6.setMatch(MatchExternalVlanId({3, 4}));
+    v6.setMatch(MatchSrcIPv6(ipv6("::1")));
     const Actions lying = actionsOf(ActionBlockEgressPorts({limid_t()}), Action(ACTION_REDIRECT));
     EXPECT_EQ(blocksKeptBy([&] {
                   entry.setMatch(MatchSrcIPv6(ipv6("::1")));
+                  entry.copyMatchesFrom(v6);
                   entry.setMatches(mixed);
                   entry.setActions(lying);
               }),

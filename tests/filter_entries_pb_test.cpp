@@ -235,9 +235,9 @@ TEST(ReadingAnEntry, LetsALaterElementReplaceAnEarlierOneOfItsKind)
         "matches_ { type_: 26 ttl_: 1 } matches_ { type_: 26 ttl_: 2 }"
         "actions_ { type_: 5 pcp_: 3 } actions_ { type_: 0 } actions_ { type_: 5 pcp_: 4 }");
     EXPECT_EQ(matchKinds(entry), Kinds{MATCH_TTL});
-    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_TTL) == MatchTTL(2));
+    EXPECT_TRUE(*entry.getMatchesRef().find(MATCH_TTL)->second == MatchTTL(2));
     EXPECT_EQ(actionKinds(entry), (Kinds{ACTION_PERMIT, ACTION_SET_PCP}));
-    EXPECT_TRUE(*entry.getActionsRef().at(ACTION_SET_PCP) == ActionSetPcp(4));
+    EXPECT_TRUE(*entry.getActionsRef().find(ACTION_SET_PCP)->second == ActionSetPcp(4));
 }
 
 TEST(ReadingAnEntry, NeverAddsThePortsOfOneElementToThoseOfAnother)
@@ -247,8 +247,9 @@ TEST(ReadingAnEntry, NeverAddsThePortsOfOneElementToThoseOfAnother)
                                          "actions_ { type_: 3 ports_: [1, 2] }"
                                          "actions_ { type_: 3 ports_: 3 }");
     const std::list<limid_t> last = {limId(0, 0, 0, 3)};
-    EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_INGRESS_PORTS) == MatchIngressPorts(last));
-    EXPECT_TRUE(*entry.getActionsRef().at(ACTION_BLOCK_EGRESS_PORTS) ==
+    EXPECT_TRUE(*entry.getMatchesRef().find(MATCH_INGRESS_PORTS)->second ==
+                MatchIngressPorts(last));
+    EXPECT_TRUE(*entry.getActionsRef().find(ACTION_BLOCK_EGRESS_PORTS)->second ==
                 ActionBlockEgressPorts(last));
 }
 
@@ -328,7 +329,7 @@ TEST(EntryBytes, GiveBackADscpAsAToS)
     FiltersEntry entry;
     entry.setMatch(MatchDSCP(10));
     const FiltersEntry copy = rebuilt(entry);
-    const Match& match = *copy.getMatchesRef().at(MATCH_TOS);
+    const Match& match = *copy.getMatchesRef().find(MATCH_TOS)->second;
     EXPECT_EQ(typeid(match), typeid(MatchToS));
     EXPECT_TRUE(match == MatchToS(40));
 }

@@ -47,6 +47,12 @@ EXPECT_MEMBER(copyMatches, filtersErr_t (Entry::*)(const Matches&));
 EXPECT_MEMBER(setMatches, filtersErr_t (Entry::*)(const Matches&));
 EXPECT_MEMBER(copyActions, filtersErr_t (Entry::*)(const Actions&));
 EXPECT_MEMBER(setActions, filtersErr_t (Entry::*)(const Actions&));
+EXPECT_MEMBER(copyMatchesFrom, filtersErr_t (Entry::*)(const Entry&));
+EXPECT_MEMBER(setMatchesFrom, filtersErr_t (Entry::*)(const Entry&));
+EXPECT_MEMBER(copyActionsFrom, filtersErr_t (Entry::*)(const Entry&));
+EXPECT_MEMBER(setActionsFrom, filtersErr_t (Entry::*)(const Entry&));
+EXPECT_MEMBER(getMatchesRef, const KindMap<Match>& (Entry::*)() const);
+EXPECT_MEMBER(getActionsRef, const KindMap<Action>& (Entry::*)() const);
 #undef EXPECT_MEMBER
 
 // ---------------------------------------------------------------------------- matches and actions
@@ -70,6 +76,14 @@ struct Access {
             return entry.getMatch(object);
         else
             return entry.getAction(object);
+    }
+
+    static const Class* find(const FiltersEntry& entry)
+    {
+        if constexpr (IS_MATCH)
+            return entry.findMatch<Class>();
+        else
+            return entry.findAction<Class>();
     }
 
     static filtersErr_t erase(FiltersEntry& entry)
@@ -143,6 +157,13 @@ TYPED_TEST_P(EveryClass, IsReplacedByTheStoredObjectItself)
     TypeParam::set(entry, TypeParam::sample());
     EXPECT_EQ(TypeParam::set(entry, this->only(entry)), FILTERS_OK);
     EXPECT_TRUE(this->only(entry) == TypeParam::sample());
+
+    test::fill(entry);
+    TypeParam::set(entry, TypeParam::sample());
+    const FiltersEntry before(entry);
+    EXPECT_EQ(TypeParam::set(entry, *TypeParam::find(entry)), FILTERS_OK);
+    EXPECT_TRUE(*TypeParam::find(entry) == TypeParam::sample());
+    EXPECT_TRUE(entry == before);
 }
 
 TYPED_TEST_P(EveryClass, IsHandedOutAsACopy)
@@ -192,7 +213,7 @@ TYPED_TEST_P(EveryClass, IsCopiedWithTheEntry)
         auto out = TypeParam::variants().back();
         EXPECT_EQ(TypeParam::get(copy, out), FILTERS_OK);
         EXPECT_TRUE(out == object);
-        EXPECT_NE(TypeParam::stored(copy).begin()->second.get(), &this->only(entry));
+        EXPECT_NE(TypeParam::stored(copy).begin()->second, &this->only(entry));
         TypeParam::erase(entry);
         EXPECT_EQ(TypeParam::get(copy, out), FILTERS_OK);
     }
@@ -257,7 +278,7 @@ TEST(FilterEntries, StoresTheStaticClassOfADerivedObject)
     const Own own(5);
     FiltersEntry entry;
     EXPECT_EQ(entry.setMatch<MatchPcp>(own), FILTERS_OK);
-    const Match& stored = *entry.getMatchesRef().at(MATCH_PCP);
+    const Match& stored = *entry.getMatchesRef().find(MATCH_PCP)->second;
     EXPECT_TRUE(typeid(stored) == typeid(MatchPcp));
     EXPECT_TRUE(stored == MatchPcp(5));
 }
@@ -280,12 +301,22 @@ TEST(FilterEntries, DscpAndToSShareASlot)
     EXPECT_EQ(dscp.getDSCP(), 10);
 }
 
+TEST(FilterEntries, DscpThatIsSetAgainAsAToSBecomesOne)
+{
+    FiltersEntry entry;
+    entry.setMatch(MatchDSCP(10));
+    EXPECT_EQ(entry.setMatch(*entry.findMatch<MatchToS>()), FILTERS_OK);
+    const Match& stored = *entry.getMatchesRef().find(MATCH_TOS)->second;
+    EXPECT_TRUE(typeid(stored) == typeid(MatchToS));
+    EXPECT_TRUE(stored == MatchToS(40));
+}
+
 TEST(FilterEntries, CopyHoldsAToSWhereTheSourceHoldsADscp)
 {
     FiltersEntry entry;
     entry.setMatch(MatchDSCP(10));
     const FiltersEntry copy(entry);
-    const Match& stored = *copy.getMatchesRef().at(MATCH_TOS);
+    const Match& stored = *copy.getMatchesRef().find(MATCH_TOS)->second;
     EXPECT_TRUE(typeid(stored) == typeid(MatchToS));
     EXPECT_EQ(dynamic_cast<const MatchToS&>(stored).getToS(), 40);
     EXPECT_TRUE(copy == entry);
@@ -298,7 +329,7 @@ TEST(FilterEntries, DscpComesBackFromTheBytesAsAToS)
     std::string bytes;
     entry.serialize(&bytes);
     const FiltersEntry read(bytes);
-    const Match& stored = *read.getMatchesRef().at(MATCH_TOS);
+    const Match& stored = *read.getMatchesRef().find(MATCH_TOS)->second;
     EXPECT_TRUE(typeid(stored) == typeid(MatchToS));
     EXPECT_EQ(dynamic_cast<const MatchToS&>(stored).getToS(), 40);
 }

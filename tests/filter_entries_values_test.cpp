@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -178,8 +179,7 @@ TEST(FilterEntries, CopyIsIndependentOfItsSource)
 TEST(FilterEntries, CopyHoldsOneOfEveryKind)
 {
     FiltersEntry entry;
-    test::MatchClasses::forEach([&](auto row) { entry.setMatch(row.sample()); });
-    test::ActionClasses::forEach([&](auto row) { entry.setAction(row.sample()); });
+    test::fill(entry);
     ASSERT_EQ(entry.getMatchesRef().size(), test::MATCH_KINDS - 2); // IPv4 is there, IPv6 is not
     ASSERT_EQ(entry.getActionsRef().size(), test::ACTION_KINDS);
     const FiltersEntry copy(entry);
@@ -222,12 +222,32 @@ TEST(FilterEntries, MoveAssignmentLeavesTheSourceWithoutMatchesAndActionsOnly)
 TEST(FilterEntries, MoveAssignmentTakesOverTheObjectsThemselves)
 {
     FiltersEntry source = fullEntry();
-    const Match* match = source.getMatchesRef().at(MATCH_PCP).get();
-    const Action* action = source.getActionsRef().at(ACTION_DENY).get();
+    const Match* match = source.getMatchesRef().find(MATCH_PCP)->second;
+    const Action* action = source.getActionsRef().find(ACTION_DENY)->second;
     FiltersEntry target;
     target = std::move(source);
-    EXPECT_EQ(target.getMatchesRef().at(MATCH_PCP).get(), match);
-    EXPECT_EQ(target.getActionsRef().at(ACTION_DENY).get(), action);
+    EXPECT_EQ(target.getMatchesRef().find(MATCH_PCP)->second, match);
+    EXPECT_EQ(target.getActionsRef().find(ACTION_DENY)->second, action);
+}
+
+TEST(FilterEntries, MoveAssignmentMovesASingleSmallObjectAndTakesOverALargeOne)
+{
+    FiltersEntry source;
+    source.setMatch(MatchPcp(3));
+    source.setAction(ActionReplaceDstMac(test::mac("2:0:0:0:0:1")));
+    const auto* mac = source.findAction<ActionReplaceDstMac>();
+    FiltersEntry target;
+    target = std::move(source);
+    const auto address = [](const void* object) {
+        return reinterpret_cast<std::uintptr_t>(object);
+    };
+    ASSERT_NE(target.findMatch<MatchPcp>(), nullptr);
+    EXPECT_EQ(target.findMatch<MatchPcp>()->getPcp(), 3);
+    EXPECT_GT(address(target.findMatch<MatchPcp>()), address(&target));
+    EXPECT_LT(address(target.findMatch<MatchPcp>()), address(&target + 1));
+    EXPECT_EQ(target.findAction<ActionReplaceDstMac>(), mac);
+    EXPECT_EQ(source.findMatch<MatchPcp>(), nullptr);
+    EXPECT_EQ(source.findAction<ActionReplaceDstMac>(), nullptr);
 }
 
 TEST(FilterEntries, MoveAssignmentKeepsADscp)
@@ -236,7 +256,7 @@ TEST(FilterEntries, MoveAssignmentKeepsADscp)
     source.setMatch(MatchDSCP(10));
     FiltersEntry target;
     target = std::move(source);
-    const Match& stored = *target.getMatchesRef().at(MATCH_TOS);
+    const Match& stored = *target.getMatchesRef().find(MATCH_TOS)->second;
     EXPECT_TRUE(typeid(stored) == typeid(MatchDSCP));
 }
 

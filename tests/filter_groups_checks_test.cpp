@@ -88,15 +88,26 @@ void expectRefusal(FiltersGroup group, filtersErr_t refusal, Call call)
     EXPECT_EQ(stateOf(group), before);
 }
 
+/** Offers the entry to be copied and to be taken over. */
 void expectInsert(const FiltersGroup& group, const FiltersEntry& entry, filtersErr_t result)
 {
+    FiltersEntry offered(entry);
     if (result != FILTERS_OK) {
         expectRefusal(group, result, [&](FiltersGroup& g) { return g.insertEntry(entry); });
+        expectRefusal(group, result,
+                      [&](FiltersGroup& g) { return g.takeEntry(std::move(offered)); });
+        EXPECT_EQ(stateOf(offered), stateOf(entry));
         return;
     }
     FiltersGroup changed(group);
     EXPECT_EQ(changed.insertEntry(entry), FILTERS_OK);
     EXPECT_TRUE(changed.getEntriesRef().at(entry.getId()) == entry);
+    FiltersGroup taking(group);
+    EXPECT_EQ(taking.takeEntry(std::move(offered)), FILTERS_OK);
+    EXPECT_TRUE(taking == changed);
+    EXPECT_EQ(stateOf(taking), stateOf(changed));
+    EXPECT_TRUE(offered.getMatchesRef().empty());
+    EXPECT_TRUE(offered.getActionsRef().empty());
 }
 
 void expectSetStage(const FiltersGroup& group, std::uint32_t code, filtersErr_t result)

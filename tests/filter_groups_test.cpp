@@ -44,6 +44,7 @@ EXPECT_MEMBER(setStage, filtersErr_t (Group::*)(const filtersGroupStage_t&));
 EXPECT_MEMBER(getType, filtersGroupType_t (Group::*)() const);
 EXPECT_MEMBER(setType, filtersErr_t (Group::*)(const filtersGroupType_t&));
 EXPECT_MEMBER(insertEntry, filtersErr_t (Group::*)(const FiltersEntry&));
+EXPECT_MEMBER(takeEntry, filtersErr_t (Group::*)(FiltersEntry&&));
 EXPECT_MEMBER(removeEntry, filtersErr_t (Group::*)(const filtersEntryId_t&));
 EXPECT_MEMBER(getEntries, Entries (Group::*)() const);
 EXPECT_MEMBER(getEntriesRef, const Entries& (Group::*)() const);
@@ -171,7 +172,7 @@ TEST(FilterGroups, StoresAToSWhereTheEntryHoldsADscp)
     FiltersEntry entry(1);
     entry.setMatch(MatchDSCP(10));
     EXPECT_EQ(group.insertEntry(entry), FILTERS_OK);
-    const Match& stored = *group.getEntriesRef().at(1).getMatchesRef().at(MATCH_TOS);
+    const Match& stored = *group.getEntriesRef().at(1).getMatchesRef().find(MATCH_TOS)->second;
     EXPECT_TRUE(typeid(stored) == typeid(MatchToS));
     EXPECT_TRUE(stored == MatchToS(40));
 }
@@ -193,6 +194,61 @@ TEST(FilterGroups, InsertsAnEntryOfItsOwnAgain)
     EXPECT_EQ(group.insertEntry(group.getEntriesRef().at(7)), FILTERS_OK);
     EXPECT_EQ(stateOf(group), stateOf(heldGroup()));
     EXPECT_TRUE(group == heldGroup());
+}
+
+TEST(FilterGroups, TakesTheObjectsOfAnEntryAndLeavesItTheRest)
+{
+    FiltersGroup group(1);
+    group.setStage(GROUP_STAGE_2);
+    group.setType(GROUP_TYPE_9);
+    FiltersEntry entry = entryWithPcp(7, 5);
+    entry.setPolicer(policerAt(policer::STAGE_INGRESS));
+    entry.setCounter(Counter(5, COUNTER_TYPE_PACKETS));
+    entry.setMatch(MatchInternalPcp(6));
+    const FiltersEntry expected(entry);
+    const Match* pcp = entry.findMatch<MatchPcp>();
+    EXPECT_EQ(group.takeEntry(std::move(entry)), FILTERS_OK);
+    const FiltersEntry& taken = group.getEntriesRef().at(7);
+    EXPECT_TRUE(taken == expected);
+    EXPECT_EQ(stateOf(taken), stateOf(expected));
+    EXPECT_EQ(taken.findMatch<MatchPcp>(), pcp);
+
+    FiltersEntry left(expected);
+    left.setMatches({});
+    left.setActions({});
+    EXPECT_TRUE(entry == left);
+    EXPECT_EQ(stateOf(entry), stateOf(left));
+    EXPECT_EQ(entry.setMatch(MatchPcp(1)), FILTERS_OK);
+    EXPECT_TRUE(taken == expected);
+}
+
+TEST(FilterGroups, TakesADscpAsAToS)
+{
+    for (const bool alone : {false, true}) {
+        FiltersGroup group(1);
+        group.setType(GROUP_TYPE_9);
+        FiltersEntry entry = alone ? FiltersEntry(1) : entryWithPcp(1, 2);
+        entry.setMatch(MatchDSCP(10));
+        const FiltersEntry expected(entry);
+        EXPECT_EQ(group.takeEntry(std::move(entry)), FILTERS_OK);
+        const FiltersEntry& taken = group.getEntriesRef().at(1);
+        EXPECT_TRUE(taken == expected);
+        const Match& stored = *taken.getMatchesRef().find(MATCH_TOS)->second;
+        EXPECT_TRUE(typeid(stored) == typeid(MatchToS));
+        EXPECT_TRUE(stored == MatchToS(40));
+    }
+}
+
+TEST(FilterGroups, TakesAnEntryInThePlaceOfOneOfItsIdentifier)
+{
+    FiltersGroup group = heldGroup();
+    FiltersEntry entry(7);
+    entry.setMatch(MatchInternalPcp(5));
+    const FiltersEntry expected(entry);
+    EXPECT_EQ(group.takeEntry(std::move(entry)), FILTERS_OK);
+    EXPECT_EQ(idsIn(group), (std::vector<int>{3, 7, 65535}));
+    EXPECT_TRUE(group.getEntriesRef().at(7) == expected);
+    EXPECT_TRUE(group.getEntriesRef().at(3) == entryWithPcp(3, 3));
 }
 
 TEST(FilterGroups, RemovesAnEntryOnce)
@@ -251,8 +307,8 @@ TEST(FilterGroups, CopyIsDeep)
     FiltersGroup group = heldGroup();
     const FiltersGroup copy(group);
     EXPECT_EQ(stateOf(copy), stateOf(group));
-    EXPECT_NE(copy.getEntriesRef().at(7).getMatchesRef().at(MATCH_PCP).get(),
-              group.getEntriesRef().at(7).getMatchesRef().at(MATCH_PCP).get());
+    EXPECT_NE(copy.getEntriesRef().at(7).getMatchesRef().find(MATCH_PCP)->second,
+              group.getEntriesRef().at(7).getMatchesRef().find(MATCH_PCP)->second);
     group.setPriority(1);
     group.removeEntry(3);
     group.insertEntry(entryWithPcp(7, 1));

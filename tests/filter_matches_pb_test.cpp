@@ -46,7 +46,7 @@ TEST_P(EveryMatch, IsRebuiltByTheEntryAsTheClassOfItsKind)
     entry.convertFromFiltersEntryPB(&pb);
 
     ASSERT_EQ(entry.getMatchesRef().size(), 1u);
-    const Match& rebuilt = *entry.getMatchesRef().at(match.getType());
+    const Match& rebuilt = *entry.getMatchesRef().find(match.getType())->second;
     EXPECT_TRUE(rebuilt == match);
     EXPECT_EQ(typeid(rebuilt) == typeid(match), typeid(match) != typeid(MatchDSCP));
 }
@@ -196,7 +196,7 @@ TEST(MatchMessages, TurnADscpIntoAToSOfTheSameByte)
     FiltersEntry entry;
     entry.setMatch(dscp);
     const FiltersEntry copy = rebuilt(entry);
-    const Match& match = *copy.getMatchesRef().at(MATCH_TOS);
+    const Match& match = *copy.getMatchesRef().find(MATCH_TOS)->second;
     ASSERT_EQ(typeid(match), typeid(MatchToS));
     EXPECT_EQ(static_cast<const MatchToS&>(match).getToS(), 40);
     EXPECT_TRUE(match == dscp);

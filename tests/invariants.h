@@ -38,7 +38,7 @@ void expectByKind(const Map& map)
 
 inline void expectInvariants(const FiltersEntry& entry)
 {
-    const FiltersEntry::MatchMap& matches = entry.getMatchesRef();
+    const auto& matches = entry.getMatchesRef();
     expectByKind<MatchClasses>(matches);
     expectByKind<ActionClasses>(entry.getActionsRef());
     const bool isIPv4 = matches.count(MATCH_SRC_IPV4) + matches.count(MATCH_DST_IPV4) != 0;

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <sstream>
 
@@ -27,9 +28,11 @@ bool areEqual(const Base& a, const Base& b)
     return a == b;
 }
 
+using Copy = filtersErr_t (*)(FiltersEntry& to, const FiltersEntry& from);
+
 /** All that the library does with an object of a kind. */
-template <class Class, class Base, class Set, class Copy>
-void use(Set set, Copy copy)
+template <class Class, class Base, class Set>
+void use(Set set, std::initializer_list<Copy> waysToCopy)
 {
     const Class object;
     const std::unique_ptr<Base> onHeap = std::make_unique<Class>(object);
@@ -43,8 +46,10 @@ void use(Set set, Copy copy)
     require(set(entry, object) == FILTERS_OK, "an entry takes an object");
     const FiltersEntry other(entry);
     require(other == entry, "an entry equals its copy");
-    FiltersEntry copied(1);
-    require(copy(copied, entry) == FILTERS_OK && copied == other, "objects are copied");
+    for (const Copy copy : waysToCopy) {
+        FiltersEntry copied(1);
+        require(copy(copied, entry) == FILTERS_OK && copied == other, "objects are copied");
+    }
     std::string bytes;
     entry.serialize(&bytes);
     require(FiltersEntry(bytes) == entry, "an entry is read from its bytes");
@@ -61,12 +66,17 @@ void useMatch()
             Class read;
             const filtersErr_t result = entry.setMatch(match);
             require(entry.getMatch(read) == result, "a match is read");
-            require(entry.findMatch<Class>() != nullptr, "a match is found");
+            const Match* found = entry.findMatch<Class>();
+            require(found != nullptr, "a match is found");
+            require(entry.getMatchesRef().begin()->second == found, "a match is visited");
             return result;
         },
-        [](FiltersEntry& to, const FiltersEntry& from) {
-            return to.copyMatches(from.getMatchesRef());
-        });
+        {[](FiltersEntry& to, const FiltersEntry& from) { return to.copyMatchesFrom(from); },
+         [](FiltersEntry& to, const FiltersEntry& from) {
+             FiltersEntry::MatchMap map;
+             copy_map(map, from.getMatchesRef());
+             return to.copyMatches(map);
+         }});
 }
 
 template <class Class>
@@ -77,12 +87,17 @@ void useAction()
             Class read;
             const filtersErr_t result = entry.setAction(action);
             require(entry.getAction(read) == result, "an action is read");
-            require(entry.findAction<Class>() != nullptr, "an action is found");
+            const Action* found = entry.findAction<Class>();
+            require(found != nullptr, "an action is found");
+            require(entry.getActionsRef().begin()->second == found, "an action is visited");
             return result;
         },
-        [](FiltersEntry& to, const FiltersEntry& from) {
-            return to.copyActions(from.getActionsRef());
-        });
+        {[](FiltersEntry& to, const FiltersEntry& from) { return to.copyActionsFrom(from); },
+         [](FiltersEntry& to, const FiltersEntry& from) {
+             FiltersEntry::ActionMap map;
+             copy_map(map, from.getActionsRef());
+             return to.copyActions(map);
+         }});
 }
 
 } // namespace

@@ -27,6 +27,10 @@ constexpr bool HOLDS_A_LIST =
     std::is_base_of_v<MatchPorts, T> || std::is_base_of_v<MatchVlanId, T> ||
     std::is_base_of_v<ActionPorts, T> || std::is_same_v<ActionRedirect, T>;
 
+/** Whether an entry that holds nothing else allocates a block for it. */
+template <class T>
+constexpr bool NEEDS_A_BLOCK = sizeof(T) > sizeof(KindMap<Match>) - sizeof(CodeSet<filtersMatch_t>);
+
 /** Whether its message allocates. */
 template <class T>
 constexpr bool WRITES_BYTES =
@@ -210,6 +214,18 @@ filtersErr_t copy(FiltersEntry& entry, const Matches& all) { return entry.copyMa
 filtersErr_t copy(FiltersEntry& entry, const Actions& all) { return entry.copyActions(all); }
 
 template <class T>
+filtersErr_t setFrom(FiltersEntry& entry, const FiltersEntry& other)
+{
+    return isMatchClass<T> ? entry.setMatchesFrom(other) : entry.setActionsFrom(other);
+}
+
+template <class T>
+filtersErr_t copyFrom(FiltersEntry& entry, const FiltersEntry& other)
+{
+    return isMatchClass<T> ? entry.copyMatchesFrom(other) : entry.copyActionsFrom(other);
+}
+
+template <class T>
 filtersErr_t set(FiltersEntry& entry, const T& object)
 {
     if constexpr (isMatchClass<T>)
@@ -225,6 +241,15 @@ filtersErr_t get(const FiltersEntry& entry, T& object)
         return entry.getMatch(object);
     else
         return entry.getAction(object);
+}
+
+template <class T>
+filtersErr_t erase(FiltersEntry& entry)
+{
+    if constexpr (isMatchClass<T>)
+        return entry.deleteMatch(T::KIND);
+    else
+        return entry.deleteAction(T::KIND);
 }
 
 template <class T>
@@ -246,15 +271,31 @@ FiltersEntry entryWith(const T& object)
 TEST(OutOfMemory, AnEntryTakesAnObjectOfAnyClassOrStaysAsItWas)
 {
     withEachClass([](const auto& sample, const auto& other) {
+        using Class = std::decay_t<decltype(sample)>;
         const auto map = mapOf(sample);
-        for (const FiltersEntry& before : {FiltersEntry(7), entryWith(other)}) {
-            const auto expectTaken = [&](auto operation) {
-                expectUnchanged(
-                    before, [&](FiltersEntry& entry) { EXPECT_EQ(operation(entry), FILTERS_OK); });
+        const FiltersEntry source = entryWith(sample);
+        FiltersEntry full = entryWith(sample); // of all kinds but this one
+        fill(full);
+        EXPECT_EQ(erase<Class>(full), FILTERS_OK);
+        const struct {
+            FiltersEntry entry;
+            bool growsBySetting, growsByCopying;
+        } cases[] = {{FiltersEntry(7), NEEDS_A_BLOCK<Class>, NEEDS_A_BLOCK<Class>},
+                     {entryWith(other), false, NEEDS_A_BLOCK<Class>},
+                     {full, true, true}};
+        for (const auto& before : cases) {
+            const auto expectTaken = [&](bool needsBlock, auto operation) {
+                expectUnchangedIf(
+                    HOLDS_A_LIST<Class> || needsBlock, before.entry,
+                    [&](FiltersEntry& entry) { EXPECT_EQ(operation(entry), FILTERS_OK); });
             };
-            expectTaken([&](FiltersEntry& entry) { return set(entry, sample); });
-            expectTaken([&](FiltersEntry& entry) { return set(entry, map); });
-            expectTaken([&](FiltersEntry& entry) { return copy(entry, map); });
+            expectTaken(before.growsBySetting, [&](auto& entry) { return set(entry, sample); });
+            expectTaken(before.growsByCopying, [&](auto& entry) { return copy(entry, map); });
+            expectTaken(before.growsByCopying,
+                        [&](auto& entry) { return copyFrom<Class>(entry, source); });
+            expectTaken(NEEDS_A_BLOCK<Class>, [&](auto& entry) { return set(entry, map); });
+            expectTaken(NEEDS_A_BLOCK<Class>,
+                        [&](auto& entry) { return setFrom<Class>(entry, source); });
         }
     });
 }
@@ -284,18 +325,25 @@ TEST(OutOfMemory, AskingWhetherAMatchIsCompatibleCopiesIt)
 TEST(OutOfMemory, AMapIsCopiedOrStaysAsItWas)
 {
     withEachClass([](const auto& sample, const auto& other) {
-        const auto from = mapOf(sample);
-        for (const Failing failing : FAILINGS) {
-            auto to = mapOf(other);
-            const auto unchanged = [&] {
-                ASSERT_EQ(keysOf(to), keysOf(from));
-                EXPECT_TRUE(*to.begin()->second == *mapOf(other).begin()->second);
-            };
-            EXPECT_GE(failEachAllocation(
-                          failing, [&] { copy_map(to, from); }, unchanged),
-                      2u);
-            EXPECT_TRUE(*to.begin()->second == *from.begin()->second);
-        }
+        const auto expectCopied = [&](const auto& from) {
+            for (const Failing failing : FAILINGS) {
+                auto to = mapOf(other);
+                const auto unchanged = [&] {
+                    ASSERT_EQ(keysOf(to), keysOf(from));
+                    EXPECT_TRUE(*to.begin()->second == *mapOf(other).begin()->second);
+                };
+                EXPECT_GE(failEachAllocation(
+                              failing, [&] { copy_map(to, from); }, unchanged),
+                          2u);
+                EXPECT_TRUE(*to.begin()->second == *from.begin()->second);
+            }
+        };
+        expectCopied(mapOf(sample));
+        const FiltersEntry entry = entryWith(sample);
+        if constexpr (isMatchClass<std::decay_t<decltype(sample)>>)
+            expectCopied(entry.getMatchesRef());
+        else
+            expectCopied(entry.getActionsRef());
     });
 }
 

@@ -70,19 +70,31 @@ TEST(OutOfMemory, AnEntryIsNotHalfFilled)
     const policer::Policer policer = policerAt(policer::STAGE_EGRESS, 3);
     const MatchIngressPorts ports(OTHER_PORTS);
     const ActionBlockEgressPorts blocked(OTHER_PORTS);
+    Matches matches;
+    Actions actions;
+    copy_map(matches, other.getMatchesRef());
+    copy_map(actions, other.getActionsRef());
     for (const FiltersEntry& before : entries) {
         expectUnchanged(
             before, [&](auto& entry) { entry.setMatch(ports); }, 2);
         expectUnchanged(
             before, [&](auto& entry) { entry.setAction(blocked); }, 2);
         expectUnchanged(
-            before, [&](auto& entry) { entry.copyMatches(other.getMatchesRef()); }, 5);
+            before, [&](auto& entry) { entry.copyMatches(matches); }, 3);
         expectUnchanged(
-            before, [&](auto& entry) { entry.setMatches(other.getMatchesRef()); }, 5);
+            before, [&](auto& entry) { entry.copyMatchesFrom(other); }, 3);
         expectUnchanged(
-            before, [&](auto& entry) { entry.copyActions(other.getActionsRef()); }, 2);
+            before, [&](auto& entry) { entry.setMatches(matches); }, 3);
         expectUnchanged(
-            before, [&](auto& entry) { entry.setActions(other.getActionsRef()); }, 2);
+            before, [&](auto& entry) { entry.setMatchesFrom(other); }, 3);
+        expectUnchanged(
+            before, [&](auto& entry) { entry.copyActions(actions); }, 4);
+        expectUnchanged(
+            before, [&](auto& entry) { entry.copyActionsFrom(other); }, 4);
+        expectUnchanged(
+            before, [&](auto& entry) { entry.setActions(actions); }, 4);
+        expectUnchanged(
+            before, [&](auto& entry) { entry.setActionsFrom(other); }, 4);
         expectUnchanged(before, [&](auto& entry) { entry.setPolicer(policer); });
         expectUnchanged(
             before, [&](auto& entry) { entry.convertFromFiltersEntryPB(&message); }, 8);
@@ -92,9 +104,9 @@ TEST(OutOfMemory, AnEntryIsNotHalfFilled)
 TEST(OutOfMemory, AnEntryIsCopiedOrNotMade)
 {
     const FiltersEntry entry = fullEntry(7);
-    expectBadAlloc([&] { FiltersEntry copy(entry); }, 8);
+    expectBadAlloc([&] { FiltersEntry copy(entry); }, 11);
     FiltersEntry source = fullEntry(7);
-    expectBadAlloc([&] { FiltersEntry copy(std::move(source)); }, 8); // deliberately a copy
+    expectBadAlloc([&] { FiltersEntry copy(std::move(source)); }, 11); // deliberately a copy
     expectSame(source, entry);
     expectSame(entry, fullEntry(7));
 }
@@ -125,10 +137,16 @@ TEST(OutOfMemory, ARefusedAdditionLeavesTheEntry)
         before, [&](auto& entry) { EXPECT_EQ(entry.setMatch(refused), FILTERS_ERR_INVALID); }, 0);
     expectUnchanged(
         before, [&](auto& entry) { EXPECT_EQ(entry.copyMatches(matches), FILTERS_ERR_INVALID); },
-        4);
-    const Matches mixed = matchesOf(MatchSrcIPv4(ipv4("192.0.2.1")), refused);
+        2);
+    FiltersEntry other;
+    EXPECT_EQ(other.setMatches(matches), FILTERS_OK);
     expectUnchanged(
-        before, [&](auto& entry) { EXPECT_EQ(entry.setMatches(mixed), FILTERS_ERR_INVALID); }, 2);
+        before, [&](auto& entry) { EXPECT_EQ(entry.copyMatchesFrom(other), FILTERS_ERR_INVALID); },
+        2);
+    const Matches mixed =
+        matchesOf(MatchSrcIPv4(ipv4("192.0.2.1")), MatchInternalVlanId(6), refused);
+    expectUnchanged(
+        before, [&](auto& entry) { EXPECT_EQ(entry.setMatches(mixed), FILTERS_ERR_INVALID); }, 1);
 }
 
 TEST(OutOfMemory, AMapIsCopiedAsAWholeOrStaysAsItWas)
@@ -144,7 +162,7 @@ TEST(OutOfMemory, AMapIsCopiedAsAWholeOrStaysAsItWas)
         };
         EXPECT_GE(failEachAllocation(
                       failing, [&] { copy_map(to, from.getMatchesRef()); }, unchanged),
-                  5u);
+                  8u);
         EXPECT_EQ(to.size(), 5u);
     }
 }
@@ -167,6 +185,8 @@ TEST(OutOfMemory, DeletingAndComparingNeedNone)
         EXPECT_EQ(entry.copyMatches({}), FILTERS_OK);
         EXPECT_EQ(entry.setMatches({}), FILTERS_OK);
         EXPECT_EQ(entry.setActions({}), FILTERS_OK);
+        EXPECT_EQ(entry.copyMatchesFrom(entry), FILTERS_OK);
+        EXPECT_EQ(entry.setActionsFrom(entry), FILTERS_OK);
         FiltersEntry copy(entry);
         entry = std::move(copy);
     });
@@ -188,20 +208,43 @@ TEST(OutOfMemory, AGroupIsNotHalfFilled)
     const FiltersGroupPB message = other.convertToFiltersGroupPB();
 
     expectUnchanged(
-        before, [&](auto& group) { group.insertEntry(another); }, 8);
+        before, [&](auto& group) { group.insertEntry(another); }, 9);
     expectUnchanged(
-        before, [&](auto& group) { group.insertEntry(replacement); }, 8);
+        before, [&](auto& group) { group.insertEntry(replacement); }, 9);
     expectUnchanged(
-        before, [&](auto& group) { group = other; }, 16);
+        before, [&](auto& group) { group = other; }, 18);
     expectUnchanged(
-        before, [&](auto& group) { group.convertFromFiltersGroupPB(&message); }, 16);
+        before, [&](auto& group) { group.convertFromFiltersGroupPB(&message); }, 18);
+}
+
+TEST(OutOfMemory, AnEntryIsTakenOverOrStaysWhereItIs)
+{
+    for (const Failing failing : FAILINGS)
+        for (const filtersEntryId_t id : std::initializer_list<filtersEntryId_t>{5, 6}) {
+            FiltersGroup group = fullGroup();
+            const bool isReplaced = group.getEntriesRef().count(id) != 0;
+            FiltersEntry entry = otherEntry(id);
+            EXPECT_EQ(failEachAllocation(
+                          failing,
+                          [&] { EXPECT_EQ(group.takeEntry(std::move(entry)), FILTERS_OK); },
+                          [&] {
+                              expectSame(group, fullGroup());
+                              expectSame(entry, otherEntry(id));
+                          }),
+                      isReplaced ? 1u : 2u); // the action of the policer, and perhaps a node
+            FiltersGroup expected = fullGroup();
+            EXPECT_EQ(expected.insertEntry(otherEntry(id)), FILTERS_OK);
+            expectSame(group, expected);
+            EXPECT_TRUE(entry.getMatchesRef().empty());
+            EXPECT_TRUE(entry.getActionsRef().empty());
+        }
 }
 
 TEST(OutOfMemory, AGroupIsCopiedOrNotMade)
 {
     const FiltersGroup group = fullGroup();
-    expectBadAlloc([&] { FiltersGroup copy(group); }, 24);
-    expectBadAlloc([&] { group.getEntries(); }, 24);
+    expectBadAlloc([&] { FiltersGroup copy(group); }, 36);
+    expectBadAlloc([&] { group.getEntries(); }, 36);
     expectSame(group, fullGroup());
 }
 
@@ -218,6 +261,8 @@ TEST(OutOfMemory, WhatChangesNoEntryNeedsNone)
         EXPECT_FALSE(group != same);
         EXPECT_EQ(group.insertEntry(refused), FILTERS_ERR_MATCH_NOT_ALLOWED);
         EXPECT_EQ(group.insertEntry(limited), FILTERS_ERR_POLICER_STAGE);
+        EXPECT_EQ(group.takeEntry(std::move(refused)), FILTERS_ERR_MATCH_NOT_ALLOWED);
+        EXPECT_EQ(group.takeEntry(std::move(limited)), FILTERS_ERR_POLICER_STAGE);
         EXPECT_EQ(group.setStage(GROUP_STAGE_3), FILTERS_ERR_TYPE_NOT_ALLOWED);
         EXPECT_EQ(group.setStage(GROUP_STAGE_2), FILTERS_OK);
         EXPECT_EQ(group.setType(GROUP_TYPE_8), FILTERS_ERR_MATCH_NOT_ALLOWED);

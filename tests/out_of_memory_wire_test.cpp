@@ -49,8 +49,9 @@ void withEachSample(Function function)
 
 bool needsMemory(const FiltersEntry& entry)
 {
-    return !entry.getMatchesRef().empty() || !entry.getActionsRef().empty() ||
-           !entry.getPolicer().GetActions().empty();
+    const std::size_t before = allocationTotals().count;
+    const FiltersEntry copy(entry);
+    return allocationTotals().count != before;
 }
 
 bool needsMemory(const FiltersGroup& group) { return !group.getEntriesRef().empty(); }

@@ -217,6 +217,13 @@ FILTERS_COMMON_EACH_MATCH_KIND(FILTERS_COMMON_HAS_ROW)
 FILTERS_COMMON_EACH_ACTION_KIND(FILTERS_COMMON_HAS_ROW)
 #undef FILTERS_COMMON_HAS_ROW
 
+/** Sets the sample of every class. An entry without IPv6 addresses takes all but these. */
+inline void fill(FiltersEntry& entry)
+{
+    MatchClasses::forEach([&](auto row) { entry.setMatch(row.sample()); });
+    ActionClasses::forEach([&](auto row) { entry.setAction(row.sample()); });
+}
+
 template <class Classes>
 std::set<std::uint32_t> codesWithoutValues()
 {

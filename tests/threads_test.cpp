@@ -274,10 +274,10 @@ TEST(Threads, ReadOneEntryAndItsObjects)
         for (int round = 0; round < 10; ++round) {
             MatchIngressPorts ports{std::list<limid_t>()};
             EXPECT_EQ(entry.getMatch(ports), FILTERS_OK);
-            EXPECT_TRUE(*entry.getMatchesRef().at(MATCH_INGRESS_PORTS) == ports);
+            EXPECT_TRUE(*entry.getMatchesRef().find(MATCH_INGRESS_PORTS)->second == ports);
             FiltersEntry copy(9);
-            EXPECT_EQ(copy.setMatches(entry.getMatchesRef()), FILTERS_OK);
-            EXPECT_EQ(copy.setActions(entry.getActionsRef()), FILTERS_OK);
+            EXPECT_EQ(copy.setMatchesFrom(entry), FILTERS_OK);
+            EXPECT_EQ(copy.setActionsFrom(entry), FILTERS_OK);
             EXPECT_TRUE(entry.isL3CompatibleMatch(ports));
             for (const auto& sample : samples) {
                 EXPECT_TRUE(*sample.copy() == *sample.object);

@@ -38,8 +38,11 @@ void walkBoth(const Map& a, const Map& b, Function&& function)
         const bool takesRight =
             left == a.end() || (right != b.end() && !(left->first < right->first));
         const auto key = takesLeft ? left->first : right->first;
-        function(key, takesLeft ? &(left++)->second : nullptr,
-                 takesRight ? &(right++)->second : nullptr);
+        function(key, takesLeft ? &left->second : nullptr, takesRight ? &right->second : nullptr);
+        if (takesLeft)
+            ++left;
+        if (takesRight)
+            ++right;
     }
 }
 
@@ -207,8 +210,8 @@ private:
     void addChanges(const Map& a, const Map& b, Name&& nameOfKind)
     {
         walkBoth(a, b, [&](auto kind, const auto* left, const auto* right) {
-            addChange(nameOfKind(kind), left == nullptr ? nullptr : left->get(),
-                      right == nullptr ? nullptr : right->get());
+            addChange(nameOfKind(kind), left == nullptr ? nullptr : *left,
+                      right == nullptr ? nullptr : *right);
         });
     }
 

@@ -99,7 +99,7 @@ private:
         if (nextId_ == MOST_ENTRIES)
             return tooManyEntries();
         entry.setId(static_cast<filtersEntryId_t>(nextId_));
-        if (const filtersErr_t error = group_.insertEntry(entry); error != FILTERS_OK)
+        if (const filtersErr_t error = group_.takeEntry(std::move(entry)); error != FILTERS_OK)
             return "entry " + std::to_string(nextId_) + " is refused: " + filtersErrName(error);
         ++nextId_;
         return std::nullopt;

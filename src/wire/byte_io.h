@@ -70,18 +70,16 @@ public:
     void number(Field, std::uint32_t number)
     {
         reserve(NumberTag<Field>::SIZE + MAX_VARINT);
-        putTag<NumberTag<Field>>();
-        putVarint(widened<Field>(number));
+        end_ = putVarint(putTag<NumberTag<Field>>(end_), widened<Field>(number));
     }
 
     template <class Field>
     void bytes(Field, std::string_view bytes)
     {
         reserve(LengthTag<Field>::SIZE + MAX_VARINT + bytes.size());
-        putTag<LengthTag<Field>>();
-        putVarint(bytes.size());
-        std::memcpy(end_, bytes.data(), bytes.size());
-        end_ += bytes.size();
+        char* const start = putVarint(putTag<LengthTag<Field>>(end_), bytes.size());
+        std::memcpy(start, bytes.data(), bytes.size());
+        end_ = start + bytes.size();
     }
 
     template <class Field>
@@ -99,8 +97,7 @@ public:
     void message(Field, Fill fill)
     {
         reserve(LengthTag<Field>::SIZE + MAX_VARINT);
-        putTag<LengthTag<Field>>();
-        ++end_; // leaves room for the length: one byte, unless the part is long
+        end_ = putTag<LengthTag<Field>>(end_) + 1; // the length: one byte, unless the part is long
         const std::size_t start = size();
         ++depth_;
         fill(*this);
@@ -145,18 +142,22 @@ private:
         heap_ = std::move(larger);
     }
 
+    // These write from a place on and return where they ended: the compiler would have to assume
+    // that each byte written through end_ changes end_ itself.
+
     template <class Tag>
-    void putTag()
+    static char* putTag(char* place)
     {
-        for (std::size_t i = 0; i < Tag::SIZE; ++i)
-            *end_++ = Tag::BYTES[i];
+        std::memcpy(place, Tag::BYTES.data(), Tag::SIZE);
+        return place + Tag::SIZE;
     }
 
-    void putVarint(std::uint64_t number)
+    static char* putVarint(char* place, std::uint64_t number)
     {
         for (; number >= 0x80; number >>= 7)
-            *end_++ = static_cast<char>((number & 0x7F) | 0x80);
-        *end_++ = static_cast<char>(number);
+            *place++ = static_cast<char>((number & 0x7F) | 0x80);
+        *place++ = static_cast<char>(number);
+        return place;
     }
 
     /** Writes the length of the part that starts at @p start into the byte before it. */
@@ -170,9 +171,7 @@ private:
                 ++extra;
             std::memmove(begin_ + start + extra, begin_ + start, length);
         }
-        end_ = begin_ + start - 1;
-        putVarint(length);
-        end_ += length;
+        end_ = putVarint(begin_ + start - 1, length) + length;
     }
 
     /** Passes on everything written so far, all of which is complete, as no part is open. */
@@ -230,20 +229,19 @@ public:
     }
 
     template <class Field, class Use>
-    void message(Field field, Use use)
+    void message(Field, Use use)
     {
-        ByteReader part(bytes(field));
-        if (!understood_)
-            return;
-        use(part);
-        understood_ = part.understood_ && part.next_ == part.end_;
+        take<LengthTag<Field>>();
+        usePart(use);
     }
 
     template <class Field, class Use>
-    void elements(Field field, Use use)
+    void elements(Field, Use use)
     {
-        while (understood_ && isNext<LengthTag<Field>>())
-            message(field, use);
+        while (understood_ && isNext<LengthTag<Field>>()) {
+            next_ += LengthTag<Field>::SIZE;
+            usePart(use);
+        }
     }
 
     static constexpr bool MAY_GIVE_UP = true;
@@ -271,7 +269,15 @@ private:
             giveUp();
     }
 
-    std::uint64_t varint()
+    /** Most numbers take one byte, and are read in line. */
+    [[gnu::always_inline]] std::uint64_t varint()
+    {
+        if (next_ != end_ && static_cast<unsigned char>(*next_) < 0x80)
+            return static_cast<unsigned char>(*next_++);
+        return longVarint();
+    }
+
+    [[gnu::noinline]] std::uint64_t longVarint()
     {
         std::uint64_t number = 0;
         for (unsigned shift = 0; shift < 7 * MAX_VARINT && next_ != end_; shift += 7) {
@@ -297,6 +303,17 @@ private:
         const std::string_view bytes(next_, static_cast<std::size_t>(length));
         next_ += length;
         return bytes;
+    }
+
+    /** Calls @p use to read a part, all of which it must understand. */
+    template <class Use>
+    void usePart(Use& use)
+    {
+        ByteReader reader(part());
+        if (!understood_)
+            return;
+        use(reader);
+        understood_ = reader.understood_ && reader.next_ == reader.end_;
     }
 
     void giveUp()

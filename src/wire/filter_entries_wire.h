@@ -9,13 +9,12 @@
 #include "filter_counter_rows.h"
 #include "filter_entries_rows.h"
 #include "filter_matches_rows.h"
+#include "kind_map.h"
 #include "kinds.h"
 #include "left_out.h"
-#include "ordered_maps.h"
 #include "policers.h"
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -26,18 +25,24 @@ namespace FiltersCommon {
  * Writes and reads entries, with the writers and readers of message_io.h and byte_io.h.
  */
 struct EntryWire {
+    /** Where the matches and actions of an entry wait until all of it is read. */
+    struct Stages {
+        KindStage<Match> matches;
+        KindStage<Action> actions;
+    };
+
     template <class Writer>
     static void write(Writer& writer, const FiltersEntry& entry)
     {
         EntryRows::of(&entry).write(writer, entry);
         writePolicer<entry_fields::policer_>(writer, entry.policer_);
-        writer.elements(entry_fields::matches_(), entry.matches_,
-                        [](auto& element, const auto& match) {
-                            writeByKind<MatchKinds, match_fields::type_>(element, *match.second);
+        writer.elements(entry_fields::matches_(), Objects(entry.matches_),
+                        [](auto& element, const Match& match) {
+                            writeByKind<MatchKinds, match_fields::type_>(element, match);
                         });
-        writer.elements(entry_fields::actions_(), entry.actions_,
-                        [](auto& element, const auto& action) {
-                            writeByKind<ActionKinds, action_fields::type_>(element, *action.second);
+        writer.elements(entry_fields::actions_(), Objects(entry.actions_),
+                        [](auto& element, const Action& action) {
+                            writeByKind<ActionKinds, action_fields::type_>(element, action);
                         });
         writer.message(entry_fields::counter_(), [&](auto& part) {
             CounterRows::of(&entry.counter_).write(part, entry.counter_);
@@ -45,16 +50,16 @@ struct EntryWire {
     }
 
     /**
-     * Reads all but the policer into @p fresh, an empty entry whose matches are to be added to
-     * @p held. Unknown kinds and matches that would combine IPv4 and IPv6 are left out and, unless
-     * it is null, reported to @p leftOut.
+     * Reads all but the policer into @p fresh and the stages, which must be empty; the matches are
+     * to be added to those of the kinds @p held. Unknown kinds and matches that would combine IPv4
+     * and IPv6 are left out and, unless it is null, reported to @p leftOut.
      * @return the bytes of the policer, valid as long as the input. The policer is built from them
      * only once the reader is known to have understood everything, as the policer library may
      * refuse or report bytes.
      */
     template <class Reader>
-    static std::string_view readAllButPolicer(Reader& reader, FiltersEntry& fresh,
-                                              const FiltersEntry::MatchMap& held, LeftOut* leftOut,
+    static std::string_view readAllButPolicer(Reader& reader, FiltersEntry& fresh, Stages& stages,
+                                              CodeSet<filtersMatch_t> held, LeftOut* leftOut,
                                               std::size_t place = 0)
     {
         EntryRows::of(&fresh).read(reader, fresh);
@@ -63,16 +68,16 @@ struct EntryWire {
             const auto kind = fromNumber<filtersMatch_t>(element.number(match_fields::type_()));
             const auto report = [&](filtersRefusalReason_t reason) {
                 if (leftOut != nullptr)
-                    leftOut->match(place, fresh.id_, kind, reason, fresh.matches_);
+                    leftOut->match(place, fresh.id_, kind, reason, stages.matches.kinds());
             };
-            if (!isL3Compatible(kind, held) || !isL3Compatible(kind, fresh.matches_))
+            if (!isL3Compatible(kind, held | stages.matches.kinds()))
                 report(REFUSAL_IPV4_WITH_IPV6);
-            else if (!readByKind<MatchKinds>(element, kind, fresh.matches_))
+            else if (!readByKind<MatchKinds>(element, kind, stages.matches))
                 report(REFUSAL_UNKNOWN_MATCH_KIND);
         });
         reader.elements(entry_fields::actions_(), [&](auto& element) {
             const auto kind = fromNumber<filtersAction_t>(element.number(action_fields::type_()));
-            if (!readByKind<ActionKinds>(element, kind, fresh.actions_) && leftOut != nullptr)
+            if (!readByKind<ActionKinds>(element, kind, stages.actions) && leftOut != nullptr)
                 leftOut->action(place, fresh.id_, kind, REFUSAL_UNKNOWN_ACTION_KIND);
         });
         reader.message(entry_fields::counter_(), [&](auto& part) {
@@ -81,10 +86,18 @@ struct EntryWire {
         return policer;
     }
 
-    /** For an entry whose bytes were understood. */
+    /** Moves what was read into an entry without matches and actions. */
+    static void take(FiltersEntry& entry, Stages& stages)
+    {
+        entry.matches_.take(stages.matches);
+        entry.actions_.take(stages.actions);
+    }
+
+    /** For an entry without a policer whose bytes were understood. */
     static void setPolicer(FiltersEntry& entry, std::string_view bytes)
     {
-        entry.policer_ = policerOf(bytes);
+        if (!isNoPolicer(bytes))
+            entry.policer_ = policer::Policer(std::string(bytes));
     }
 
     /**
@@ -95,18 +108,22 @@ struct EntryWire {
     static bool read(Reader& reader, FiltersEntry& entry, LeftOut* leftOut = nullptr)
     {
         FiltersEntry fresh;
-        const std::string_view policer = readAllButPolicer(reader, fresh, entry.matches_, leftOut);
+        Stages stages;
+        const std::string_view policer =
+            readAllButPolicer(reader, fresh, stages, entry.matches_.kinds(), leftOut);
         if (!reader.understood())
             return false;
         setPolicer(fresh, policer);
+        auto matchesMemory = entry.matches_.memoryFor(stages.matches);
+        auto actionsMemory = entry.actions_.memoryFor(stages.actions);
 
         // From here on nothing can fail.
         entry.id_ = fresh.id_;
         entry.priority_ = fresh.priority_;
         entry.policer_ = std::move(fresh.policer_);
         entry.counter_ = fresh.counter_;
-        moveNodes(entry.matches_, fresh.matches_);
-        moveNodes(entry.actions_, fresh.actions_);
+        entry.matches_.take(stages.matches, std::move(matchesMemory));
+        entry.actions_.take(stages.actions, std::move(actionsMemory));
         return true;
     }
 
@@ -132,14 +149,12 @@ private:
     }
 
     /** @return false if the kind is unknown */
-    template <class Kinds, class Reader, class Map>
-    static bool readByKind(Reader& reader, typename Map::key_type code, Map& objects)
+    template <class Kinds, class Reader, class Base>
+    static bool readByKind(Reader& reader, typename Kinds::Code code, KindStage<Base>& stage)
     {
         return Kinds::dispatch(code, false, [&](auto kind) {
             using Class = ClassOf<decltype(kind)>;
-            auto object = std::make_unique<Class>();
-            rowsOf<Class>().read(reader, *object);
-            storeByKind(objects, std::move(object));
+            rowsOf<Class>().read(reader, stage.template make<Class>());
             return true;
         });
     }

@@ -38,21 +38,21 @@ struct GroupWire {
     {
         FiltersGroup fresh(0);
         GroupRows::of(&fresh).read(reader, fresh);
-        // All entries, also those that will not stay, until everything is known to be understood.
         std::vector<ReadEntry> waiting;
         std::size_t place = 0;
         reader.elements(group_fields::entries_(), [&](auto& element) {
-            ReadEntry entry = readEntry(element, place, leftOut);
-            if constexpr (Reader::MAY_GIVE_UP)
+            ReadEntry entry = readEntry(element, place++, leftOut);
+            // A policer is made only when everything is known to be understood, and entries stay in
+            // their order.
+            if (Reader::MAY_GIVE_UP && !(waiting.empty() && isNoPolicer(entry.policer)))
                 waiting.push_back(std::move(entry));
             else
-                admit(fresh, std::move(entry), place, leftOut);
-            ++place;
+                admit(fresh, entry, leftOut);
         });
         if (!reader.understood())
             return false;
-        for (place = 0; place < waiting.size(); ++place)
-            admit(fresh, std::move(waiting[place]), place, leftOut);
+        for (ReadEntry& entry : waiting)
+            admit(fresh, entry, leftOut);
 
         // From here on nothing can fail.
         moveNodes(group.entries_, fresh.entries_);
@@ -62,22 +62,26 @@ struct GroupWire {
     }
 
 private:
-    /** An entry, still without its policer, in the map node that will be moved into the group. */
+    /** An entry, in the map node that will be moved into the group. */
     struct ReadEntry {
         FiltersGroup::EntryMap::node_type node;
-        std::string_view policer;
+        std::string_view policer; /**< the bytes of the policer that the entry does not have yet */
+        std::size_t place;
     };
 
     template <class Reader>
     static ReadEntry readEntry(Reader& reader, std::size_t place, LeftOut* leftOut)
     {
         FiltersGroup::EntryMap fresh;
+        FiltersEntry& entry = fresh[0];
+        EntryWire::Stages stages;
         const std::string_view policer =
-            EntryWire::readAllButPolicer(reader, fresh[0], {}, leftOut, place);
-        return {fresh.extract(fresh.begin()), policer};
+            EntryWire::readAllButPolicer(reader, entry, stages, {}, leftOut, place);
+        EntryWire::take(entry, stages);
+        return {fresh.extract(fresh.begin()), policer, place};
     }
 
-    static void admit(FiltersGroup& group, ReadEntry read, std::size_t place, LeftOut* leftOut)
+    static void admit(FiltersGroup& group, ReadEntry& read, LeftOut* leftOut)
     {
         FiltersEntry& entry = read.node.mapped();
         EntryWire::setPolicer(entry, read.policer);
@@ -85,7 +89,7 @@ private:
             read.node.key() = entry.getId();
             moveNode(group.entries_, std::move(read.node));
         } else if (leftOut != nullptr) {
-            leftOut->entry(place, entry, group.stage_, group.type_);
+            leftOut->entry(read.place, entry, group.stage_, group.type_);
         }
     }
 };

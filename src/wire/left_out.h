@@ -4,6 +4,7 @@
 #ifndef FILTER_COMMON_SRC_WIRE_LEFT_OUT_H
 #define FILTER_COMMON_SRC_WIRE_LEFT_OUT_H
 
+#include "filter_code_set.h"
 #include "filter_entries.h"
 
 #include <cstddef>
@@ -16,9 +17,9 @@ namespace FiltersCommon {
  */
 class LeftOut {
 public:
-    /** @p read are the matches of the entry that were read before. */
+    /** @p read are the kinds of the entry's matches that were read before. */
     virtual void match(std::size_t place, filtersEntryId_t entry, filtersMatch_t kind,
-                       filtersRefusalReason_t reason, const FiltersEntry::MatchMap& read) = 0;
+                       filtersRefusalReason_t reason, CodeSet<filtersMatch_t> read) = 0;
     virtual void action(std::size_t place, filtersEntryId_t entry, filtersAction_t kind,
                         filtersRefusalReason_t reason) = 0;
     /** A group of this stage and type does not admit the entry. */

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <sstream>
 #include <typeinfo>
+#include <utility>
 
 using namespace FiltersCommon;
 
@@ -49,19 +50,32 @@ int main()
 
     // What the library made is of the classes that are known here, and the other way round.
     const FiltersEntry copy(entry);
-    const Match& ttl = *copy.getMatchesRef().at(MATCH_TTL);
+    const Match& ttl = *copy.getMatchesRef().find(MATCH_TTL)->second;
     require(typeid(ttl) == typeid(MatchTTL), "typeid");
     require(dynamic_cast<const MatchTTL*>(&ttl) != nullptr, "dynamic_cast");
-    require(FiltersEntry::validMatchTypes.count(static_cast<std::uint32_t>(
-                typeid(MatchTTL).hash_code())) == 1,
+    require(FiltersEntry::validMatchTypes.count(
+                static_cast<std::uint32_t>(typeid(MatchTTL).hash_code())) == 1,
             "the hash of a class");
     require(ttl == OwnMatch(), "an object of ours is compared");
+    for (const auto& [kind, match] : copy.getMatchesRef())
+        require(match->getType() == kind, "matches are visited");
+    FiltersEntry::MatchMap ours;
+    copy_map(ours, copy.getMatchesRef());
+    require(ours.size() == 2, "matches are copied into a map of ours");
+    FiltersEntry another(8);
+    require(another.setMatches(ours) == FILTERS_OK && another.copyActionsFrom(copy) == FILTERS_OK,
+            "an entry copies from a map of ours and from an entry");
     require(dump(ttl).find("64") != std::string::npos, "a match is printed");
     require(dump(copy.getCounter()).find("9") != std::string::npos, "a counter is printed");
 
     FiltersGroup group(1);
     group.setPriority(5);
     require(group.insertEntry(entry) == FILTERS_ERR_MATCH_NOT_ALLOWED, "type 0 admits no match");
+    require(another.setMatches({}) == FILTERS_OK &&
+                group.takeEntry(std::move(another)) == FILTERS_OK,
+            "a group takes an entry over");
+    require(another.getActionsRef().empty() && group.removeEntry(8) == FILTERS_OK,
+            "an entry that was taken over");
     require(FiltersGroup::TypeDescription_.size() == 10, "the table of the types");
     try {
         FiltersSerialized none;
