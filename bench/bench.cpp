@@ -1,5 +1,5 @@
 /**
- * Times every operation with Google Benchmark, and counts what it allocates.
+ * Times every operation with Google Benchmark.
  *
  *     filter_bench [--rules=FILE] [--sizes=N,N,...] [--repetitions=N] [options of Google Benchmark]
  *
@@ -65,12 +65,7 @@ void measure(benchmark::State& state, const Operation& operation)
         state.SetIterationTime(processorSeconds() - begin);
         operation.clear();
     }
-    const auto rules = static_cast<double>(operation.rules);
-    // A run that is not timed.
-    const Allocations allocations = allocationsOf(operation);
-    state.counters["rules"] = rules;
-    state.counters["allocations"] = static_cast<double>(allocations.count) / rules;
-    state.counters["live_bytes"] = static_cast<double>(allocations.live) / rules;
+    state.counters["rules"] = static_cast<double>(operation.rules);
 }
 
 void registerAll(const std::vector<Workload>& workloads, int repetitions, Progress& progress)

@@ -1,7 +1,7 @@
 /**
  * Counts, once for each operation, what does not vary from run to run.
  *
- *     filter_counts [--rules=FILE] [--sizes=N,N,...] [--subject=NAME] allocations | instructions
+ *     filter_counts [--rules=FILE] [--sizes=N,N,...] allocations | instructions
  *
  * Prints for each operation a line with its title, its number of rules, and for "allocations" how
  * many allocations it made and how many more bytes are allocated after it. "instructions" runs
@@ -35,7 +35,11 @@ void countAllocations(const std::string& title, const Description& description,
                       const Workload& workload)
 {
     const Operation operation = description.make(workload.rules);
-    const Allocations allocations = allocationsOf(operation);
+    operation.prepare();
+    startCounting();
+    operation.run();
+    const Allocations allocations = stopCounting();
+    operation.clear();
     std::printf("%s %zu %zu %lld\n", title.c_str(), operation.rules, allocations.count,
                 static_cast<long long>(allocations.live));
 }
@@ -111,13 +115,12 @@ void countInAChild(Count count, const std::string& title, const Description& des
         throw std::runtime_error(title + " was not counted");
 }
 
-void countAll(const std::vector<Workload>& workloads, const std::string& subject, Count count)
+void countAll(const std::vector<Workload>& workloads, Count count)
 {
     for (const Workload& workload : workloads)
         for (const Description& description : allOperations())
-            if (subject.empty() || subject == description.subject)
-                countInAChild(count, description.title() + "/" + std::to_string(workload.size),
-                              description, workload);
+            countInAChild(count, description.title() + "/" + std::to_string(workload.size),
+                          description, workload);
 }
 
 } // namespace
@@ -127,10 +130,9 @@ int main(int argc, char** argv)
     try {
         keepMemory();
         const std::vector<Workload> workloads = takeWorkloads(argc, argv);
-        const std::string subject = takeOption(argc, argv, "subject").value_or("");
         if (argc != 2)
             throw std::runtime_error("say what to count: allocations or instructions");
-        countAll(workloads, subject, countOf(argv[1]));
+        countAll(workloads, countOf(argv[1]));
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "filter_counts: " << error.what() << "\n";

@@ -13,17 +13,9 @@ namespace bench {
 
 using namespace FiltersCommon;
 
-FiltersGroup emptyGroup()
+FiltersEntry entryOf(std::size_t id, const Rule& rule)
 {
-    FiltersGroup group(1);
-    group.setType(GROUP_TYPE_3);
-    return group;
-}
-
-namespace {
-
-void fill(FiltersEntry& entry, const Rule& rule)
-{
+    FiltersEntry entry(static_cast<filtersEntryId_t>(id));
     entry.setPriority(rule.priority);
     if (rule.source.mask.s_addr != 0)
         entry.setMatch(MatchSrcIPv4(rule.source.value, rule.source.mask));
@@ -41,22 +33,15 @@ void fill(FiltersEntry& entry, const Rule& rule)
         entry.setAction(ActionDeny());
     else
         entry.setAction(ActionPermit());
-}
-
-} // namespace
-
-FiltersEntry entryOf(std::size_t id, const Rule& rule)
-{
-    FiltersEntry entry(static_cast<filtersEntryId_t>(id));
-    fill(entry, rule);
     return entry;
 }
 
 FiltersGroup groupOf(const Rules& rules)
 {
-    FiltersGroup group = emptyGroup();
+    FiltersGroup group(1);
+    group.setType(GROUP_TYPE_3);
     for (std::size_t id = 0; id < rules.size(); ++id)
-        group.insertEntry(entryOf(id, rules[id]));
+        group.takeEntry(entryOf(id, rules[id]));
     return group;
 }
 
@@ -78,18 +63,7 @@ SharedGroup sharedGroupOf(const Rules& rules)
 
 // ---------------------------------------------------------------------------------- whole groups
 
-Operation build(const Rules& rules)
-{
-    return making(rules.size(), [rules] {
-        std::vector<FiltersEntry> entries;
-        entries.reserve(rules.size());
-        for (std::size_t id = 0; id < rules.size(); ++id)
-            fill(entries.emplace_back(static_cast<filtersEntryId_t>(id)), rules[id]);
-        return entries;
-    });
-}
-
-Operation groupBuild(const Rules& rules)
+Operation groupTake(const Rules& rules)
 {
     return making(rules.size(), [rules] { return groupOf(rules); });
 }
@@ -143,7 +117,7 @@ Operation textWalk(const Rules& rules)
 
 Operation destroy(const Rules& rules)
 {
-    return freeing(rules.size(), [group = groupOf(rules)] { return FiltersGroup(group); });
+    return freeing(rules.size(), [rules] { return groupOf(rules); });
 }
 
 Operation stageChange(const Rules& rules)
@@ -192,18 +166,6 @@ struct Sixteenth {
     std::vector<FiltersEntry> entries;
 };
 
-/** The minimum that an insertion has to allocate. */
-Operation nodeCopy(const Rules& rules)
-{
-    const auto some = std::make_shared<Sixteenth>(rules);
-    return making(some->entries.size(), [some] {
-        FiltersGroup::EntryMap copies;
-        for (const FiltersEntry& entry : some->entries)
-            copies.emplace_hint(copies.end(), entry.getId(), entry);
-        return copies;
-    });
-}
-
 Operation insertion(const Rules& rules)
 {
     auto some = std::make_shared<Sixteenth>(rules);
@@ -230,13 +192,14 @@ Operation removal(const Rules& rules)
 
 Operation listing(const Rules& rules)
 {
-    return asking(rules.size(), [group = sharedGroupOf(rules)] {
-        entriesStruct listed{};
-        filtersGroupGetEntries(group.get(), &listed);
-        const bool complete = listed.count == static_cast<int>(group->getEntriesRef().size());
-        deleteFiltersEntriesStruct(&listed);
-        return complete;
-    });
+    auto listed = std::make_shared<entriesStruct>();
+    Operation operation;
+    operation.rules = rules.size();
+    operation.run = [listed, group = sharedGroupOf(rules)] {
+        filtersGroupGetEntries(group.get(), listed.get());
+    };
+    operation.clear = [listed] { deleteFiltersEntriesStruct(listed.get()); };
+    return operation;
 }
 
 } // namespace
@@ -244,22 +207,13 @@ Operation listing(const Rules& rules)
 Descriptions filtersOperations()
 {
     return {
-        {"filters", "build", build},
-        {"filters", "group_build", groupBuild},
-        {"filters", "to_bytes", toBytes},
-        {"filters", "from_bytes", fromBytes},
-        {"filters", "copy", copy},
-        {"filters", "equality", equality},
-        {"filters", "text", text},
-        {"filters", "text_walk", textWalk},
-        {"filters", "destroy", destroy},
-        {"filters", "stage_change", stageChange},
-        {"filters", "type_change", typeChange},
-        {"filters", "node_copy", nodeCopy},
-        {"filters", "insertion", insertion},
-        {"filters", "replacement", replacement},
-        {"filters", "removal", removal},
-        {"filters", "listing", listing},
+        {"filters", "group_take", groupTake},     {"filters", "to_bytes", toBytes},
+        {"filters", "from_bytes", fromBytes},     {"filters", "copy", copy},
+        {"filters", "equality", equality},        {"filters", "text", text},
+        {"filters", "text_walk", textWalk},       {"filters", "destroy", destroy},
+        {"filters", "stage_change", stageChange}, {"filters", "type_change", typeChange},
+        {"filters", "insertion", insertion},      {"filters", "replacement", replacement},
+        {"filters", "removal", removal},          {"filters", "listing", listing},
     };
 }
 

@@ -8,15 +8,12 @@
 
 #include <filter_groups.h>
 
-#include <memory>
 #include <string>
 
 namespace bench {
 
-/** A group whose stage and type admit five-tuples. */
-FiltersCommon::FiltersGroup emptyGroup();
-
 FiltersCommon::FiltersEntry entryOf(std::size_t id, const Rule& rule);
+/** Gives each rule up to the group. */
 FiltersCommon::FiltersGroup groupOf(const Rules& rules);
 std::string bytesOf(const FiltersCommon::FiltersGroup& group);
 

@@ -16,7 +16,8 @@ Entries entriesOf(const Rules& rules)
     Entries entries;
     entries.reserve(rules.size());
     for (std::size_t id = 0; id < rules.size(); ++id)
-        entries.push_back(entryOf(id, rules[id]));
+        // Assigned, because only assignment moves an entry.
+        entries.emplace_back() = entryOf(id, rules[id]);
     return entries;
 }
 
@@ -69,6 +70,11 @@ Operation matchDelete(const Rules& rules)
     return operation;
 }
 
+Operation entryBuild(const Rules& rules)
+{
+    return making(rules.size(), [rules] { return entriesOf(rules); });
+}
+
 Operation entryCopy(const Rules& rules)
 {
     auto copies = std::make_shared<Entries>();
@@ -117,6 +123,7 @@ Descriptions filtersEntryOperations()
         {"filters", "match_set", matchSet},
         {"filters", "match_get", matchGet},
         {"filters", "match_delete", matchDelete},
+        {"filters", "entry_build", entryBuild},
         {"filters", "entry_copy", entryCopy},
         {"filters", "entry_to_bytes", entryToBytes},
         {"filters", "entry_from_bytes", entryFromBytes},

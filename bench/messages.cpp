@@ -2,9 +2,8 @@
  * The rules as bare messages of the library's own schema, as in a program that uses the generated
  * classes as its data model. "messages" are on the heap, "arena" on an arena each.
  */
-#include "messages.h"
-
 #include "operations.h"
+#include "peers.h"
 
 #include "filter_groups.pb.h"
 
@@ -12,7 +11,6 @@
 #include <policer_common.h>
 
 #include <google/protobuf/arena.h>
-#include <google/protobuf/util/message_differencer.h>
 
 #include <cstdint>
 
@@ -20,7 +18,6 @@ namespace bench {
 
 using namespace FiltersCommon;
 using google::protobuf::Arena;
-using google::protobuf::util::MessageDifferencer;
 
 namespace {
 
@@ -131,30 +128,16 @@ Operation build(const Rules& rules)
     return making(rules.size(), [rules] { return treeOf<Tree>(rules); });
 }
 
-/** Builds each rule separately, then copies it into the group. */
-template <class Tree>
-Operation groupBuild(const Rules& rules)
-{
-    return making(rules.size(), [rules] {
-        const std::string policer = policer::Policer().Serialize();
-        Tree tree;
-        tree->mutable_entries_()->Reserve(static_cast<int>(rules.size()));
-        for (std::size_t id = 0; id < rules.size(); ++id) {
-            FiltersEntryPB entry;
-            fillEntry(&entry, id, rules[id], policer);
-            tree->add_entries_()->CopyFrom(entry);
-        }
-        return tree;
-    });
-}
-
 template <class Tree>
 Operation toBytes(const Rules& rules)
 {
     return making(rules.size(), [tree = sharedTreeOf<Tree>(rules)] { return bytesOf(*tree); });
 }
 
-/** Builds the messages only to serialize them, as if they were not the data model. */
+/**
+ * Builds the messages only to serialize them, as if they were not the data model. They are in the
+ * way afterwards, so freeing them belongs to it.
+ */
 template <class Tree>
 Operation treeToBytes(const Rules& rules)
 {
@@ -181,20 +164,14 @@ Operation copy(const Rules& rules)
     });
 }
 
+/** By their bytes: comparing message by message takes ten times as long. */
 template <class Tree>
 Operation equality(const Rules& rules)
 {
-    const auto one = sharedTreeOf<Tree>(rules);
-    const auto other = sharedTreeOf<Tree>(rules);
-    return asking(rules.size(), [=] { return MessageDifferencer::Equals(**one, **other); });
-}
-
-template <class Tree>
-Operation equalityOfBytes(const Rules& rules)
-{
-    const auto one = sharedTreeOf<Tree>(rules);
-    const auto other = sharedTreeOf<Tree>(rules);
-    return asking(rules.size(), [=] { return bytesOf(*one) == bytesOf(*other); });
+    return asking(rules.size(),
+                  [one = sharedTreeOf<Tree>(rules), other = sharedTreeOf<Tree>(rules)] {
+                      return bytesOf(*one) == bytesOf(*other);
+                  });
 }
 
 template <class Tree>
@@ -215,13 +192,11 @@ void addOperations(Descriptions& to, const char* subject)
 {
     to.insert(to.end(), {
                             {subject, "build", build<Tree>},
-                            {subject, "group_build", groupBuild<Tree>},
                             {subject, "to_bytes", toBytes<Tree>},
                             {subject, "tree_to_bytes", treeToBytes<Tree>},
                             {subject, "from_bytes", fromBytes<Tree>},
                             {subject, "copy", copy<Tree>},
                             {subject, "equality", equality<Tree>},
-                            {subject, "equality_of_bytes", equalityOfBytes<Tree>},
                             {subject, "text", text<Tree>},
                             {subject, "destroy", destroy<Tree>},
                         });

@@ -3,9 +3,8 @@
  * filter of the kernel evaluates. An address or a port is loaded (payload), masked where its mask
  * is not full (bitwise), and compared (cmp); the action is a verdict (immediate).
  */
-#include "nftnl.h"
-
 #include "operations.h"
+#include "peers.h"
 
 #include <libmnl/libmnl.h>
 #include <libnftnl/chain.h>

@@ -1,13 +1,12 @@
 /**
  * What is measured: operations on a set of rules, by subject. A subject is a way to hold rules: the
- * library, bare messages, another library, or the least code that does the same (a floor).
+ * library, bare messages, another library, plain structs, or for text the stream by itself.
  *
  * Operations of different subjects that have the same name do the same.
  */
 #ifndef FILTER_COMMON_BENCH_OPERATIONS_H
 #define FILTER_COMMON_BENCH_OPERATIONS_H
 
-#include "allocations.h"
 #include "rules.h"
 
 #include <cstddef>
@@ -21,7 +20,10 @@
 
 namespace bench {
 
-/** Only run is measured; prepare is called before each run and clear after it. */
+/**
+ * Only run is measured; prepare is called before each run and clear after it. What a run makes is
+ * destroyed in clear.
+ */
 struct Operation {
     std::size_t rules; /**< how many rules a run goes through */
     std::function<void()> run;
@@ -43,15 +45,13 @@ Descriptions filtersOperations();
 Descriptions filtersEntryOperations();
 Descriptions messagesOperations();
 Descriptions nftnlOperations(); /**< only if libnftnl is available */
-Descriptions floorsOperations();
+Descriptions structOperations();
+Descriptions streamOperations();
 /** The operations of all subjects. */
 Descriptions allOperations();
 
 /** Raises std::logic_error unless the subjects write the same bytes and texts for the rules. */
 void checkThatSubjectsAgree(const Rules& rules);
-
-/** What one run of the operation allocates. */
-Allocations allocationsOf(const Operation& operation);
 
 /** An operation that makes something, which clear frees. */
 template <class Make>

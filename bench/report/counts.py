@@ -67,17 +67,15 @@ def allocations(program, arguments):
     return {title: [int(n) for n in numbers] for title, *numbers in map(str.split, lines)}
 
 
-# The names that compilers give to a source file's initialisation code.
-INITIALISERS = "_GLOBAL__sub_I*"
+# The names that compilers give to a source file's initialisation code, outside generated code.
 OWN_INITIALISERS = "_GLOBAL__sub_I*.cpp"
 
 
 def loading(program):
-    """The instructions of a whole program, those of its named dynamic initialisers, and those of
-    the named ones outside generated code."""
+    """The instructions of a whole program, and those of its named dynamic initialisers outside
+    generated code."""
     counted = []
-    initialisers, own = (f"--toggle-collect={p}" for p in (INITIALISERS, OWN_INITIALISERS))
-    for options in [], [initialisers], [own]:
+    for options in [], [f"--toggle-collect={OWN_INITIALISERS}"]:
         with tempfile.TemporaryDirectory() as folder:
             callgrind([program], f"{folder}/dump", options)
             counted.append(read_dump(f"{folder}/dump")[1])

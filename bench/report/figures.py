@@ -9,48 +9,47 @@ SUBJECTS = {
     "messages": "messages",
     "arena": "messages on an arena",
     "nftnl": "libnftnl",
-    "floor": "floor",
+    "struct": "struct",
 }
-PEERS = [subject for subject in SUBJECTS if subject != "filters"]
+
+# Operations on a whole group: what they are called, the library's, and what the peers do instead.
+COMPARED = [
+    ("build and insert", "group_take", "build"),
+    ("copy", "copy", "copy"),
+    ("rules to bytes", "to_bytes", "to_bytes"),
+    ("rules to bytes; messages built first", "to_bytes", "tree_to_bytes"),
+    ("bytes to rules", "from_bytes", "from_bytes"),
+    ("equality", "equality", "equality"),
+    ("text", "text", "text"),
+    ("destroy", "destroy", "destroy"),
+]
 
 
 class Figures:
-    """Figures are looked up by (subject, operation, size), and are None if not measured."""
+    """Figures are looked up by what they are of, and are None if not measured."""
 
-    def __init__(self, times, counted):
-        self.context = times["context"]
-        self.loading = counted["loading"]
-        self._times = medians(times["benchmarks"])
-        self._counted = {}
+    def __init__(self, counted, times=None):
+        self._figures = {}
         for title, (rules, allocations, live) in counted["allocations"].items():
-            self._counted[key_of(title)] = {
-                "allocations": allocations / rules,
-                "live_bytes": live / rules,
-                "instructions": counted["instructions"][title] / rules,
-            }
-        self.sizes = sorted({size for _, _, size in self._times})
-        self.repetitions = times["benchmarks"][0].get("repetitions", 1)
+            self._add(title, "allocations", allocations / rules)
+            self._add(title, "heap bytes", live / rules)
+            if "instructions" in counted:
+                self._add(title, "instructions", counted["instructions"][title] / rules)
+        runs = times["benchmarks"] if times else []
+        for title, time in medians(runs).items():
+            self._add(title, "time", time)
+        self.repetitions = runs[0].get("repetitions", 1) if runs else 0
+        self.loading = counted.get("loading")
+        self.sizes = sorted({size for _, _, size in self._figures})
+        self.subjects = [s for s in SUBJECTS if any(key[0] == s for key in self._figures)]
 
-    def has(self, subject):
-        return any(key[0] == subject for key in self._times)
+    def _add(self, title, what, value):
+        subject, operation, size = title.split("/")[:3]
+        self._figures.setdefault((subject, operation, int(size)), {})[what] = value
 
-    def time(self, subject, operation, size):
-        """Nanoseconds."""
-        return self._times.get((subject, operation, size))
-
-    def count(self, what, subject, operation, size):
-        """The count of "allocations", "live_bytes" or "instructions"."""
-        return self._counted.get((subject, operation, size), {}).get(what)
-
-    def quickest(self, subjects, operations, size):
-        """The least time that any of the subjects takes for any of the operations."""
-        times = [self.time(s, o, size) for s in subjects for o in operations]
-        return min((time for time in times if time is not None), default=None)
-
-
-def key_of(title):
-    subject, operation, size = title.split("/")[:3]
-    return subject, operation, int(size)
+    def get(self, what, subject, operation, size):
+        """The "time" in nanoseconds, "allocations", "heap bytes" or "instructions"."""
+        return self._figures.get((subject, operation, size), {}).get(what)
 
 
 def medians(benchmarks):
@@ -59,11 +58,11 @@ def medians(benchmarks):
     for each in benchmarks:
         if each["run_type"] == "iteration":
             time = each["real_time"] / each["rules"]
-            repetitions.setdefault(key_of(each["name"]), []).append(time)
-    return {key: statistics.median(values) for key, values in repetitions.items()}
+            repetitions.setdefault(each["name"], []).append(time)
+    return {title: statistics.median(values) for title, values in repetitions.items()}
 
 
 def read(times_path, counted_path):
     with open(times_path, encoding="utf-8") as times:
         with open(counted_path, encoding="utf-8") as counted:
-            return Figures(json.load(times), json.load(counted))
+            return Figures(json.load(counted), json.load(times))

@@ -2,18 +2,8 @@
 
 import math
 
-from figures import SUBJECTS
+from figures import COMPARED, SUBJECTS
 
-PANELS = [
-    ("build", "build"),
-    ("group_build", "build, copy into a group"),
-    ("to_bytes", "group to bytes"),
-    ("from_bytes", "bytes to group"),
-    ("copy", "copy"),
-    ("equality", "equality"),
-    ("text", "text"),
-    ("destroy", "destroy"),
-]
 COLUMNS = 3
 WIDTH, HEIGHT = 300, 250  # of a panel with its margins
 LEFT, RIGHT, TOP, BOTTOM = 62, 14, 34, 46
@@ -21,13 +11,15 @@ LEFT, RIGHT, TOP, BOTTOM = 62, 14, 34, 46
 # Ink, paper and lines, then the subjects; on light and on dark paper.
 LIGHT = {
     "ink": "#1f2328", "paper": "#ffffff", "grid": "#d0d7de", "filters": "#0550ae",
-    "messages": "#bc4c00", "arena": "#8250df", "nftnl": "#1a7f37", "floor": "#57606a",
+    "messages": "#bc4c00", "arena": "#8250df", "nftnl": "#1a7f37", "struct": "#57606a",
 }
 DARK = {
     "ink": "#e6edf3", "paper": "#0d1117", "grid": "#30363d", "filters": "#58a6ff",
-    "messages": "#f0883e", "arena": "#bc8cff", "nftnl": "#3fb950", "floor": "#8b949e",
+    "messages": "#f0883e", "arena": "#bc8cff", "nftnl": "#3fb950", "struct": "#8b949e",
 }
-DASHES = {"filters": "none", "messages": "7 3", "arena": "2 3", "nftnl": "10 3 2 3", "floor": "1 5"}
+DASHES = {
+    "filters": "none", "messages": "7 3", "arena": "2 3", "nftnl": "10 3 2 3", "struct": "1 5"
+}
 
 
 def colours(palette):
@@ -107,18 +99,20 @@ def legend(subjects):
         yield text(LEFT + 52, y + 4, SUBJECTS[subject], "start")
 
 
+def points_of(figures, subject, own, other):
+    operation = own if subject == "filters" else other
+    times = [(size, figures.get("time", subject, operation, size)) for size in figures.sizes]
+    return [(size, time) for size, time in times if time]
+
+
 def draw(figures):
-    subjects = [subject for subject in SUBJECTS if figures.has(subject)]
-    times = {
-        (subject, operation): [
-            (size, figures.time(subject, operation, size))
-            for size in figures.sizes
-            if figures.time(subject, operation, size)
-        ]
-        for operation, _ in PANELS
-        for subject in subjects
-    }
-    values = [time for points in times.values() for _, time in points]
+    panels = [
+        (title, {s: points_of(figures, s, own, other) for s in figures.subjects})
+        for title, own, other in COMPARED
+    ]
+    values = [
+        time for _, curves in panels for points in curves.values() for _, time in points
+    ]
     low = 10 ** math.floor(math.log10(min(values)))
     top = 10 ** math.ceil(math.log10(max(values)))
     # Room beside the first and the last size; a single size is in the middle.
@@ -127,13 +121,13 @@ def draw(figures):
     up = Scale(low, top, HEIGHT - BOTTOM, TOP)
 
     parts = []
-    for number, (operation, title) in enumerate(PANELS):
+    for number, (title, curves) in enumerate(panels):
         parts.append(panel(number, axes(figures.sizes, across, up, title)))
-        for subject in subjects:
-            points = [(across(size), up(time)) for size, time in times[subject, operation]]
+        for subject, points in curves.items():
+            points = [(across(size), up(time)) for size, time in points]
             parts.append(panel(number, curve(points, subject)))
-    parts.append(panel(len(PANELS), legend(subjects)))
-    rows = -(-(len(PANELS) + 1) // COLUMNS)
+    parts.append(panel(len(panels), legend(figures.subjects)))
+    rows = -(-(len(panels) + 1) // COLUMNS)
     wide, high = COLUMNS * WIDTH, rows * HEIGHT
     return (
         f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {wide} {high}" role="img" '
