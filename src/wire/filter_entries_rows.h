@@ -28,6 +28,12 @@ struct EntryRows {
         at<entry_fields::priority_, &FiltersEntry::priority_>(
             "    Priority: ", LINE, Notation::NUMBER, "priority")); }
     // clang-format on
+
+    /** Unlike FiltersEntry::setCounter, refuses nothing. */
+    static void setCounter(FiltersEntry& entry, const Counter& counter)
+    {
+        entry.counter_ = counter;
+    }
 };
 
 } // namespace FiltersCommon

@@ -137,7 +137,7 @@ enum class Notation {
     VLAN_IDS,         ///< 10,20-29
     PROTOCOL,         ///< tcp, or a number if it has no name
     COUNTED,          ///< packets
-    ADDRESS,          ///< 192.0.2.1, 2001:db8::1 or 0:1a:2b:0:0:1
+    ADDRESS,          ///< 192.0.2.1, 2001:db8::1 or 00:1a:2b:00:00:01
     LENGTH_OR_MASK,   ///< /24, or the mask as an address; nothing for all ones
     MASK,             ///< the mask as an address; nothing for all ones
     HEXADECIMAL_MASK, ///< /0xfc00; nothing for all ones
@@ -279,6 +279,13 @@ public:
                 ((row.formatter.shows(object) ? use(row.label, row.get(object)) : void()), ...);
             },
             rows_);
+    }
+
+    /** Calls @p use with each row. */
+    template <class Use>
+    constexpr void each([[maybe_unused]] Use&& use) const
+    {
+        std::apply([&](const Row&... row) { (use(row), ...); }, rows_);
     }
 
 private:

@@ -1,0 +1,249 @@
+#include "rule_policers.h"
+
+#include "rule_values.h"
+
+#include <cstdint>
+#include <set>
+
+namespace FiltersCommon {
+
+namespace {
+
+constexpr NamedNumber STAGES[] = {
+    {policer::STAGE_INGRESS, "ingress"},
+    {policer::STAGE_EGRESS, "egress"},
+    {policer::STAGE_NONE, "none"},
+};
+constexpr NamedNumber MODES[] = {
+    {policer::Mode::SR_TCM, "sr_tcm"},       {policer::Mode::TR_TCM, "tr_tcm"},
+    {policer::Mode::TR_TCM_DS, "tr_tcm_ds"}, {policer::Mode::FLOW, "flow"},
+    {policer::Mode::NONE, "none"},
+};
+constexpr NamedNumber COLORS[] = {
+    {policer::Action::RED, "red"},
+    {policer::Action::YELLOW, "yellow"},
+    {policer::Action::GREEN, "green"},
+};
+constexpr NamedNumber ACTIONS[] = {
+    {policer::Action::DROP, "drop"},
+    {policer::Action::SET_PCP, "set_pcp"},
+    {policer::Action::SET_DSCP, "set_dscp"},
+};
+
+/** A rate: its word, how it is read from a mode, and where it is put to make one. */
+struct RateWord {
+    std::string_view word;
+    std::uint32_t (policer::Mode::*get)() const;
+    std::uint32_t policer::Mode::Rates::*rate;
+};
+constexpr RateWord RATES[] = {
+    {"cir", &policer::Mode::GetCir, &policer::Mode::Rates::cir},
+    {"cbs", &policer::Mode::GetCbs, &policer::Mode::Rates::cbs},
+    {"ebs", &policer::Mode::GetEbs, &policer::Mode::Rates::ebs},
+    {"eir", &policer::Mode::GetEir, &policer::Mode::Rates::eir},
+    {"pbs", &policer::Mode::GetPbs, &policer::Mode::Rates::pbs},
+    {"pir", &policer::Mode::GetPir, &policer::Mode::Rates::pir},
+};
+
+constexpr bool takesValue(policer::Action::Type type)
+{
+    return type == policer::Action::SET_PCP || type == policer::Action::SET_DSCP;
+}
+
+std::uint8_t valueOf(const policer::Action& action)
+{
+    return action.GetType() == policer::Action::SET_PCP ? action.GetPcp() : action.GetDscp();
+}
+
+template <class Code, std::size_t N>
+bool readNamed(const NamedNumber (&words)[N], std::string_view text, Code& code)
+{
+    std::uint32_t number = 0;
+    if (const auto known = numberOf(words, text))
+        number = *known;
+    else if (!readNumber(text, number))
+        return false;
+    code = static_cast<Code>(number);
+    return true;
+}
+
+/** Writes the elements of the list, with the name of each unless it is as in policer::Policer. */
+class PolicerWriter {
+public:
+    explicit PolicerWriter(std::string& out) : out_(out) {}
+
+    void write(const policer::Policer& policer)
+    {
+        const policer::Policer none;
+        if (policer.GetId() != none.GetId()) {
+            begin("id");
+            putNumber(out_, policer.GetId());
+        }
+        if (policer.GetStage() != none.GetStage()) {
+            begin("stage");
+            putNamed(out_, STAGES, policer.GetStage());
+        }
+        const policer::Mode& mode = policer.GetMode();
+        if (mode.GetType() != none.GetMode().GetType()) {
+            begin("mode");
+            putNamed(out_, MODES, mode.GetType());
+        }
+        for (const RateWord& each : RATES)
+            if ((mode.*each.get)() != 0) {
+                begin(each.word);
+                putNumber(out_, (mode.*each.get)());
+            }
+        for (const policer::Action& action : policer.GetActions())
+            write(action);
+    }
+
+private:
+    void write(const policer::Action& action)
+    {
+        putSeparator(out_);
+        putNamed(out_, COLORS, action.GetColor());
+        out_ += ':';
+        putNamed(out_, ACTIONS, action.GetType());
+        if (takesValue(action.GetType())) {
+            out_ += ':';
+            putNumber(out_, valueOf(action));
+        }
+    }
+
+    void begin(std::string_view name)
+    {
+        putSeparator(out_);
+        out_ += name;
+        out_ += ':';
+    }
+
+    std::string& out_;
+};
+
+/** Collects the elements of the list; each name may be given once. */
+class PolicerReader {
+public:
+    /** What was expected, or null if all was as expected. */
+    const char* read(std::string_view text)
+    {
+        bool isExpected = true;
+        while (isExpected) {
+            if (const char* wrong = readElement(takeUntil(text, ",")))
+                return wrong;
+            isExpected = take(text, ",");
+        }
+        return nullptr;
+    }
+
+    policer::Policer policer() const { return {id_, stage_, {mode_, rates_}, actions_}; }
+
+private:
+    const char* readElement(std::string_view text)
+    {
+        const std::string_view name = takeUntil(text, ":");
+        if (!take(text, ":"))
+            return "NAME:VALUE with commas between them, such as id:7,stage:ingress,red:drop";
+        if (name == "id")
+            return once(ID) && readNumber(text, id_) ? nullptr : "id:NUMBER, once";
+        if (name == "stage")
+            return once(STAGE) && readNamed(STAGES, text, stage_)
+                       ? nullptr
+                       : "stage:ingress, stage:egress or stage:none, once";
+        if (name == "mode")
+            return once(MODE) && readNamed(MODES, text, mode_)
+                       ? nullptr
+                       : "mode:sr_tcm, mode:tr_tcm, mode:tr_tcm_ds, mode:flow or mode:none, once";
+        for (const RateWord& each : RATES)
+            if (name == each.word)
+                return once(FIRST_RATE + static_cast<unsigned>(&each - RATES)) &&
+                               readNumber(text, rates_.*each.rate)
+                           ? nullptr
+                           : "each of the rates cir, cbs, ebs, eir, pbs and pir as a number, once";
+        return readAction(name, text)
+                   ? nullptr
+                   : "id, stage, mode, cir, cbs, ebs, eir, pbs, pir, or an action such as red:drop "
+                     "or yellow:set_dscp:10, once";
+    }
+
+    bool readAction(std::string_view colorText, std::string_view text)
+    {
+        policer::Action::Color color{};
+        policer::Action::Type type{};
+        std::uint8_t value = 0;
+        if (!readNamed(COLORS, colorText, color) || !readNamed(ACTIONS, takeUntil(text, ":"), type))
+            return false;
+        if (takesValue(type) && !(take(text, ":") && readNumber(text, value)))
+            return false;
+        if (!takesValue(type) && !text.empty())
+            return false;
+        return actions_.emplace(color, type, value).second;
+    }
+
+    bool once(unsigned name)
+    {
+        const unsigned before = given_;
+        given_ |= 1U << name;
+        return before != given_;
+    }
+
+    enum : unsigned { ID, STAGE, MODE, FIRST_RATE };
+
+    unsigned given_ = 0;
+    std::uint32_t id_ = policer::Policer::INVALID_ID;
+    policer::Stage stage_ = policer::STAGE_NONE;
+    policer::Mode::Type mode_ = policer::Mode::NONE;
+    policer::Mode::Rates rates_;
+    std::set<policer::Action> actions_;
+};
+
+constexpr std::string_view BYTES = "bytes:";
+
+bool readBytes(std::string_view digits, std::string& bytes)
+{
+    if (digits.size() % 2 != 0)
+        return false;
+    for (; !digits.empty(); digits.remove_prefix(2)) {
+        std::uint64_t byte = 0;
+        if (!readDigits(digits.substr(0, 2), 16, 0xFF, byte))
+            return false;
+        bytes += static_cast<char>(byte);
+    }
+    return true;
+}
+
+} // namespace
+
+void putPolicer(std::string& out, const policer::Policer& policer)
+{
+    std::set<policer::Action> actions;
+    for (const policer::Action& action : policer.GetActions())
+        actions.emplace(action.GetColor(), action.GetType(), valueOf(action));
+    const policer::Policer told(policer.GetId(), policer.GetStage(), policer.GetMode(), actions);
+    const std::string bytes = policer.Serialize();
+    if (told.Serialize() == bytes) {
+        PolicerWriter(out).write(policer);
+    } else { // holds something that no accessor tells
+        out += BYTES;
+        for (const char byte : bytes)
+            putHexadecimal(out, static_cast<std::uint8_t>(byte), 2);
+    }
+}
+
+std::optional<policer::Policer> readPolicer(std::string_view text, std::string& expected)
+{
+    if (take(text, BYTES)) {
+        std::string bytes;
+        if (readBytes(text, bytes))
+            return policer::Policer(bytes);
+        expected = "bytes of two hexadecimal digits each";
+        return std::nullopt;
+    }
+    PolicerReader reader;
+    if (const char* what = reader.read(text)) {
+        expected = what;
+        return std::nullopt;
+    }
+    return reader.policer();
+}
+
+} // namespace FiltersCommon
