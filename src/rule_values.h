@@ -4,23 +4,16 @@
 #ifndef FILTER_COMMON_SRC_RULE_VALUES_H
 #define FILTER_COMMON_SRC_RULE_VALUES_H
 
+#include "rule_addresses.h"
+#include "rule_numbers.h"
 #include "rule_words.h"
 #include "wire/bytes.h"
 #include "wire/rows.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <iterator>
 #include <limits>
 #include <list>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -29,199 +22,6 @@
 #include <vector>
 
 namespace FiltersCommon {
-
-// ------------------------------------------------------------------------------------------ words
-
-template <class Number>
-void putNumber(std::string& out, Number number)
-{
-    std::array<char, 20> digits;
-    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    out.append(digits.begin(), end);
-}
-
-/** Exactly @p count hexadecimal digits. */
-inline void putHexadecimal(std::string& out, std::uint32_t number, int count)
-{
-    for (int shift = 4 * (count - 1); shift >= 0; shift -= 4)
-        out += "0123456789abcdef"[number >> shift & 0xF];
-}
-
-/** The word of the number, or the number itself. */
-template <std::size_t N>
-void putNamed(std::string& out, const NamedNumber (&words)[N], std::uint32_t number)
-{
-    if (const std::string_view word = wordOf(words, number); !word.empty())
-        out += word;
-    else
-        putNumber(out, number);
-}
-
-/** Separates the elements of a list, the first of which stands behind a "=". */
-inline void putSeparator(std::string& out)
-{
-    if (out.back() != '=')
-        out += ',';
-}
-
-constexpr int digitOf(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
-
-/** Takes @p prefix from the front of @p text. */
-inline bool take(std::string_view& text, std::string_view prefix)
-{
-    if (text.substr(0, prefix.size()) != prefix)
-        return false;
-    text.remove_prefix(prefix.size());
-    return true;
-}
-
-/** Takes what comes before the first of the @p ends, or all. */
-inline std::string_view takeUntil(std::string_view& text, std::string_view ends)
-{
-    const std::string_view front = text.substr(0, text.find_first_of(ends));
-    text.remove_prefix(front.size());
-    return front;
-}
-
-/** Reads all of @p digits as one number that is no greater than @p most. */
-inline bool readDigits(std::string_view digits, unsigned base, std::uint64_t most,
-                       std::uint64_t& number)
-{
-    number = 0;
-    for (const char c : digits) {
-        const int digit = digitOf(c);
-        if (digit < 0 || static_cast<unsigned>(digit) >= base)
-            return false;
-        number = number * base + static_cast<unsigned>(digit);
-        if (number > most)
-            return false;
-    }
-    return !digits.empty();
-}
-
-/** Reads all of @p text, decimal or hexadecimal with 0x. */
-template <class Number>
-bool readNumber(std::string_view text, Number& number,
-                std::uint64_t most = std::numeric_limits<Number>::max())
-{
-    std::uint64_t wide = 0;
-    if (!(take(text, "0x") ? readDigits(text, 16, most, wide) : readDigits(text, 10, most, wide)))
-        return false;
-    number = static_cast<Number>(wide);
-    return true;
-}
-
-// -------------------------------------------------------------------------------------- addresses
-
-/** Addresses of each kind: their bytes are in network byte order. */
-template <class Address>
-struct AddressText;
-
-template <class Address, int FAMILY>
-struct InternetAddressText {
-    static constexpr bool HAS_LENGTHS = true;
-
-    static void put(std::string& out, const Address& address)
-    {
-        std::array<char, INET6_ADDRSTRLEN> text;
-        out += inet_ntop(FAMILY, &address, text.data(), text.size());
-    }
-
-    static bool read(std::string_view text, Address& address)
-    {
-        std::array<char, INET6_ADDRSTRLEN> terminated{};
-        if (text.size() >= terminated.size())
-            return false;
-        std::copy(text.begin(), text.end(), terminated.begin());
-        return text.find('\0') == text.npos && inet_pton(FAMILY, terminated.data(), &address) == 1;
-    }
-};
-
-template <>
-struct AddressText<in_addr> : InternetAddressText<in_addr, AF_INET> {
-    static constexpr const char* EXPECTED = "an IPv4 address";
-    static constexpr const char* EXPECTED_MASK = "a length from 0 to 32 or a mask";
-};
-
-template <>
-struct AddressText<in6_addr> : InternetAddressText<in6_addr, AF_INET6> {
-    static constexpr const char* EXPECTED = "an IPv6 address";
-    static constexpr const char* EXPECTED_MASK = "a length from 0 to 128 or a mask";
-};
-
-template <>
-struct AddressText<ether_addr> {
-    static constexpr const char* EXPECTED = "a MAC address";
-    static constexpr const char* EXPECTED_MASK = "a mask in the form of a MAC address";
-    static constexpr bool HAS_LENGTHS = false;
-
-    static void put(std::string& out, const ether_addr& address)
-    {
-        for (const std::uint8_t octet : address.ether_addr_octet) {
-            putHexadecimal(out, octet, 2);
-            out += ':';
-        }
-        out.pop_back();
-    }
-
-    static bool read(std::string_view text, ether_addr& address)
-    {
-        for (std::uint8_t& octet : address.ether_addr_octet) {
-            std::uint64_t number = 0;
-            const std::string_view digits = takeUntil(text, ":");
-            if (digits.size() > 2 || !readDigits(digits, 16, 0xFF, number))
-                return false;
-            octet = static_cast<std::uint8_t>(number);
-            const bool isLast = &octet == std::end(address.ether_addr_octet) - 1;
-            if (!isLast && !take(text, ":"))
-                return false;
-        }
-        return text.empty();
-    }
-};
-
-template <class T>
-inline constexpr bool IS_ADDRESS = std::is_same_v<T, in_addr> || std::is_same_v<T, in6_addr> ||
-                                   std::is_same_v<T, ether_addr>;
-
-template <class Address>
-using AddressBytes = std::array<std::uint8_t, sizeof(Address)>;
-
-template <class Address>
-AddressBytes<Address> bytesIn(const Address& address)
-{
-    AddressBytes<Address> bytes;
-    std::memcpy(bytes.data(), &address, sizeof address);
-    return bytes;
-}
-
-/** The mask that begins with @p length ones. */
-template <class Mask>
-Mask maskOf(std::uint32_t length)
-{
-    AddressBytes<Mask> bytes{};
-    for (std::uint32_t bit = 0; bit < length; ++bit)
-        bytes[bit / 8] = static_cast<std::uint8_t>(bytes[bit / 8] | 0x80U >> bit % 8);
-    return fromBytes<Mask>({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-}
-
-/** The length whose mask this is, or none. */
-template <class Mask>
-std::optional<std::uint32_t> lengthOf(const Mask& mask)
-{
-    std::uint32_t ones = 0;
-    for (const std::uint8_t byte : bytesIn(mask))
-        for (unsigned rest = byte; rest != 0; rest &= rest - 1)
-            ++ones;
-    return sameBytes(mask, maskOf<Mask>(ones)) ? std::optional(ones) : std::nullopt;
-}
 
 // ---------------------------------------------------------------------------------------- writing
 
@@ -453,15 +253,14 @@ private:
     bool readValue(Notation, std::list<limid_t>& ports)
     {
         expect("ports of eight hexadecimal digits with commas between them");
-        return readElements("except:", [&](std::string_view text) {
-            return readPort(text, ports.emplace_back());
-        });
+        return readElements(
+            "except:", [&](std::string_view text) { return readPort(text, ports.emplace_back()); });
     }
 
     bool readValue(Notation, std::list<port_type_t>& types)
     {
         expect("ports of eight hexadecimal digits, and behind them excluded types such as "
-                    "except:0, with commas between them");
+               "except:0, with commas between them");
         return readElements({}, [&](std::string_view text) {
             std::uint32_t type = 0;
             if (!take(text, "except:") || !readNumber(text, type))
@@ -474,7 +273,7 @@ private:
     bool readValue(Notation, std::set<unsigned short>& ids)
     {
         expect("numbers from 0 to 65535 and ascending ranges of them, such as 20-29, with "
-                    "commas between them");
+               "commas between them");
         // Ranges are joined before they are entered, as they may overlap any number of times.
         std::vector<std::pair<std::uint16_t, std::uint16_t>> ranges;
         const bool isGood = readElements({}, [&](std::string_view text) {

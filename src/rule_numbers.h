@@ -1,0 +1,107 @@
+/**
+ * How rule text writes and reads numbers, and the small steps that reading consists of.
+ */
+#ifndef FILTER_COMMON_SRC_RULE_NUMBERS_H
+#define FILTER_COMMON_SRC_RULE_NUMBERS_H
+
+#include "rule_words.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace FiltersCommon {
+
+template <class Number>
+void putNumber(std::string& out, Number number)
+{
+    std::array<char, 20> digits;
+    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    out.append(digits.begin(), end);
+}
+
+/** Exactly @p count hexadecimal digits. */
+inline void putHexadecimal(std::string& out, std::uint32_t number, int count)
+{
+    for (int shift = 4 * (count - 1); shift >= 0; shift -= 4)
+        out += "0123456789abcdef"[number >> shift & 0xF];
+}
+
+/** The word of the number, or the number itself. */
+template <std::size_t N>
+void putNamed(std::string& out, const NamedNumber (&words)[N], std::uint32_t number)
+{
+    if (const std::string_view word = wordOf(words, number); !word.empty())
+        out += word;
+    else
+        putNumber(out, number);
+}
+
+/** Separates the elements of a list, the first of which stands behind a "=". */
+inline void putSeparator(std::string& out)
+{
+    if (out.back() != '=')
+        out += ',';
+}
+
+constexpr int digitOf(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+/** Takes @p prefix from the front of @p text. */
+inline bool take(std::string_view& text, std::string_view prefix)
+{
+    if (text.substr(0, prefix.size()) != prefix)
+        return false;
+    text.remove_prefix(prefix.size());
+    return true;
+}
+
+/** Takes what comes before the first of the @p ends, or all. */
+inline std::string_view takeUntil(std::string_view& text, std::string_view ends)
+{
+    const std::string_view front = text.substr(0, text.find_first_of(ends));
+    text.remove_prefix(front.size());
+    return front;
+}
+
+/** Reads all of @p digits as one number that is no greater than @p most. */
+inline bool readDigits(std::string_view digits, unsigned base, std::uint64_t most,
+                       std::uint64_t& number)
+{
+    number = 0;
+    for (const char c : digits) {
+        const int digit = digitOf(c);
+        if (digit < 0 || static_cast<unsigned>(digit) >= base)
+            return false;
+        number = number * base + static_cast<unsigned>(digit);
+        if (number > most)
+            return false;
+    }
+    return !digits.empty();
+}
+
+/** Reads all of @p text, decimal or hexadecimal with 0x. */
+template <class Number>
+bool readNumber(std::string_view text, Number& number,
+                std::uint64_t most = std::numeric_limits<Number>::max())
+{
+    std::uint64_t wide = 0;
+    if (!(take(text, "0x") ? readDigits(text, 16, most, wide) : readDigits(text, 10, most, wide)))
+        return false;
+    number = static_cast<Number>(wide);
+    return true;
+}
+
+} // namespace FiltersCommon
+
+#endif // FILTER_COMMON_SRC_RULE_NUMBERS_H
