@@ -2,16 +2,20 @@
 #include "filter_rule_text.h"
 
 #include "port_pairs.h"
+#include "rule_line.h"
 #include "rule_policers.h"
 #include "rule_rows.h"
 #include "rule_text_errors.h"
 #include "rule_values.h"
 #include "rule_words.h"
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -19,48 +23,25 @@ namespace FiltersCommon {
 
 namespace {
 
-// ------------------------------------------------------------------------------------------ words
-
-struct Word {
-    std::string_view text;
-    std::size_t column;
-
-    std::string_view name() const { return text.substr(0, text.find('=')); }
-    bool hasValue() const { return text.find('=') != text.npos; }
-    std::string_view value() const { return hasValue() ? text.substr(text.find('=') + 1) : ""; }
-};
-
-/** The words of a line, one after another, without its comment. */
-class Words {
-public:
-    explicit Words(std::string_view line) : line_(line) {}
-
-    /** A word without text is the end of the line. */
-    Word next()
-    {
-        place_ = std::min(line_.find_first_not_of(BLANKS, place_), line_.size());
-        const std::size_t begin = place_;
-        if (begin == line_.size() || line_[begin] == '#')
-            return {{}, begin + 1};
-        place_ = std::min(line_.find_first_of(BLANKS, begin), line_.size());
-        return {line_.substr(begin, place_ - begin), begin + 1};
-    }
-
-private:
-    static constexpr std::string_view BLANKS = " \t";
-
-    std::string_view line_;
-    std::size_t place_ = 0;
-};
+// ------------------------------------------------------------------------------------------ draft
 
 /** The pairs of a range of ports; none if no range is given. */
-struct PortPairs {
-    std::array<PortPair, 30> pairs;
-    std::size_t size = 0;
+class PortPairs {
+public:
+    void cover(std::uint16_t low, std::uint16_t high)
+    {
+        coverPorts(low, high, [&](PortPair pair) { pairs_[size_++] = pair; });
+    }
 
-    bool empty() const { return size == 0; }
-    const PortPair* begin() const { return pairs.data(); }
-    const PortPair* end() const { return pairs.data() + size; }
+    bool empty() const { return size_ == 0; }
+    /** How many entries they make of one. */
+    std::uint32_t count() const { return std::max<std::uint32_t>(size_, 1); }
+    const PortPair* begin() const { return pairs_.data(); }
+    const PortPair* end() const { return pairs_.data() + size_; }
+
+private:
+    std::array<PortPair, 30> pairs_;
+    std::uint32_t size_ = 0;
 };
 
 /** What a line has said of its entry so far. */
@@ -69,9 +50,16 @@ struct Draft {
     PortPairs sourcePorts;
     PortPairs destinationPorts;
 
+    template <class Class>
+    PortPairs& portsOf()
+    {
+        return Class::KIND == MATCH_SRC_L4_PORT ? sourcePorts : destinationPorts;
+    }
+
     CodeSet<filtersMatch_t> matches;
     CodeSet<filtersAction_t> actions;
     bool hasId = false;
+    bool isIdKnown = true;
     bool hasPriority = false;
     bool hasThen = false;
     bool hasCounter = false;
@@ -120,9 +108,8 @@ private:
 
     void readHeader(const Word& first, Words& words)
     {
-        const std::size_t before = errors_.count();
         if (!isFirst_)
-            add(first, "the header stands in front of all entries, and only once");
+            addToHeader(first, "the header stands in front of all entries, and only once");
         const Word id = words.next();
         if (first.hasValue())
             add(first, "the header begins with 'group NUMBER'");
@@ -133,17 +120,20 @@ private:
             Nearest nearest(word.name());
             bool isKnown = false;
             eachOfHeader([&](const auto& row) {
+                if (row.word == GROUP)
+                    return;
                 nearest.ask(row.word);
-                if (word.name() != row.word || row.word == GROUP)
+                if (word.name() != row.word)
                     return;
                 isKnown = true;
                 if (give(given, row.NUMBER, word))
                     readHeaderValue(word, word.value());
+                else
+                    isPlaceKnown_ = false;
             });
             if (!isKnown)
-                add(word, "a header has no " + quoted(word.name()) + nearest.question());
+                addToHeader(word, "a header has no " + quoted(word.name()) + nearest.question());
         }
-        isHeaderGood_ = isHeaderGood_ && errors_.count() == before;
     }
 
     void readHeaderValue(const Word& word, std::string_view text)
@@ -158,33 +148,50 @@ private:
                 row.commit(group_, value);
             else
                 addUnexpected(word, row.word, reader.expected(), text);
+            if (row.word != GROUP && row.word != PRIORITY)
+                isPlaceKnown_ = isPlaceKnown_ && reader.isDone();
         });
+    }
+
+    /** Adds an error after which nobody can tell the stage and the type of the group. */
+    void addToHeader(const Word& word, std::string sentence)
+    {
+        add(word, std::move(sentence));
+        isPlaceKnown_ = false;
     }
 
     // -------------------------------------------------------------------------------------- entry
 
     void readEntry(const Word& first, Words& words)
     {
-        const std::size_t before = errors_.count();
         Draft draft;
         draft.entry.setId(static_cast<filtersEntryId_t>(nextId_));
         for (Word word = first; !word.text.empty(); word = words.next())
-            if (word.text == THEN)
-                give(draft.hasThen, word);
+            if (word.name() == THEN)
+                readThen(draft, word);
             else if (draft.hasThen)
                 readBehindThen(draft, word);
             else
                 readInFrontOfThen(draft, word);
         if (!draft.hasThen)
             add(first, "'then' is missing, which stands in front of the actions, even of none");
-        insert(draft, first, errors_.count() == before);
+        insert(draft, first);
+    }
+
+    void readThen(Draft& draft, const Word& word)
+    {
+        give(draft.hasThen, word);
+        if (word.hasValue())
+            add(word, quoted(THEN) + " takes no value");
     }
 
     void readInFrontOfThen(Draft& draft, const Word& word)
     {
         const std::string_view name = word.name();
         if (!name.empty() && name.front() >= '0' && name.front() <= '9') {
-            if (give(draft.hasId, word))
+            if (std::exchange(draft.hasId, true))
+                add(word, "the identifier is given twice");
+            else
                 readId(draft, word);
         } else if (name == PRIORITY) {
             if (give(draft.hasPriority, word))
@@ -195,13 +202,10 @@ private:
         } else if (kindOf<filtersAction_t>(ACTION_WORDS, name) || name == COUNTER ||
                    name == POLICER) {
             add(word, quoted(name) + " stands behind 'then'");
+        } else if (name == GROUP) {
+            add(word, quoted(name) + " stands at the beginning of the header");
         } else {
-            Nearest nearest(name);
-            for (const KindWord& known : MATCH_WORDS)
-                nearest.ask(known.text());
-            for (const std::string_view known : {DSCP, PRIORITY, THEN, GROUP})
-                nearest.ask(known);
-            add(word, "there is no match " + quoted(name) + nearest.question());
+            addUnknown(word, "match", MATCH_WORDS, {DSCP, PRIORITY, THEN, GROUP});
         }
     }
 
@@ -220,12 +224,7 @@ private:
         } else if (matchOf(name) || name == PRIORITY) {
             add(word, quoted(name) + " stands in front of 'then'");
         } else {
-            Nearest nearest(name);
-            for (const KindWord& known : ACTION_WORDS)
-                nearest.ask(known.text());
-            for (const std::string_view known : {COUNTER, POLICER})
-                nearest.ask(known);
-            add(word, "there is no action " + quoted(name) + nearest.question());
+            addUnknown(word, "action", ACTION_WORDS, {COUNTER, POLICER});
         }
     }
 
@@ -238,11 +237,13 @@ private:
 
     void readId(Draft& draft, const Word& word)
     {
+        const std::size_t before = errors_.count();
         filtersEntryId_t id = 0;
         if (readNumber(word.text, id))
             draft.entry.setId(id);
         else
             addUnexpected(word, "an entry's identifier", "a number from 0 to 65535", word.text);
+        draft.isIdKnown = errors_.count() == before;
     }
 
     void readPriority(Draft& draft, const Word& word)
@@ -257,80 +258,90 @@ private:
     void readCounter(Draft& draft, const Word& word)
     {
         Counter counter;
-        if (readValues(word, CounterRows::of(&counter), counter))
-            EntryRows::setCounter(draft.entry, counter);
+        readValues(word, CounterRows::of(&counter), counter);
+        EntryRows::setCounter(draft.entry, counter);
     }
 
     void readPolicerWord(Draft& draft, const Word& word)
     {
-        std::string expected;
-        if (const auto policer = readPolicer(word.value(), expected))
+        std::string expected = "a list of NAME:VALUE";
+        const auto policer = word.hasValue() ? readPolicer(word.value(), expected) : std::nullopt;
+        if (policer)
             draft.entry.setPolicer(*policer);
         else
             addUnexpected(word, POLICER, expected, word.value());
     }
 
+    // Matches and actions with wrong values are set all the same: whether an entry may hold them
+    // depends on their kinds alone.
+
     void readMatch(Draft& draft, filtersMatch_t kind, const Word& word)
     {
-        for (const FiltersRefusal& refusal : l3Refusals(draft.entry, kind))
-            return add(word, refusal.sentence());
+        for (FiltersRefusal refusal : l3Refusals(draft.entry, kind)) {
+            refusal.entry.reset(); // the identifier may stand behind the match
+            add(word, refusal.sentence());
+        }
         if (word.name() == DSCP)
             return readDSCP(draft, word);
         MatchKinds::visit(kind, [&](auto known) {
-            using Class = ClassOf<decltype(known)>;
-            if constexpr (std::is_base_of_v<MatchL4Port, Class>)
-                if (word.value().find('-') != std::string_view::npos)
-                    return readPortRange(draft, kind, word);
-            Class match;
-            if (readObject(word, match))
-                draft.entry.setMatch(match);
+            ClassOf<decltype(known)> match;
+            if (!readPortRange(draft, match, word))
+                readObject(word, match);
+            draft.entry.setMatch(match);
         });
     }
 
     void readDSCP(Draft& draft, const Word& word)
     {
         unsigned char dscp = 0;
-        if (readNumber(word.value(), dscp, 63))
-            draft.entry.setMatch(MatchToS(MatchDSCP(dscp)));
-        else
+        if (!readNumber(word.value(), dscp, 63))
             addUnexpected(word, DSCP, "a number from 0 to 63", word.value());
+        draft.entry.setMatch(MatchToS(MatchDSCP(dscp)));
     }
 
-    void readPortRange(Draft& draft, filtersMatch_t kind, const Word& word)
+    /** Returns whether the match is one of ports and the value a range, right or wrong. */
+    template <class Class>
+    bool readPortRange([[maybe_unused]] Draft& draft, const Class&,
+                       [[maybe_unused]] const Word& word)
     {
-        std::string_view text = word.value();
-        std::uint16_t low = 0;
-        std::uint16_t high = 0;
-        const bool isGood = readNumber(takeUntil(text, "-"), low) && take(text, "-") &&
-                            readNumber(text, high) && low <= high;
-        if (!isGood)
-            return addUnexpected(word, word.name(), "two numbers from 0 to 65535, the lower first",
-                                 word.value());
-        PortPairs& ports = kind == MATCH_SRC_L4_PORT ? draft.sourcePorts : draft.destinationPorts;
-        coverPorts(low, high, [&](PortPair pair) { ports.pairs[ports.size++] = pair; });
+        if constexpr (std::is_base_of_v<MatchL4Port, Class>) {
+            std::string_view text = word.value();
+            if (text.find('-') == text.npos)
+                return false;
+            std::uint16_t low = 0;
+            std::uint16_t high = 0;
+            if (readNumber(takeUntil(text, "-"), low) && take(text, "-") &&
+                readNumber(text, high) && low <= high)
+                draft.template portsOf<Class>().cover(low, high);
+            else
+                addUnexpected(word, word.name(), "two numbers from 0 to 65535, the lower first",
+                              word.value());
+            return true;
+        } else {
+            return false;
+        }
     }
 
     void readAction(Draft& draft, filtersAction_t kind, const Word& word)
     {
         ActionKinds::visit(kind, [&](auto known) {
             ClassOf<decltype(known)> action;
-            if (readObject(word, action))
-                draft.entry.setAction(action);
+            readObject(word, action);
+            draft.entry.setAction(action);
         });
     }
 
     template <class Class>
-    bool readObject(const Word& word, Class& object)
+    void readObject(const Word& word, Class& object)
     {
         if constexpr (!hasNoValues<Class>)
-            return readValues(word, rowsOfValues<Class>(), object);
-        if (word.hasValue())
+            readValues(word, rowsOfValues<Class>(), object);
+        else if (word.hasValue())
             add(word, quoted(word.name()) + " takes no value");
-        return !word.hasValue();
     }
 
     template <class Rows, class T>
-    bool readValues(const Word& word, const Rows& rows, T& object)
+    void readValues(const Word& word, const Rows& rows, T& object)
     {
         ValueReader reader(word.value());
         rows.each([&](const auto& row) {
@@ -338,38 +349,47 @@ private:
             reader.read(row.notation, value);
             row.commit(object, value);
         });
-        if (word.hasValue() && reader.isDone())
-            return true;
-        addUnexpected(word, word.name(), reader.expected(), word.value());
-        return false;
+        if (!word.hasValue() || !reader.isDone())
+            addUnexpected(word, word.name(), reader.expected(), word.value());
     }
 
     // -------------------------------------------------------------------------------- whole entry
 
-    /** Inserts the entries of a line, one for each pair of ports, if nothing in it is wrong. */
-    void insert(Draft& draft, const Word& first, bool isGood)
+    /** Inserts the entries of a line, one for each pair of ports, unless anything is wrong. */
+    void insert(Draft& draft, const Word& first)
     {
         std::uint32_t id = draft.hasId ? draft.entry.getId() : nextId_;
-        const std::size_t before = errors_.count();
-        eachOf(draft, [&](FiltersEntry& entry) {
-            nextId_ = id + 1;
-            if (errors_.count() != before)
-                return;
-            if (id >= ids_.size())
-                return add(first, "no identifier is left for this entry; the greatest is 65535");
-            if (ids_[id])
-                return add(first, "identifier " + std::to_string(id) +
-                                      " is taken by an entry in front of this one");
-            ids_[id] = true;
-            entry.setId(static_cast<filtersEntryId_t>(id));
-            ++id;
-            if (!isGood || !isHeaderGood_)
-                return;
-            for (const FiltersRefusal& refusal : insertEntryRefusals(group_, entry))
+        if (draft.isIdKnown)
+            takeIds(id, draft.sourcePorts.count() * draft.destinationPorts.count(), first);
+        if (isPlaceKnown_)
+            for (FiltersRefusal refusal : insertEntryRefusals(group_, draft.entry)) {
+                if (!draft.isIdKnown || id == ids_.size())
+                    refusal.entry.reset();
                 add(first, refusal.sentence());
-            if (errors_.count() == before)
-                group_.takeEntry(std::move(entry));
+            }
+        if (errors_.count() != 0)
+            return;
+        eachOf(draft, [&](FiltersEntry& entry) {
+            entry.setId(static_cast<filtersEntryId_t>(id++));
+            group_.takeEntry(std::move(entry));
         });
+    }
+
+    void takeIds(std::uint32_t begin, std::uint32_t count, const Word& first)
+    {
+        const auto left = static_cast<std::uint32_t>(ids_.size()) - begin;
+        nextId_ = begin + std::min(count, left);
+        std::uint32_t taken = nextId_;
+        for (std::uint32_t id = nextId_; id-- != begin;) {
+            if (ids_[id])
+                taken = id;
+            ids_[id] = true;
+        }
+        if (taken != nextId_)
+            add(first, "identifier " + std::to_string(taken) +
+                           " is taken by an entry in front of this one");
+        if (count > left)
+            add(first, "no identifier is left for this entry; the greatest is 65535");
     }
 
     /** Calls @p use with each entry of the line; source pairs come first. */
@@ -405,6 +425,20 @@ private:
         errors_.add(line_, word.column, std::move(sentence));
     }
 
+    template <std::size_t N>
+    void addUnknown(const Word& word, const char* what, const KindWord (&kinds)[N],
+                    std::initializer_list<std::string_view> others)
+    {
+        if (errors_.areOnlyCounted())
+            return add(word, {});
+        Nearest nearest(word.name());
+        for (const KindWord& known : kinds)
+            nearest.ask(known.text());
+        for (const std::string_view known : others)
+            nearest.ask(known);
+        add(word, "there is no " + (what + (" " + quoted(word.name()))) + nearest.question());
+    }
+
     void addUnexpected(const Word& word, std::string_view name, std::string_view expected,
                        std::string_view text)
     {
@@ -432,7 +466,7 @@ private:
     std::size_t line_ = 0;
     FiltersGroup group_{0};
     bool isFirst_ = true;
-    bool isHeaderGood_ = true;
+    bool isPlaceKnown_ = true; // the stage and the type, which say what is admitted
     std::uint32_t nextId_ = 0;
     std::bitset<0x10000> ids_;
 };

@@ -1,6 +1,7 @@
 #include "rule_policers.h"
 
-#include "rule_values.h"
+#include "policers.h"
+#include "rule_numbers.h"
 
 #include <cstdint>
 #include <set>
@@ -126,7 +127,7 @@ public:
     /** What was expected, or null if all was as expected. */
     const char* read(std::string_view text)
     {
-        bool isExpected = true;
+        bool isExpected = !text.empty();
         while (isExpected) {
             if (const char* wrong = readElement(takeUntil(text, ",")))
                 return wrong;
@@ -211,6 +212,13 @@ bool readBytes(std::string_view digits, std::string& bytes)
     return true;
 }
 
+/** Whether the policer was made of the bytes, and not of nothing because they are of none. */
+bool isPolicer(const policer::Policer& policer, const std::string& bytes)
+{
+    const NoPolicer& none = NoPolicer::get();
+    return !samePolicer(policer, none.policer) || bytes == none.bytes;
+}
+
 } // namespace
 
 void putPolicer(std::string& out, const policer::Policer& policer)
@@ -234,8 +242,9 @@ std::optional<policer::Policer> readPolicer(std::string_view text, std::string& 
     if (take(text, BYTES)) {
         std::string bytes;
         if (readBytes(text, bytes))
-            return policer::Policer(bytes);
-        expected = "bytes of two hexadecimal digits each";
+            if (const policer::Policer policer(bytes); isPolicer(policer, bytes))
+                return policer;
+        expected = "the bytes of a policer, of two hexadecimal digits each";
         return std::nullopt;
     }
     PolicerReader reader;

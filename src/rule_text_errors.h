@@ -31,13 +31,16 @@ inline std::string quoted(std::string_view word)
     return text + (word.size() > MOST ? "...'" : "'");
 }
 
-/** How many letters have to be changed, added or left out to make one word of the other. */
+/** The longest word that may be meant to be a known one. */
+inline constexpr std::size_t LONGEST_WORD = 31;
+
+/**
+ * How many letters have to be changed, added or left out to make one word of the other; neither is
+ * longer than LONGEST_WORD.
+ */
 inline std::size_t distance(std::string_view a, std::string_view b)
 {
-    constexpr std::size_t MOST = 31;
-    if (a.size() > MOST || b.size() > MOST)
-        return MOST;
-    std::array<std::size_t, MOST + 1> row;
+    std::array<std::size_t, LONGEST_WORD + 1> row;
     for (std::size_t j = 0; j <= b.size(); ++j)
         row[j] = j;
     for (std::size_t i = 1; i <= a.size(); ++i) {
@@ -58,6 +61,8 @@ public:
 
     void ask(std::string_view known)
     {
+        if (word_.size() > LONGEST_WORD)
+            return;
         const std::size_t apart = distance(word_, known);
         if (apart <= least_ && (nearest_.empty() || apart < least_)) {
             least_ = apart;
@@ -92,6 +97,9 @@ public:
     /** Whether anybody asks for more than whether there are errors. */
     bool areAskedFor() const { return errors_ != nullptr; }
 
+    /** Whether nobody will see the sentences that are added from now on. */
+    bool areOnlyCounted() const { return errors_ == nullptr || count_ > most_; }
+
     void add(std::size_t line, std::size_t column, std::string sentence)
     {
         ++count_;
@@ -103,7 +111,7 @@ public:
     {
         if (errors_ != nullptr && count_ > most_ + 1)
             errors_->back().sentence +=
-                "; there are " + std::to_string(count_ - most_ - 1) + " more errors behind this one";
+                "; errors behind this one: " + std::to_string(count_ - most_ - 1);
     }
 
 private:
