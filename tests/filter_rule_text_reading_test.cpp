@@ -246,5 +246,14 @@ TEST(RuleTextReading, KnowsTheLimitsOfNumbers)
     }
 }
 
+TEST(RuleTextReading, KnowsTheLimitsOfIdentifiers)
+{
+    EXPECT_EQ(rewritten("0xFFFF then"), TYPE_0 + std::string("65535 then\n"));
+    for (const std::string wrong : {"65536", "0x10000", "0x", "1x", "1=1"})
+        EXPECT_EQ(errorsOf("priority=1 " + wrong + " then"),
+                  "1:12: an entry's identifier takes a number from 0 to 65535, not '" + wrong +
+                      "'\n");
+}
+
 } // namespace
 } // namespace FiltersCommon::test

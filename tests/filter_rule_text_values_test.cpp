@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <list>
 #include <map>
 #include <random>
 #include <set>
@@ -141,6 +142,14 @@ TEST(RuleText, OfValuesThatOnlyTheWireBrings)
     MatchPcp pcp;
     pcp.convertFromMatchPB(&pb);
     expectLine(withMatch(pcp), "0 pcp=255 then");
+}
+
+TEST(RuleText, OfEgressPortsThatWereAssignedExcludedTypes)
+{
+    MatchEgressPorts match;
+    static_cast<MatchPorts&>(match) =
+        MatchPorts(MATCH_INGRESS_PORTS, std::list<port_type_t>{PORT_TYPE_CPU});
+    expectLine(withMatch(match), "0 egress_ports=except:0 then");
 }
 
 TEST(RuleText, OfCounters)
