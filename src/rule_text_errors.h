@@ -61,7 +61,7 @@ public:
 
     void ask(std::string_view known)
     {
-        if (word_.size() > LONGEST_WORD)
+        if (word_.size() > LONGEST_WORD || word_.size() > known.size() + least_)
             return;
         const std::size_t apart = distance(word_, known);
         if (apart <= least_ && (nearest_.empty() || apart < least_)) {
