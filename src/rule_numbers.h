@@ -48,13 +48,14 @@ inline void putSeparator(std::string& out)
         out += ',';
 }
 
-constexpr int digitOf(char c)
+/** The value of a hexadecimal digit; 16 for anything else. */
+constexpr unsigned digitOf(char c)
 {
     if (c >= '0' && c <= '9')
-        return c - '0';
+        return static_cast<unsigned>(c - '0');
     if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+        return static_cast<unsigned>(c - 'a') + 10;
+    return c >= 'A' && c <= 'F' ? static_cast<unsigned>(c - 'A') + 10 : 16;
 }
 
 /** Takes @p prefix from the front of @p text. */
@@ -80,10 +81,10 @@ inline bool readDigits(std::string_view digits, unsigned base, std::uint64_t mos
 {
     number = 0;
     for (const char c : digits) {
-        const int digit = digitOf(c);
-        if (digit < 0 || static_cast<unsigned>(digit) >= base)
+        const unsigned digit = digitOf(c);
+        if (digit >= base)
             return false;
-        number = number * base + static_cast<unsigned>(digit);
+        number = number * base + digit;
         if (number > most)
             return false;
     }

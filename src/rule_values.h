@@ -299,8 +299,7 @@ private:
     bool readElements(std::string_view end, Read read)
     {
         bool isExpected = false;
-        while ((isExpected || !rest_.empty()) &&
-               (end.empty() || rest_.substr(0, end.size()) != end)) {
+        while (!rest_.empty() && (end.empty() || rest_.substr(0, end.size()) != end)) {
             if (!read(takeUntil(rest_, ",")))
                 return false;
             isExpected = take(rest_, ",");

@@ -119,6 +119,8 @@ TEST(RuleTextErrors, OfIdentifiers)
          "2:1: identifier 1 is taken by an entry in front of this one\n"
          "3:1: identifier 1 is taken by an entry in front of this one\n"},
         {"5 then\n4 then\nthen", "3:1: identifier 5 is taken by an entry in front of this one\n"},
+        {"5 then\n4 then\n65536 then",
+         "3:1: an entry's identifier takes a number from 0 to 65535, not '65536'\n"},
         {"65535 then\nthen\n\n then x\n0 then",
          "2:1: no identifier is left for this entry; the greatest is 65535\n"
          "4:7: there is no action 'x'\n"
@@ -143,7 +145,7 @@ TEST(RuleTextErrors, OfMoreEntriesThanThereAreIdentifiers)
               "65537:1: no identifier is left for this entry; the greatest is 65535\n");
 }
 
-// ------------------------------------------------------------------------------ what is not admitted
+// -------------------------------------------------------------------------- what is not admitted
 
 TEST(RuleTextErrors, OfWhatTheGroupDoesNotAdmit)
 {
@@ -249,8 +251,8 @@ const std::vector<WrongValues> WRONG_VALUES = {
     {"type=1",
      "",
      "dst_mac",
-     {"", "1:2:3:4:5", "1:2:3:4:5:", "1:2:3:4:5:6:7", "001:2:3:4:5:6", "1:2:3:4:5:0x6",
-      "1-2-3-4-5-6", "1:2:3::5:6"},
+     {"", "1:2:3:4:5", "1:2:3:4:5:", "1:2:3:4:5:6:", "1:2:3:4:5:6:7", "001:2:3:4:5:6",
+      "1:2:3:4:5:0x6", "1-2-3-4-5-6", "1:2:3::5:6"},
      "a MAC address"},
     {"type=1",
      "",
