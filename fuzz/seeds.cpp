@@ -1,4 +1,6 @@
+#include "filter_rule_text.h"
 #include "named_entries.h"
+#include "refusals_support.h"
 
 #include <cstdio>
 #include <exception>
@@ -84,6 +86,29 @@ Inputs accessLists()
     };
 }
 
+/** Groups as bytes and as text, and texts in which something is wrong. */
+Inputs ruleTexts()
+{
+    Inputs inputs;
+    for (const auto& [name, group] : test::groupSamples()) {
+        std::string bytes;
+        group->serialize(&bytes);
+        inputs["bytes_" + name] = '0' + bytes;
+        inputs["text_" + name] = '1' + toRuleText(*group);
+    }
+    for (const auto& [name, entry] : test::entriesOfEachKind()) {
+        FiltersGroup group(1);
+        test::insertSomewhere(group, *entry);
+        inputs["text_" + name] = '1' + toRuleText(group);
+    }
+    inputs["text_ranges"] = "1group 1 type=3\ndst_l4_port=1-6 src_l4_port=0-65535 then\nthen\n";
+    inputs["text_lenient"] = "1\xEF\xBB\xBFgroup 0x1 type=9 # IPv4\r\n\r\n"
+                             "dscp=1 priority=2 7 external_vlan_id=9,5-7,6 then";
+    inputs["text_wrong"] =
+        "1group x\n1 tll=1 ttl=256 all all then premit\n1 then counter=1 policer=x";
+    return inputs;
+}
+
 void write(const fs::path& folder, const Inputs& inputs)
 {
     fs::create_directories(folder);
@@ -108,6 +133,7 @@ try {
     write(folder / "group_bytes", groups());
     write(folder / "plain_path", entriesAndGroups());
     write(folder / "operations", programs());
+    write(folder / "rule_text", ruleTexts());
     write(folder / "access_list", accessLists());
     return 0;
 } catch (const std::exception& error) {
