@@ -7,7 +7,9 @@
  *     20 priority=100 src_ipv4=10.20.0.0/16 then deny
  *
  * What is written for a group is read back as an equal group with the same bytes, whatever the
- * group holds; what is read and written again is in canonical form, and stays as it is.
+ * entries hold; what is read and written again is in canonical form, and stays as it is. Only a
+ * group that does not admit its own entries, because it has read another stage or type since, is
+ * refused when it is read back.
  */
 #ifndef FILTER_COMMON_FILTER_RULE_TEXT_H
 #define FILTER_COMMON_FILTER_RULE_TEXT_H
@@ -40,7 +42,8 @@ std::string toRuleText(const FiltersGroup& group);
 
 /**
  * The group that the text describes; none if anything in it is wrong, as a rule left out would be a
- * rule unlike the others.
+ * rule unlike the others. Ranges may make a group much larger than its text: one of VLAN identifiers
+ * holds each of them, and two of ports make up to 900 entries of a line.
  * @param errors gets everything that is wrong, in the order of the text; what it held before goes.
  * Of a text with more errors than one for each 16 bytes and a thousand, the rest is only counted,
  * in the last error.

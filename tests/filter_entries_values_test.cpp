@@ -234,8 +234,8 @@ TEST(FilterEntries, MoveAssignmentMovesASingleSmallObjectAndTakesOverALargeOne)
 {
     FiltersEntry source;
     source.setMatch(MatchPcp(3));
-    source.setAction(ActionReplaceDstMac(test::mac("2:0:0:0:0:1")));
-    const auto* mac = source.findAction<ActionReplaceDstMac>();
+    source.setAction(ActionRedirect(test::limId(0, 0, 0, 3)));
+    const auto* redirect = source.findAction<ActionRedirect>();
     FiltersEntry target;
     target = std::move(source);
     const auto address = [](const void* object) {
@@ -245,9 +245,9 @@ TEST(FilterEntries, MoveAssignmentMovesASingleSmallObjectAndTakesOverALargeOne)
     EXPECT_EQ(target.findMatch<MatchPcp>()->getPcp(), 3);
     EXPECT_GT(address(target.findMatch<MatchPcp>()), address(&target));
     EXPECT_LT(address(target.findMatch<MatchPcp>()), address(&target + 1));
-    EXPECT_EQ(target.findAction<ActionReplaceDstMac>(), mac);
+    EXPECT_EQ(target.findAction<ActionRedirect>(), redirect);
     EXPECT_EQ(source.findMatch<MatchPcp>(), nullptr);
-    EXPECT_EQ(source.findAction<ActionReplaceDstMac>(), nullptr);
+    EXPECT_EQ(source.findAction<ActionRedirect>(), nullptr);
 }
 
 TEST(FilterEntries, MoveAssignmentKeepsADscp)
