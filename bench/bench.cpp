@@ -1,10 +1,11 @@
 /**
  * Times every operation with Google Benchmark.
  *
- *     filter_bench [--rules=FILE] [--sizes=N,N,...] [--repetitions=N] [options of Google Benchmark]
+ *     filter_bench [--rules=FILE] [--sizes=N,N,...] [--only=TITLE] [--repetitions=N]
+ *                  [options of Google Benchmark]
  *
- * Measures processor time, so that other processes disturb little. Progress goes to standard error,
- * because with repetitions in random order all results come at the end.
+ * Measures processor time, so that other processes disturb little. bench/report/timing.py runs it
+ * once for each title. Without a title it first checks that the subjects agree.
  */
 #include "allocations.h"
 #include "operations.h"
@@ -12,11 +13,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <ctime>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -28,32 +30,6 @@ double processorSeconds()
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
-
-/** Reports every few seconds how far the measurements have got. */
-class Progress {
-public:
-    /** Each benchmark is tried out about twice before it is repeated. */
-    Progress(std::size_t benchmarks, int repetitions)
-        : expected_(benchmarks * (static_cast<std::size_t>(repetitions) + 2))
-    {}
-
-    void begin(const std::string& title)
-    {
-        ++measurements_;
-        const std::time_t now = std::time(nullptr);
-        if (now < last_ + 5)
-            return;
-        last_ = now;
-        std::fprintf(stderr, "bench: measurement %zu of about %zu after %lld s: %s\n",
-                     measurements_, expected_, static_cast<long long>(now - first_), title.c_str());
-    }
-
-private:
-    const std::size_t expected_;
-    const std::time_t first_ = std::time(nullptr);
-    std::time_t last_ = 0;
-    std::size_t measurements_ = 0;
-};
 
 void measure(benchmark::State& state, const Operation& operation)
 {
@@ -68,19 +44,35 @@ void measure(benchmark::State& state, const Operation& operation)
     state.counters["rules"] = static_cast<double>(operation.rules);
 }
 
-void registerAll(const std::vector<Workload>& workloads, int repetitions, Progress& progress)
+struct Benchmark {
+    const Description* description;
+    const Workload* workload;
+
+    std::string title() const
+    {
+        return description->title() + "/" + std::to_string(workload->size);
+    }
+};
+
+std::vector<Benchmark> allBenchmarks(const Descriptions& descriptions,
+                                     const std::vector<Workload>& workloads)
 {
+    std::vector<Benchmark> all;
     for (const Workload& workload : workloads)
-        for (const Description& description : allOperations()) {
-            const std::string title = description.title() + "/" + std::to_string(workload.size);
-            benchmark::RegisterBenchmark(title.c_str(),
-                                         [=, &workload, &progress](auto& state) {
-                                             progress.begin(title);
-                                             measure(state, description.make(workload.rules));
-                                         })
-                ->UseManualTime()
-                ->Repetitions(repetitions);
-        }
+        for (const Description& description : descriptions)
+            all.push_back({&description, &workload});
+    return all;
+}
+
+void registerIt(const Benchmark& benchmark, int repetitions)
+{
+    benchmark::RegisterBenchmark(
+        benchmark.title().c_str(),
+        [benchmark](auto& state) {
+            measure(state, benchmark.description->make(benchmark.workload->rules));
+        })
+        ->UseManualTime()
+        ->Repetitions(repetitions);
 }
 
 } // namespace
@@ -91,13 +83,17 @@ int main(int argc, char** argv)
         keepMemory();
         const std::vector<Workload> workloads = takeWorkloads(argc, argv);
         const int repetitions = std::stoi(takeOption(argc, argv, "repetitions").value_or("1"));
+        const std::optional<std::string> only = takeOption(argc, argv, "only");
         benchmark::Initialize(&argc, argv);
         if (workloads.empty() || benchmark::ReportUnrecognizedArguments(argc, argv))
             return 2;
-        for (const Workload& workload : workloads)
-            checkThatSubjectsAgree(workload.rules);
-        Progress progress(workloads.size() * allOperations().size(), repetitions);
-        registerAll(workloads, repetitions, progress);
+        if (!only)
+            for (const Workload& workload : workloads)
+                checkThatSubjectsAgree(workload.rules);
+        const Descriptions descriptions = allOperations();
+        for (const Benchmark& benchmark : allBenchmarks(descriptions, workloads))
+            if (!only || *only == benchmark.title())
+                registerIt(benchmark, repetitions);
         benchmark::RunSpecifiedBenchmarks();
         benchmark::Shutdown();
         return 0;

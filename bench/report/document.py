@@ -169,9 +169,9 @@ def page(figures, surroundings, all_targets):
     yield "\n## Setup\n"
     yield from (f"- {name}: {value}" for name, value in surroundings.items())
     yield (
-        f"- medians of {figures.repetitions} repetitions in random order, in processor time, on a "
-        "heap whose free memory was joined before and is never returned to the system; what is "
-        "made is destroyed outside the measured time"
+        f"- medians of {figures.repetitions} repetitions in random order, in processor time; each "
+        "operation has processes of its own, and a heap whose free memory is joined before each "
+        "run and never returned to the system; what is made is destroyed outside the measured time"
     )
 
 

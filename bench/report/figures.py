@@ -35,10 +35,10 @@ class Figures:
             self._add(title, "heap bytes", live / rules)
             if "instructions" in counted:
                 self._add(title, "instructions", counted["instructions"][title] / rules)
-        runs = times["benchmarks"] if times else []
-        for title, time in medians(runs).items():
-            self._add(title, "time", time)
-        self.repetitions = runs[0].get("repetitions", 1) if runs else 0
+        repeated = repetitions(times["benchmarks"] if times else [])
+        for title, values in repeated.items():
+            self._add(title, "time", statistics.median(values))
+        self.repetitions = min(map(len, repeated.values()), default=0)
         self.loading = counted.get("loading")
         self.sizes = sorted({size for _, _, size in self._figures})
         self.subjects = [s for s in SUBJECTS if any(key[0] == s for key in self._figures)]
@@ -52,14 +52,13 @@ class Figures:
         return self._figures.get((subject, operation, size), {}).get(what)
 
 
-def medians(benchmarks):
-    """The median of the repetitions of each benchmark."""
-    repetitions = {}
+def repetitions(benchmarks):
+    """The times of each benchmark, per rule."""
+    times = {}
     for each in benchmarks:
         if each["run_type"] == "iteration":
-            time = each["real_time"] / each["rules"]
-            repetitions.setdefault(each["name"], []).append(time)
-    return {title: statistics.median(values) for title, values in repetitions.items()}
+            times.setdefault(each["name"], []).append(each["real_time"] / each["rules"])
+    return times
 
 
 def read(times_path, counted_path):

@@ -63,7 +63,10 @@ class Figures(unittest.TestCase):
     def test_are_medians_a_rule_without_aggregates(self):
         runs = [benchmark("filters/copy/10/manual_time", time, 10) for time in (900, 100, 200)]
         mean = benchmark("filters/copy/10/manual_time_mean", 9000, 10, "aggregate")
-        self.assertEqual(figures.medians([*runs, mean]), {"filters/copy/10/manual_time": 20})
+        counted = {"allocations": {"filters/copy/10": [10, 0, 0]}}
+        some = figures.Figures(counted, {"benchmarks": [*runs, mean]})
+        self.assertEqual(some.get("time", "filters", "copy", 10), 20)
+        self.assertEqual(some.repetitions, 3)
 
     def test_are_found_by_what_they_are_of(self):
         some = figures_of({"filters/copy/10/manual_time": 3}, {"filters/copy/10": (1, 2, 4)})
