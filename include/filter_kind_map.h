@@ -150,6 +150,7 @@ private:
     FILTERS_COMMON_INTERNAL std::byte* placeOf(Code kind);
 
     FILTERS_COMMON_INTERNAL std::byte* makeRoom(Code kind);
+    FILTERS_COMMON_INTERNAL std::byte* makeRoomInNewBlock(Code kind, std::size_t size);
     template <class Make>
     FILTERS_COMMON_INTERNAL void rearrange(CodeSet<Code> added, Memory memory, Make make) noexcept;
 

@@ -36,6 +36,16 @@ public:
         return size;
     }
 
+    /** The kinds whose objects are of at most that size. */
+    static constexpr CodeSet<Code> kindsUpTo(std::size_t size)
+    {
+        CodeSet<Code> kinds;
+        for (std::size_t i = 0; i < OPERATIONS.size(); ++i)
+            if (OPERATIONS[i].size <= size)
+                kinds.insert(static_cast<Code>(i));
+        return kinds;
+    }
+
     static Base& at(std::byte* place) { return *std::launder(reinterpret_cast<Base*>(place)); }
     static const Base& at(const std::byte* place)
     {
@@ -278,11 +288,9 @@ Code lastOf(CodeSet<Code> codes)
 template <class Base>
 bool KindMap<Base>::needBlock(CodeSet<Code> kinds)
 {
-    if (kinds.empty())
-        return false;
-    const Code first = *kinds.begin();
-    const bool isSingle = kinds == CodeSet<Code>{first};
-    return !isSingle || Placed<Base>::sizeOf(first) > sizeof room_;
+    static constexpr CodeSet<Code> SMALL = Placed<Base>::kindsUpTo(sizeof room_);
+    const bool areSeveral = (kinds.bits() & (kinds.bits() - 1)) != 0;
+    return areSeveral || !(kinds - SMALL).empty();
 }
 
 template <class Base>
@@ -455,24 +463,30 @@ std::byte* KindMap<Base>::makeRoom(Code kind)
         Placed<Base>::at(place).~Base();
         return place;
     }
-    constexpr std::size_t STEP = 96; // by which blocks grow: the matches of a five-tuple
     const std::size_t used = Placed<Base>::sizeOf(kinds_);
     const std::size_t gap = Placed<Base>::sizeOf(kind);
+    if (!hasBlock() || used + gap > block().capacity)
+        return makeRoomInNewBlock(kind, used + gap);
+    std::byte* room = block().objects + used;
+    for (CodeSet<Code> behind = kinds_ - kinds_.below(kind); !behind.empty();) {
+        const Code last = lastOf(behind);
+        room -= Placed<Base>::sizeOf(last);
+        Placed<Base>::shift(last, room, room + gap, gap);
+        behind.erase(last);
+    }
+    kinds_.insert(kind);
+    return room;
+}
+
+/** The same with all objects in other memory than before; there is none of the kind yet. */
+template <class Base>
+std::byte* KindMap<Base>::makeRoomInNewBlock(Code kind, std::size_t size)
+{
+    constexpr std::size_t STEP = 96; // by which blocks grow: the matches of a five-tuple
     const CodeSet<Code> added{kind};
     std::byte* room = nullptr;
-    if (hasBlock() && used + gap <= block().capacity) {
-        room = block().objects + used;
-        for (CodeSet<Code> behind = kinds_ - kinds_.below(kind); !behind.empty();) {
-            const Code last = lastOf(behind);
-            room -= Placed<Base>::sizeOf(last);
-            Placed<Base>::shift(last, room, room + gap, gap);
-            behind.erase(last);
-        }
-        kinds_.insert(kind);
-    } else {
-        rearrange(added, memoryFor(kinds_ | added, (used + gap + STEP - 1) / STEP * STEP),
-                  [&](Code, std::byte* place) { room = place; });
-    }
+    rearrange(added, memoryFor(kinds_ | added, (size + STEP - 1) / STEP * STEP),
+              [&](Code, std::byte* place) { room = place; });
     return room;
 }
 
