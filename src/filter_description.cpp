@@ -134,10 +134,8 @@ FiltersDescription describeByKind(const Base& object)
 FiltersValue describe(const policer::Action& action)
 {
     Fields fields;
-    fields.add("Color",
-               nameOrNumber(findWord(POLICER_COLORS, action.GetColor()), action.GetColor()));
-    fields.add("Action",
-               nameOrNumber(findWord(POLICER_ACTIONS, action.GetType()), action.GetType()));
+    fields.add("Color", nameOrNumber(nameIn(POLICER_COLORS, action.GetColor()), action.GetColor()));
+    fields.add("Action", nameOrNumber(nameIn(POLICER_ACTIONS, action.GetType()), action.GetType()));
     if (action.GetType() == policer::Action::SET_PCP)
         fields("PCP", action.GetPcp());
     else if (action.GetType() == policer::Action::SET_DSCP)
@@ -171,14 +169,14 @@ FiltersDescription describe(const policer::Policer& policer)
     fields.add("Policer Id",
                nameOrNumber(id == policer::Policer::INVALID_ID ? "Invalid" : nullptr, id));
     fields.add("Stage",
-               nameOrNumber(findWord(POLICER_STAGES, policer.GetStage()), policer.GetStage()));
+               nameOrNumber(nameIn(POLICER_STAGES, policer.GetStage()), policer.GetStage()));
 
     const policer::Mode& mode = policer.GetMode();
-    const PolicerMode* row = findPolicerMode(mode.GetType());
+    const PolicerMode* row = findRow(POLICER_MODES, mode.GetType());
     fields.add("Mode", nameOrNumber(row == nullptr ? nullptr : row->name, mode.GetType()));
     for (const PolicerRate& rate : POLICER_RATES)
-        if (rate.get(mode) != 0 || (row != nullptr && row->uses(rate)))
-            fields(rate.name, rate.get(mode));
+        if (rate.of(mode) != 0 || (row != nullptr && row->uses(rate)))
+            fields(rate.name, rate.of(mode));
 
     std::vector<FiltersValue> actions;
     for (const policer::Action& action : policer.GetActions())

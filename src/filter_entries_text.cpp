@@ -12,12 +12,12 @@ using namespace FiltersCommon;
 
 namespace {
 
-/** The word for a code, or an empty string if it has none. */
+/** The name of a code, or an empty string if it has none. */
 template <class Code, std::size_t N>
-const char* wordOf(const char* const (&words)[N], Code code)
+const char* nameOf(const PolicerCode (&codes)[N], Code code)
 {
-    const char* word = findWord(words, code);
-    return word == nullptr ? "" : word;
+    const char* name = nameIn(codes, code);
+    return name == nullptr ? "" : name;
 }
 
 /** Writes four of the stream's fill characters. */
@@ -30,14 +30,14 @@ std::ostream& indent(std::ostream& out)
 /** Writes "Flow (CIR: 100 kbits/s, CBS: 200 bytes)", or nothing for an unknown mode. */
 void writeMode(std::ostream& out, const policer::Mode& mode)
 {
-    const PolicerMode* row = findPolicerMode(mode.GetType());
+    const PolicerMode* row = findRow(POLICER_MODES, mode.GetType());
     if (row == nullptr)
         return;
     out << row->name;
     const char* separator = " (";
     for (const PolicerRate& rate : row->rates)
         if (rate.name != nullptr) {
-            out << separator << rate.name << ": " << rate.get(mode) << rate.unit;
+            out << separator << rate.name << ": " << rate.of(mode) << rate.unit;
             separator = ", ";
         }
     out << (row->rates.front().name == nullptr ? "" : ")");
@@ -45,8 +45,8 @@ void writeMode(std::ostream& out, const policer::Mode& mode)
 
 void writePolicerAction(std::ostream& out, const policer::Action& action)
 {
-    out << "+ " << wordOf(POLICER_COLORS, action.GetColor()) << " "
-        << wordOf(POLICER_ACTIONS, action.GetType());
+    out << "+ " << nameOf(POLICER_COLORS, action.GetColor()) << " "
+        << nameOf(POLICER_ACTIONS, action.GetType());
     if (action.GetType() == policer::Action::SET_PCP)
         out << " " << std::to_string(action.GetPcp());
     else if (action.GetType() == policer::Action::SET_DSCP)
@@ -60,7 +60,7 @@ void writePolicer(std::ostream& out, const policer::Policer& policer)
     const std::uint32_t id = policer.GetId();
     indent(out) << "Policer Id: "
                 << (id == policer::Policer::INVALID_ID ? "Invalid" : std::to_string(id)) << "\n";
-    indent(out) << "Stage: " << wordOf(POLICER_STAGES, policer.GetStage()) << "\n";
+    indent(out) << "Stage: " << nameOf(POLICER_STAGES, policer.GetStage()) << "\n";
     indent(out) << "Mode: ";
     writeMode(out, policer.GetMode());
     out << "\n";

@@ -1,45 +1,54 @@
 /**
- * The words for policer values in dumps and descriptions. Policers come from another library.
+ * The codes and rates of policers: their names in dumps and descriptions, and their words in rule
+ * text. Policers come from another library.
  */
 #ifndef FILTER_COMMON_SRC_POLICER_TABLES_H
 #define FILTER_COMMON_SRC_POLICER_TABLES_H
+
+#include "code_rows.h"
 
 #include <policer_common.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace FiltersCommon {
 
 /** A rate or a size of a policer's mode. */
 struct PolicerRate {
     const char* name = nullptr;
+    std::string_view word;
     const char* unit = nullptr;
-    std::uint32_t (*get)(const policer::Mode& mode) = nullptr;
+    std::uint32_t (policer::Mode::*get)() const = nullptr;
+    std::uint32_t policer::Mode::Rates::*rate = nullptr; /**< what a mode is made of */
+
+    std::uint32_t of(const policer::Mode& mode) const { return (mode.*get)(); }
 };
 
 // clang-format off
 inline constexpr PolicerRate POLICER_CIR =
-    {"CIR", " kbits/s", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetCir(); }};
+    {"CIR", "cir", " kbits/s", &policer::Mode::GetCir, &policer::Mode::Rates::cir};
 inline constexpr PolicerRate POLICER_CBS =
-    {"CBS", " bytes", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetCbs(); }};
+    {"CBS", "cbs", " bytes",   &policer::Mode::GetCbs, &policer::Mode::Rates::cbs};
 inline constexpr PolicerRate POLICER_EBS =
-    {"EBS", " bytes", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetEbs(); }};
+    {"EBS", "ebs", " bytes",   &policer::Mode::GetEbs, &policer::Mode::Rates::ebs};
 inline constexpr PolicerRate POLICER_EIR =
-    {"EIR", " kbits/s", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetEir(); }};
+    {"EIR", "eir", " kbits/s", &policer::Mode::GetEir, &policer::Mode::Rates::eir};
 inline constexpr PolicerRate POLICER_PBS =
-    {"PBS", " bytes", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetPbs(); }};
+    {"PBS", "pbs", " bytes",   &policer::Mode::GetPbs, &policer::Mode::Rates::pbs};
 inline constexpr PolicerRate POLICER_PIR =
-    {"PIR", " kbits/s", [](const policer::Mode& mode) -> std::uint32_t { return mode.GetPir(); }};
+    {"PIR", "pir", " kbits/s", &policer::Mode::GetPir, &policer::Mode::Rates::pir};
 
 inline constexpr PolicerRate POLICER_RATES[] =
     {POLICER_CIR, POLICER_CBS, POLICER_EBS, POLICER_EIR, POLICER_PBS, POLICER_PIR};
 
 /** A mode and the rates that it uses, in dump order; unused places at the end are empty. */
 struct PolicerMode {
-    policer::Mode::Type type;
+    std::uint32_t code;
     const char* name;
+    std::string_view word;
     std::array<PolicerRate, 4> rates;
 
     bool uses(const PolicerRate& rate) const
@@ -52,33 +61,47 @@ struct PolicerMode {
 };
 
 inline constexpr PolicerMode POLICER_MODES[] = {
-    {policer::Mode::SR_TCM,    "SrTcm",   {POLICER_CIR, POLICER_CBS, POLICER_EBS}},
-    {policer::Mode::TR_TCM,    "TrTcm",   {POLICER_CIR, POLICER_CBS, POLICER_PIR, POLICER_PBS}},
-    {policer::Mode::TR_TCM_DS, "TrTcmDs", {POLICER_CIR, POLICER_CBS, POLICER_EIR, POLICER_EBS}},
-    {policer::Mode::FLOW,      "Flow",    {POLICER_CIR, POLICER_CBS}},
-    {policer::Mode::NONE,      "None",    {}},
+    {policer::Mode::SR_TCM, "SrTcm", "sr_tcm",
+        {POLICER_CIR, POLICER_CBS, POLICER_EBS}},
+    {policer::Mode::TR_TCM, "TrTcm", "tr_tcm",
+        {POLICER_CIR, POLICER_CBS, POLICER_PIR, POLICER_PBS}},
+    {policer::Mode::TR_TCM_DS, "TrTcmDs", "tr_tcm_ds",
+        {POLICER_CIR, POLICER_CBS, POLICER_EIR, POLICER_EBS}},
+    {policer::Mode::FLOW, "Flow", "flow",
+        {POLICER_CIR, POLICER_CBS}},
+    {policer::Mode::NONE, "None", "none", {}},
 };
 // clang-format on
 
-/** The mode with that type, or null. */
-inline const PolicerMode* findPolicerMode(policer::Mode::Type type)
-{
-    for (const PolicerMode& mode : POLICER_MODES)
-        if (mode.type == type)
-            return &mode;
-    return nullptr;
-}
+/** Another code of a policer. */
+struct PolicerCode {
+    std::uint32_t code;
+    const char* name;
+    std::string_view word;
+};
 
-inline constexpr const char* POLICER_STAGES[] = {"Ingress", "Egress", "None"};
-inline constexpr const char* POLICER_COLORS[] = {"Red", "Yellow", "Green"};
-inline constexpr const char* POLICER_ACTIONS[] = {"Drop", "Set PCP", "Set DSCP"};
+inline constexpr PolicerCode POLICER_STAGES[] = {
+    {policer::STAGE_INGRESS, "Ingress", "ingress"},
+    {policer::STAGE_EGRESS, "Egress", "egress"},
+    {policer::STAGE_NONE, "None", "none"},
+};
+inline constexpr PolicerCode POLICER_COLORS[] = {
+    {policer::Action::RED, "Red", "red"},
+    {policer::Action::YELLOW, "Yellow", "yellow"},
+    {policer::Action::GREEN, "Green", "green"},
+};
+inline constexpr PolicerCode POLICER_ACTIONS[] = {
+    {policer::Action::DROP, "Drop", "drop"},
+    {policer::Action::SET_PCP, "Set PCP", "set_pcp"},
+    {policer::Action::SET_DSCP, "Set DSCP", "set_dscp"},
+};
 
-/** The word for a code, or null. Codes are treated as unsigned. */
-template <class Code, std::size_t N>
-constexpr const char* findWord(const char* const (&words)[N], Code code)
+/** The name of a code, or null. */
+template <class Row, std::size_t N, class Code>
+constexpr const char* nameIn(const Row (&rows)[N], Code code)
 {
-    const auto index = static_cast<std::uint32_t>(code);
-    return index < N ? words[index] : nullptr;
+    const Row* row = findRow(rows, code);
+    return row == nullptr ? nullptr : row->name;
 }
 
 } // namespace FiltersCommon

@@ -32,13 +32,13 @@ inline void putHexadecimal(std::string& out, std::uint32_t number, int count)
 }
 
 /** The word of the number, or the number itself. */
-template <std::size_t N>
-void putNamed(std::string& out, const NamedNumber (&words)[N], std::uint32_t number)
+template <class Row, std::size_t N>
+void putNamed(std::string& out, const Row (&rows)[N], std::uint32_t code)
 {
-    if (const std::string_view word = wordOf(words, number); !word.empty())
+    if (const std::string_view word = wordOf(rows, code); !word.empty())
         out += word;
     else
-        putNumber(out, number);
+        putNumber(out, code);
 }
 
 /** Separates the elements of a list, the first of which stands behind a "=". */

@@ -1,5 +1,6 @@
 #include "rule_policers.h"
 
+#include "policer_tables.h"
 #include "policers.h"
 #include "rule_numbers.h"
 
@@ -9,42 +10,6 @@
 namespace FiltersCommon {
 
 namespace {
-
-constexpr NamedNumber STAGES[] = {
-    {policer::STAGE_INGRESS, "ingress"},
-    {policer::STAGE_EGRESS, "egress"},
-    {policer::STAGE_NONE, "none"},
-};
-constexpr NamedNumber MODES[] = {
-    {policer::Mode::SR_TCM, "sr_tcm"},       {policer::Mode::TR_TCM, "tr_tcm"},
-    {policer::Mode::TR_TCM_DS, "tr_tcm_ds"}, {policer::Mode::FLOW, "flow"},
-    {policer::Mode::NONE, "none"},
-};
-constexpr NamedNumber COLORS[] = {
-    {policer::Action::RED, "red"},
-    {policer::Action::YELLOW, "yellow"},
-    {policer::Action::GREEN, "green"},
-};
-constexpr NamedNumber ACTIONS[] = {
-    {policer::Action::DROP, "drop"},
-    {policer::Action::SET_PCP, "set_pcp"},
-    {policer::Action::SET_DSCP, "set_dscp"},
-};
-
-/** A rate: its word, how it is read from a mode, and where it is put to make one. */
-struct RateWord {
-    std::string_view word;
-    std::uint32_t (policer::Mode::*get)() const;
-    std::uint32_t policer::Mode::Rates::*rate;
-};
-constexpr RateWord RATES[] = {
-    {"cir", &policer::Mode::GetCir, &policer::Mode::Rates::cir},
-    {"cbs", &policer::Mode::GetCbs, &policer::Mode::Rates::cbs},
-    {"ebs", &policer::Mode::GetEbs, &policer::Mode::Rates::ebs},
-    {"eir", &policer::Mode::GetEir, &policer::Mode::Rates::eir},
-    {"pbs", &policer::Mode::GetPbs, &policer::Mode::Rates::pbs},
-    {"pir", &policer::Mode::GetPir, &policer::Mode::Rates::pir},
-};
 
 constexpr bool takesValue(policer::Action::Type type)
 {
@@ -56,11 +21,11 @@ std::uint8_t valueOf(const policer::Action& action)
     return action.GetType() == policer::Action::SET_PCP ? action.GetPcp() : action.GetDscp();
 }
 
-template <class Code, std::size_t N>
-bool readNamed(const NamedNumber (&words)[N], std::string_view text, Code& code)
+template <class Row, std::size_t N, class Code>
+bool readNamed(const Row (&rows)[N], std::string_view text, Code& code)
 {
     std::uint32_t number = 0;
-    if (const auto known = numberOf(words, text))
+    if (const auto known = codeOf(rows, text))
         number = *known;
     else if (!readNumber(text, number))
         return false;
@@ -82,17 +47,17 @@ public:
         }
         if (policer.GetStage() != none.GetStage()) {
             begin("stage");
-            putNamed(out_, STAGES, policer.GetStage());
+            putNamed(out_, POLICER_STAGES, policer.GetStage());
         }
         const policer::Mode& mode = policer.GetMode();
         if (mode.GetType() != none.GetMode().GetType()) {
             begin("mode");
-            putNamed(out_, MODES, mode.GetType());
+            putNamed(out_, POLICER_MODES, mode.GetType());
         }
-        for (const RateWord& each : RATES)
-            if ((mode.*each.get)() != 0) {
+        for (const PolicerRate& each : POLICER_RATES)
+            if (each.of(mode) != 0) {
                 begin(each.word);
-                putNumber(out_, (mode.*each.get)());
+                putNumber(out_, each.of(mode));
             }
         for (const policer::Action& action : policer.GetActions())
             write(action);
@@ -102,9 +67,9 @@ private:
     void write(const policer::Action& action)
     {
         putSeparator(out_);
-        putNamed(out_, COLORS, action.GetColor());
+        putNamed(out_, POLICER_COLORS, action.GetColor());
         out_ += ':';
-        putNamed(out_, ACTIONS, action.GetType());
+        putNamed(out_, POLICER_ACTIONS, action.GetType());
         if (takesValue(action.GetType())) {
             out_ += ':';
             putNumber(out_, valueOf(action));
@@ -147,16 +112,16 @@ private:
         if (name == "id")
             return once(ID) && readNumber(text, id_) ? nullptr : "id:NUMBER, once";
         if (name == "stage")
-            return once(STAGE) && readNamed(STAGES, text, stage_)
+            return once(STAGE) && readNamed(POLICER_STAGES, text, stage_)
                        ? nullptr
                        : "stage:ingress, stage:egress or stage:none, once";
         if (name == "mode")
-            return once(MODE) && readNamed(MODES, text, mode_)
+            return once(MODE) && readNamed(POLICER_MODES, text, mode_)
                        ? nullptr
                        : "mode:sr_tcm, mode:tr_tcm, mode:tr_tcm_ds, mode:flow or mode:none, once";
-        for (const RateWord& each : RATES)
+        for (const PolicerRate& each : POLICER_RATES)
             if (name == each.word)
-                return once(FIRST_RATE + static_cast<unsigned>(&each - RATES)) &&
+                return once(FIRST_RATE + static_cast<unsigned>(&each - POLICER_RATES)) &&
                                readNumber(text, rates_.*each.rate)
                            ? nullptr
                            : "each of the rates cir, cbs, ebs, eir, pbs and pir as a number, once";
@@ -171,7 +136,8 @@ private:
         policer::Action::Color color{};
         policer::Action::Type type{};
         std::uint8_t value = 0;
-        if (!readNamed(COLORS, colorText, color) || !readNamed(ACTIONS, takeUntil(text, ":"), type))
+        if (!readNamed(POLICER_COLORS, colorText, color) ||
+            !readNamed(POLICER_ACTIONS, takeUntil(text, ":"), type))
             return false;
         if (takesValue(type) && !(take(text, ":") && readNumber(text, value)))
             return false;

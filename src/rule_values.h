@@ -176,7 +176,7 @@ private:
         }
         const std::string_view text = takeUntil(rest_, "/:");
         if (hasNames)
-            if (const auto known = numberOf(PROTOCOL_WORDS, text)) {
+            if (const auto known = codeOf(PROTOCOL_WORDS, text)) {
                 number = static_cast<Number>(*known);
                 return true;
             }
@@ -207,7 +207,7 @@ private:
         if (!take(rest_, ":"))
             return false;
         std::string_view text = takeAll();
-        if (const auto known = numberOf(COUNTER_TYPE_WORDS, text)) {
+        if (const auto known = codeOf(COUNTER_TYPE_WORDS, text)) {
             type = static_cast<counter_type_t>(*known);
             return true;
         }

@@ -4,6 +4,7 @@
 #ifndef FILTER_COMMON_SRC_RULE_WORDS_H
 #define FILTER_COMMON_SRC_RULE_WORDS_H
 
+#include "code_rows.h"
 #include "filter_actions.h"
 #include "filter_matches.h"
 
@@ -58,39 +59,37 @@ std::optional<Code> kindOf(const KindWord (&words)[N], std::string_view word)
     return std::nullopt;
 }
 
-/** A number and its word, for codes that are no kinds. */
-struct NamedNumber {
-    std::uint32_t number;
+/** A code that is no kind, and its word. */
+struct CodeWord {
+    std::uint32_t code;
     std::string_view word;
 };
 
-inline constexpr NamedNumber PROTOCOL_WORDS[] = {
+inline constexpr CodeWord PROTOCOL_WORDS[] = {
     {1, "icmp"}, {2, "igmp"}, {6, "tcp"},     {17, "udp"},  {47, "gre"},
     {50, "esp"}, {51, "ah"},  {58, "icmpv6"}, {89, "ospf"}, {132, "sctp"},
 };
-inline constexpr NamedNumber COUNTER_TYPE_WORDS[] = {
+inline constexpr CodeWord COUNTER_TYPE_WORDS[] = {
     {COUNTER_TYPE_INVALID, "invalid"},
     {COUNTER_TYPE_PACKETS, "packets"},
     {COUNTER_TYPE_OCTETS, "octets"},
 };
 
-/** The word of the number, or none. */
-template <std::size_t N>
-constexpr std::string_view wordOf(const NamedNumber (&words)[N], std::uint32_t number)
+/** The word of the code, or none. */
+template <class Row, std::size_t N>
+constexpr std::string_view wordOf(const Row (&rows)[N], std::uint32_t code)
 {
-    for (const NamedNumber& each : words)
-        if (each.number == number)
-            return each.word;
-    return {};
+    const Row* row = findRow(rows, code);
+    return row == nullptr ? std::string_view() : row->word;
 }
 
-template <std::size_t N>
-constexpr std::optional<std::uint32_t> numberOf(const NamedNumber (&words)[N],
-                                                std::string_view word)
+/** The code that has the word, if one has. */
+template <class Row, std::size_t N>
+constexpr std::optional<std::uint32_t> codeOf(const Row (&rows)[N], std::string_view word)
 {
-    for (const NamedNumber& each : words)
-        if (each.word == word)
-            return each.number;
+    for (const Row& row : rows)
+        if (row.word == word)
+            return row.code;
     return std::nullopt;
 }
 

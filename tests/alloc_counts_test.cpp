@@ -1,3 +1,4 @@
+#include "filter_rule_text.h"
 #include "named_entries.h"
 #include "nowhere.h"
 #include "test_allocator.h"
@@ -201,6 +202,24 @@ TEST_F(AllocationCounts, OfTheCopyOfAGroupAreThoseOfOneCopyOfEachEntry)
             map.emplace(element.first, element.second);
     });
     EXPECT_EQ(allocationsOf([&] { FiltersGroup copy(group); }), ofTheEntries);
+}
+
+// -------------------------------------------------------------------------------------- rule text
+
+TEST_F(AllocationCounts, OfRuleTextAreThoseOfTheEntriesAndOfOneGrowingString)
+{
+    std::string text = "group 1 priority=0 stage=2 type=3\n";
+    for (int i = 0; i < 1000; ++i)
+        text += std::to_string(i) +
+                " priority=7 dst_l4_port=1024/0xfc00 src_ipv4=10.0.0.0/8 "
+                "dst_ipv4=10.1.0.1 ip_protocol=tcp then permit counter=4:packets\n";
+    const FiltersGroup group = groupFromRuleText(text).value();
+    constexpr std::size_t GROWTH = 32;
+
+    const Allocations ofCopy = allocationsOf([&] { FiltersGroup copy(group); });
+    EXPECT_LE(allocationsOf([&] { groupFromRuleText(text); }).count, ofCopy.count + GROWTH);
+    EXPECT_LE(allocationsOf([&] { toRuleText(group); }).count, GROWTH);
+    EXPECT_EQ(toRuleText(group), text);
 }
 
 // ------------------------------------------------------------------------------------------ bytes

@@ -1,7 +1,9 @@
 /**
  * Text dumps into streams that fail: for lack of memory, because the buffer takes no more, or
  * because it raises an exception. The stream says so in its own way, the object stays as it was.
+ * And rule text without memory.
  */
+#include "filter_rule_text.h"
 #include "named_entries.h"
 #include "out_of_memory.h"
 
@@ -15,6 +17,7 @@
 #include <sstream>
 #include <streambuf>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -124,6 +127,35 @@ TEST(OutOfMemory, DumpingNeedsNoMemoryButTheStream)
         expectNoAllocation([&] { print(out); });
         EXPECT_TRUE(out.good());
     });
+}
+
+// -------------------------------------------------------------------------------------- rule text
+
+TEST(OutOfMemory, WritingAndReadingRuleTextRaisesBadAlloc)
+{
+    for (const auto& sample : groupSamples()) {
+        SCOPED_TRACE(sample.name);
+        const std::string text = toRuleText(*sample.object);
+        expectBadAlloc([&] { toRuleText(*sample.object); });
+        expectBadAlloc([&] { groupFromRuleText(text); });
+    }
+}
+
+TEST(OutOfMemory, ReadingWrongRuleTextRaisesBadAlloc)
+{
+    const std::string text = "group 70000\n"
+                             "1 src_ipv4=10.0.0.1 dst_ipv6=::1 src_ipv4=10.0.0.2 then premit\n"
+                             "1 vlan=5 policer=\x01\n";
+    std::vector<RuleTextError> expected;
+    groupFromRuleText(text, &expected);
+    ASSERT_GE(expected.size(), 6u);
+    expectBadAlloc(
+        [&] {
+            std::vector<RuleTextError> errors;
+            groupFromRuleText(text, &errors);
+            EXPECT_EQ(errors.size(), expected.size());
+        },
+        expected.size());
 }
 
 // ---------------------------------------------------------------------------------------- buffers
