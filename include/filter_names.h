@@ -27,6 +27,7 @@ const char* filtersActionName(filtersAction_t kind);
 const char* filtersGroupStageName(filtersGroupStage_t stage);
 const char* filtersGroupTypeName(filtersGroupType_t type);
 const char* filtersRefusalReasonName(filtersRefusalReason_t reason);
+const char* filtersPartName(filtersPart_t part);
 
 /** Policers come from another library; names and numbers are those of its policer::Stage. */
 const char* filtersPolicerStageName(uint32_t stage);

@@ -9,6 +9,7 @@
 
 #include <policer_common.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -17,13 +18,16 @@
 namespace FiltersCommon {
 
 /**
- * Why an element, an entry, a group stage or a group type is refused. Members that do not apply to
- * the reason are absent, or empty sets.
+ * Why an element, an entry, a group stage or a group type is refused, or what is lost when bytes
+ * are read. Members that do not apply to the reason are absent, or empty sets.
  */
 struct FiltersRefusal {
     explicit constexpr FiltersRefusal(filtersRefusalReason_t why) : reason(why) {}
 
-    /** The result code of an operation that refuses for this reason. */
+    /**
+     * The result code of an operation that refuses for this reason; FILTERS_ERR_INVALID for what
+     * only reading loses.
+     */
     constexpr filtersErr_t code() const;
 
     /**
@@ -59,6 +63,19 @@ struct FiltersRefusal {
 
     /** The matches that exclude the refused one. */
     CodeSet<filtersMatch_t> excludingMatches;
+
+    /** Where in the bytes the reason is found, counted from 0, as far as that is known. */
+    std::optional<std::uint64_t> offset;
+    /** The part that has the field; entry, match and action say which part it is. */
+    std::optional<filtersPart_t> part;
+    /** The number of the field in the message of its part. */
+    std::optional<std::uint32_t> field;
+    /**
+     * The number that the bytes hold, or the length in bytes of an address, and what became of it.
+     * A negative number, which only a counter may have, is the 64-bit number of the same bits.
+     */
+    std::optional<std::uint64_t> was;
+    std::optional<std::uint64_t> became;
 };
 
 constexpr filtersErr_t FiltersRefusal::code() const
@@ -83,6 +100,18 @@ constexpr filtersErr_t FiltersRefusal::code() const
     case REFUSAL_UNKNOWN_MATCH_KIND:
     case REFUSAL_UNKNOWN_ACTION_KIND:
     case REFUSAL_MATCH_NOT_IN_C:
+    case REFUSAL_NOT_PARSED:
+    case REFUSAL_FIELD_MISSING:
+    case REFUSAL_FIELD_UNKNOWN:
+    case REFUSAL_FIELD_REPLACED:
+    case REFUSAL_FIELD_NOT_OF_KIND:
+    case REFUSAL_NUMBER_CUT:
+    case REFUSAL_LENGTH_CHANGED:
+    case REFUSAL_MATCH_REPLACED:
+    case REFUSAL_ACTION_REPLACED:
+    case REFUSAL_ENTRY_REPLACED:
+    case REFUSAL_POLICER_NOT_PARSED:
+    case REFUSAL_POLICER_CHANGED:
         break;
     }
     return FILTERS_ERR_INVALID;

@@ -67,19 +67,36 @@ std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
 
 // ---------------------------------------------------------------------------------------- reading
 
+/*
+ * The constructors from bytes accept any bytes and say nothing. These functions say everything in
+ * which the object that is read differs from what the bytes say; if they return nothing, nothing
+ * was lost: written again, the object says the same.
+ *
+ * These are no losses: any order; an optional number, truth or address that is missing and reads as
+ * 0; empty bytes for no policer; a VLAN identifier that is given twice; an element, an entry or a
+ * value that an equal one replaces; and the zero that ends an envelope.
+ */
+
 /**
- * What the constructor of FiltersEntry leaves out, in the order of the bytes: matches and actions
- * of unknown kinds, and matches excluded by earlier ones. An element that a later one of its kind
- * replaces does not count as left out.
+ * What reading an entry loses, in the order of its fields and elements: first that the bytes could
+ * not be read to their end, then matches and actions that the entry does not hold, or holds with
+ * other values than the bytes give, then what the parser skipped.
  */
 std::vector<FiltersRefusal> readEntryRefusals(const std::string& bytes);
 
 /**
- * What the constructor of FiltersGroup leaves out, in the order of the bytes: for each entry, what
- * readEntryRefusals would report and then, if the group does not admit the entry, every reason why.
- * An entry that a later one with its identifier replaces does not count as left out.
+ * What reading a group loses: first that the bytes could not be read to their end, then what
+ * concerns the group itself, then for each entry, in the order of the bytes, what readEntryRefusals
+ * would report, and every reason why the group does not admit the entry, or that it replaces
+ * another.
  */
 std::vector<FiltersRefusal> readGroupRefusals(const std::string& bytes);
+
+/**
+ * The group that FiltersGroup(bytes) is, and in @p losses, unless it is null, what
+ * readGroupRefusals returns, from one reading of the bytes. What @p losses held is replaced.
+ */
+FiltersGroup groupFromBytes(const std::string& bytes, std::vector<FiltersRefusal>* losses);
 
 // -------------------------------------------------------------------------------------- templates
 

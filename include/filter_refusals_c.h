@@ -6,11 +6,15 @@
  * operation's checks. If the list is empty the operation would succeed; otherwise the code of
  * reason 0 is the one the operation would return.
  *
+ * For bytes, from which anything can be read, there are functions that list what reading loses. An
+ * empty list means that nothing is lost.
+ *
  *  1. Handles. A list belongs to the caller, who frees it with deleteFiltersRefusals. It holds
- *     copies: the group, entry, match or action may be changed or freed before it.
+ *     copies: the group, entry, match, action or bytes may be changed or freed before it.
  *  2. Null handles. Every function reports one as a failed assertion ("g != nullptr",
  *     "g != nullptr && e != nullptr", "e != nullptr && m != nullptr",
  *     "e != nullptr && a != nullptr", "r != nullptr") and ends the process, even in release builds.
+ *     So do the functions for bytes, unless there are none ("bytes != nullptr || size == 0").
  *     So do the getters for an index that is not below the count
  *     ("r != nullptr && index < count"), and for a null place ("place != nullptr").
  *  3. Presence. A getter with a place returns false, and leaves the place alone, if what was asked
@@ -33,6 +37,7 @@
 #include "filter_types.h"
 
 #include <stdbool.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #pragma GCC visibility push(default)
@@ -56,13 +61,26 @@ FiltersRefusals* filtersGroupSetTypeRefusals(FiltersGroup* g, filtersGroupType_t
 FiltersRefusals* filtersEntrySetMatchRefusals(FiltersEntry* e, Match* m);
 FiltersRefusals* filtersEntrySetActionRefusals(FiltersEntry* e, Action* a);
 
+/** What is lost when an entry, or a group, is read from @p size bytes. */
+FiltersRefusals* filtersEntryReadRefusals(const void* bytes, size_t size);
+FiltersRefusals* filtersGroupReadRefusals(const void* bytes, size_t size);
+
+/**
+ * The group that is read from the bytes, which the caller frees with deleteFiltersGroup, and in
+ * @p losses, unless it is null, the list that filtersGroupReadRefusals returns.
+ */
+FiltersGroup* newFiltersGroupFromBytes(const void* bytes, size_t size, FiltersRefusals** losses);
+
 void deleteFiltersRefusals(FiltersRefusals* r);
 
 uint32_t filtersRefusalsGetCount(FiltersRefusals* r);
 
 /* --------------------------------------------------------------------- reasons, counted from 0 */
 
-/** The result code of an operation that refuses for this reason. */
+/**
+ * The result code of an operation that refuses for this reason; FILTERS_ERR_INVALID for what only
+ * reading loses.
+ */
 filtersErr_t filtersRefusalsGetCode(FiltersRefusals* r, uint32_t index);
 filtersRefusalReason_t filtersRefusalsGetReason(FiltersRefusals* r, uint32_t index);
 /** One line in English, without a newline. */
@@ -88,6 +106,19 @@ uint64_t filtersRefusalsGetAdmittedStages(FiltersRefusals* r, uint32_t index);
 uint64_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index);
 /** The matches of the entry that exclude the refused one. */
 uint64_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index);
+
+/** Where in the bytes the reason is found, counted from 0, as far as that is known. */
+bool filtersRefusalsGetOffset(FiltersRefusals* r, uint32_t index, uint64_t* place);
+/** The part that has the field; entry, match and action say which part it is. */
+bool filtersRefusalsGetPart(FiltersRefusals* r, uint32_t index, filtersPart_t* place);
+/** The number of the field in the message of its part. */
+bool filtersRefusalsGetField(FiltersRefusals* r, uint32_t index, uint32_t* place);
+/**
+ * The number that the bytes hold, or the length in bytes of an address, and what became of it. A
+ * negative number, which only a counter may have, is the 64-bit number of the same bits.
+ */
+bool filtersRefusalsGetWas(FiltersRefusals* r, uint32_t index, uint64_t* place);
+bool filtersRefusalsGetBecame(FiltersRefusals* r, uint32_t index, uint64_t* place);
 
 #ifdef __cplusplus
 } // extern "C"

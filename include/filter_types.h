@@ -166,8 +166,44 @@ typedef enum filtersRefusalReason_t FILTERS_COMMON_INT32 {
     /** There is no such action kind. FILTERS_ERR_INVALID */
     REFUSAL_UNKNOWN_ACTION_KIND = 12,
     /** The C interface does not offer the match kind. FILTERS_ERR_INVALID */
-    REFUSAL_MATCH_NOT_IN_C = 13
+    REFUSAL_MATCH_NOT_IN_C = 13,
+
+    /* What is lost when bytes are read. No operation refuses for these reasons. */
+
+    /** The bytes could not be read to their end. */
+    REFUSAL_NOT_PARSED = 14,
+    /** A required field is missing; it reads as 0 or empty. */
+    REFUSAL_FIELD_MISSING = 15,
+    /** The schema has no such field, or not with a value of this form; it is skipped. */
+    REFUSAL_FIELD_UNKNOWN = 16,
+    /** A field that holds one value is there again with another; the last one counts. */
+    REFUSAL_FIELD_REPLACED = 17,
+    /** The kind of the match or action does not use the field; it is skipped. */
+    REFUSAL_FIELD_NOT_OF_KIND = 18,
+    /** A number is too large for its field or its member, and was cut. */
+    REFUSAL_NUMBER_CUT = 19,
+    /** An address is not as long as its member, and was cut, or padded with zeros. */
+    REFUSAL_LENGTH_CHANGED = 20,
+    /** A later match of the same kind, with other values, replaced it. */
+    REFUSAL_MATCH_REPLACED = 21,
+    /** A later action of the same kind, with other values, replaced it. */
+    REFUSAL_ACTION_REPLACED = 22,
+    /** A later entry with the same identifier, which is not equal, replaced it. */
+    REFUSAL_ENTRY_REPLACED = 23,
+    /** The bytes of the policer do not parse; they read as no policer. */
+    REFUSAL_POLICER_NOT_PARSED = 24,
+    /** The policer that was read from the bytes writes other bytes. */
+    REFUSAL_POLICER_CHANGED = 25
 } filtersRefusalReason_t;
+
+/** The part of a group that has a field. */
+typedef enum filtersPart_t FILTERS_COMMON_INT32 {
+    PART_GROUP = 0,
+    PART_ENTRY = 1,
+    PART_MATCH = 2,
+    PART_ACTION = 3,
+    PART_COUNTER = 4
+} filtersPart_t;
 
 /* ---------------------------------------------------------------------- group stages and types */
 
@@ -252,6 +288,7 @@ FILTERS_COMMON_IS_32_BITS(filtersMatch_t);
 FILTERS_COMMON_IS_32_BITS(filtersAction_t);
 FILTERS_COMMON_IS_32_BITS(filtersErr_t);
 FILTERS_COMMON_IS_32_BITS(filtersRefusalReason_t);
+FILTERS_COMMON_IS_32_BITS(filtersPart_t);
 FILTERS_COMMON_IS_32_BITS(filtersGroupStage_t);
 FILTERS_COMMON_IS_32_BITS(filtersGroupType_t);
 FILTERS_COMMON_IS_32_BITS(counter_type_t);

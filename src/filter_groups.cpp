@@ -59,8 +59,8 @@ filtersErr_t FiltersGroup::takeEntry(FiltersEntry&& entry)
     const filtersErr_t result = admits(entry, stage_, type_);
     if (result == FILTERS_OK) {
         const std::size_t before = entries_.size();
-        const auto place = entries_.try_emplace(entries_.end(), entry.getId(),
-                                                FiltersEntry::Taken(), entry);
+        const auto place =
+            entries_.try_emplace(entries_.end(), entry.getId(), FiltersEntry::Taken(), entry);
         if (entries_.size() == before) // an entry had the identifier, and still has it
             place->second = std::move(entry);
         MatchToS tos;

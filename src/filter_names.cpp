@@ -84,6 +84,26 @@ constexpr NamedCode<filtersRefusalReason_t> REASON_NAMES[] = {
     NAMED(REFUSAL_UNKNOWN_MATCH_KIND),
     NAMED(REFUSAL_UNKNOWN_ACTION_KIND),
     NAMED(REFUSAL_MATCH_NOT_IN_C),
+    NAMED(REFUSAL_NOT_PARSED),
+    NAMED(REFUSAL_FIELD_MISSING),
+    NAMED(REFUSAL_FIELD_UNKNOWN),
+    NAMED(REFUSAL_FIELD_REPLACED),
+    NAMED(REFUSAL_FIELD_NOT_OF_KIND),
+    NAMED(REFUSAL_NUMBER_CUT),
+    NAMED(REFUSAL_LENGTH_CHANGED),
+    NAMED(REFUSAL_MATCH_REPLACED),
+    NAMED(REFUSAL_ACTION_REPLACED),
+    NAMED(REFUSAL_ENTRY_REPLACED),
+    NAMED(REFUSAL_POLICER_NOT_PARSED),
+    NAMED(REFUSAL_POLICER_CHANGED),
+};
+
+constexpr NamedCode<filtersPart_t> PART_NAMES[] = {
+    NAMED(PART_GROUP),
+    NAMED(PART_ENTRY),
+    NAMED(PART_MATCH),
+    NAMED(PART_ACTION),
+    NAMED(PART_COUNTER),
 };
 
 using policer::STAGE_EGRESS;
@@ -136,6 +156,7 @@ const char* findName(filtersAction_t kind) { return findIn(ACTION_NAMES, kind); 
 const char* findName(filtersGroupStage_t stage) { return findIn(GROUP_STAGE_NAMES, stage); }
 const char* findName(filtersGroupType_t type) { return findIn(GROUP_TYPE_NAMES, type); }
 const char* findName(filtersRefusalReason_t reason) { return findIn(REASON_NAMES, reason); }
+const char* findName(filtersPart_t part) { return findIn(PART_NAMES, part); }
 const char* findName(policer::Stage stage) { return findIn(POLICER_STAGE_NAMES, stage); }
 
 // ----------------------------------------------------------------------------------------- public
@@ -150,6 +171,8 @@ const char* filtersRefusalReasonName(filtersRefusalReason_t reason)
 {
     return orUnknown(findName(reason));
 }
+
+const char* filtersPartName(filtersPart_t part) { return orUnknown(findName(part)); }
 
 const char* filtersPolicerStageName(uint32_t stage)
 {

@@ -16,6 +16,7 @@ const char* findName(filtersAction_t kind);
 const char* findName(filtersGroupStage_t stage);
 const char* findName(filtersGroupType_t type);
 const char* findName(filtersRefusalReason_t reason);
+const char* findName(filtersPart_t part);
 const char* findName(policer::Stage stage);
 
 } // namespace FiltersCommon

@@ -15,7 +15,8 @@ bool FiltersRefusal::operator==(const FiltersRefusal& other) const
     const auto members = [](const FiltersRefusal& r) {
         return std::tie(r.reason, r.entry, r.match, r.action, r.policerStage, r.stage, r.type,
                         r.admittedMatches, r.admittedActions, r.admittedPolicerStages,
-                        r.admittedStages, r.admittedTypes, r.excludingMatches);
+                        r.admittedStages, r.admittedTypes, r.excludingMatches, r.offset, r.part,
+                        r.field, r.was, r.became);
     };
     return members(*this) == members(other);
 }

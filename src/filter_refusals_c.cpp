@@ -6,6 +6,7 @@
 #include "handle_classes.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -96,6 +97,47 @@ FiltersRefusals* filtersEntrySetActionRefusals(FiltersEntry* e, Action* a)
             "FiltersCommon::FiltersRefusals* FiltersCommon::filtersEntrySetActionRefusals("
             "FiltersCommon::FiltersEntry*, FiltersCommon::Action*)");
     return new FiltersRefusals(handleRefusals<ActionKinds>(*e, *a));
+}
+
+namespace {
+
+/** The bytes, of which null may be none. */
+std::string bytesAt(const void* bytes, std::size_t size, unsigned line, const char* function)
+{
+    FILTERS_COMMON_REQUIRE(bytes != nullptr || size == 0, "filter_refusals_c.cpp", line, function);
+    return size == 0 ? std::string() : std::string(static_cast<const char*>(bytes), size);
+}
+
+} // namespace
+
+FiltersRefusals* filtersEntryReadRefusals(const void* bytes, size_t size)
+{
+    return new FiltersRefusals(readEntryRefusals(
+        bytesAt(bytes, size, __LINE__,
+                "FiltersCommon::FiltersRefusals* FiltersCommon::filtersEntryReadRefusals("
+                "const void*, size_t)")));
+}
+
+FiltersRefusals* filtersGroupReadRefusals(const void* bytes, size_t size)
+{
+    return new FiltersRefusals(readGroupRefusals(
+        bytesAt(bytes, size, __LINE__,
+                "FiltersCommon::FiltersRefusals* FiltersCommon::filtersGroupReadRefusals("
+                "const void*, size_t)")));
+}
+
+FiltersGroup* newFiltersGroupFromBytes(const void* bytes, size_t size, FiltersRefusals** losses)
+{
+    const std::string copy = bytesAt(bytes, size, __LINE__,
+                                     "FiltersCommon::FiltersGroup* "
+                                     "FiltersCommon::newFiltersGroupFromBytes(const void*, size_t, "
+                                     "FiltersCommon::FiltersRefusals**)");
+    if (losses == nullptr)
+        return new FiltersGroup(copy);
+    std::vector<FiltersRefusal> lost;
+    auto group = std::make_unique<FiltersGroup>(groupFromBytes(copy, &lost));
+    *losses = new FiltersRefusals(lost);
+    return group.release();
 }
 
 void deleteFiltersRefusals(FiltersRefusals* r)
@@ -224,6 +266,31 @@ uint64_t filtersRefusalsGetAdmittedTypes(FiltersRefusals* r, uint32_t index)
 uint64_t filtersRefusalsGetExcludingMatches(FiltersRefusals* r, uint32_t index)
 {
     return REASON("uint64_t", "filtersRefusalsGetExcludingMatches").refusal.excludingMatches.bits();
+}
+
+bool filtersRefusalsGetOffset(FiltersRefusals* r, uint32_t index, uint64_t* place)
+{
+    return GIVE(offset, "filtersRefusalsGetOffset", "uint64_t");
+}
+
+bool filtersRefusalsGetPart(FiltersRefusals* r, uint32_t index, filtersPart_t* place)
+{
+    return GIVE(part, "filtersRefusalsGetPart", "FiltersCommon::filtersPart_t");
+}
+
+bool filtersRefusalsGetField(FiltersRefusals* r, uint32_t index, uint32_t* place)
+{
+    return GIVE(field, "filtersRefusalsGetField", "uint32_t");
+}
+
+bool filtersRefusalsGetWas(FiltersRefusals* r, uint32_t index, uint64_t* place)
+{
+    return GIVE(was, "filtersRefusalsGetWas", "uint64_t");
+}
+
+bool filtersRefusalsGetBecame(FiltersRefusals* r, uint32_t index, uint64_t* place)
+{
+    return GIVE(became, "filtersRefusalsGetBecame", "uint64_t");
 }
 
 } // namespace FiltersCommon

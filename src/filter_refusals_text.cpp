@@ -1,6 +1,7 @@
 #include "filter_refusals.h"
 
 #include "filter_names_internal.h"
+#include "wire/filter_groups_rows.h"
 
 #include <string>
 #include <type_traits>
@@ -73,6 +74,87 @@ std::string object(const char* what, std::optional<Code> kind)
     return what + (kind ? " of kind " + nameOrNumber(kind) : "");
 }
 
+// ------------------------------------------------------------------------------------ what is lost
+
+const FieldSchema* findField(const FiltersRefusal& refusal)
+{
+    for (const MessageSchema& schema :
+         {SCHEMA_OF<FiltersGroupPB>, SCHEMA_OF<FiltersEntryPB>, SCHEMA_OF<MatchPB>,
+          SCHEMA_OF<ActionPB>, SCHEMA_OF<CounterPB>})
+        if (schema.part == refusal.part && refusal.field)
+            return schema.find(*refusal.field);
+    return nullptr;
+}
+
+std::string partOf(const FiltersRefusal& refusal)
+{
+    if (refusal.match)
+        return "match kind " + nameOrNumber(refusal.match);
+    if (refusal.action)
+        return "action kind " + nameOrNumber(refusal.action);
+    switch (refusal.part.value_or(PART_GROUP)) {
+    case PART_ENTRY:
+        return "the entry";
+    case PART_MATCH:
+        return "a match";
+    case PART_ACTION:
+        return "an action";
+    case PART_COUNTER:
+        return "the counter";
+    case PART_GROUP:
+        break;
+    }
+    return "the group";
+}
+
+/** Yields "field vlan_id_ of match kind MATCH_EXTERNAL_VLAN_ID", or its number without a name. */
+std::string fieldOf(const FiltersRefusal& refusal)
+{
+    const FieldSchema* const field = findField(refusal);
+    const std::string number = refusal.field ? std::to_string(*refusal.field) : "unknown";
+    return "field " + (field != nullptr ? field->name : number) + " of " + partOf(refusal);
+}
+
+std::string numberIn(const FiltersRefusal& refusal, std::optional<std::uint64_t> number)
+{
+    if (!number)
+        return "unknown";
+    const FieldSchema* const field = findField(refusal);
+    if (field != nullptr && field->form == FieldSchema::SIGNED_NUMBER)
+        return std::to_string(static_cast<std::int64_t>(*number));
+    return std::to_string(*number);
+}
+
+std::string unreadable(const FiltersRefusal& refusal)
+{
+    return refusal.offset
+               ? "the bytes cannot be read from offset " + std::to_string(*refusal.offset) + " on"
+               : "the bytes cannot be read to their end";
+}
+
+std::string skipped(const FiltersRefusal& refusal)
+{
+    return fieldOf(refusal) +
+           (findField(refusal) != nullptr ? " does not have the form of its type" : " is unknown") +
+           " and is skipped";
+}
+
+std::string replaced(const FiltersRefusal& refusal)
+{
+    const std::string twice = fieldOf(refusal) + " is there more than once; ";
+    if (!refusal.was)
+        return twice + "only the last value counts";
+    return twice + numberIn(refusal, refusal.was) + " is replaced by " +
+           numberIn(refusal, refusal.became);
+}
+
+std::string resized(const FiltersRefusal& refusal)
+{
+    const bool isCut = refusal.was && refusal.became && *refusal.was > *refusal.became;
+    return fieldOf(refusal) + " has " + numberIn(refusal, refusal.was) + " bytes and is " +
+           (isCut ? "cut" : "padded with zeros") + " to " + numberIn(refusal, refusal.became);
+}
+
 std::string reasonOf(const FiltersRefusal& refusal)
 {
     switch (refusal.reason) {
@@ -111,6 +193,31 @@ std::string reasonOf(const FiltersRefusal& refusal)
     case REFUSAL_MATCH_NOT_IN_C:
         return "match kind " + nameOrNumber(refusal.match) + " is not offered in the C interface" +
                listing("offered", refusal.admittedMatches);
+    case REFUSAL_NOT_PARSED:
+        return unreadable(refusal);
+    case REFUSAL_FIELD_MISSING:
+        return "the required " + fieldOf(refusal) + " is missing";
+    case REFUSAL_FIELD_UNKNOWN:
+        return skipped(refusal);
+    case REFUSAL_FIELD_REPLACED:
+        return replaced(refusal);
+    case REFUSAL_FIELD_NOT_OF_KIND:
+        return fieldOf(refusal) + " is not a field of that kind and is skipped";
+    case REFUSAL_NUMBER_CUT:
+        return fieldOf(refusal) + " holds " + numberIn(refusal, refusal.was) +
+               ", which does not fit and becomes " + numberIn(refusal, refusal.became);
+    case REFUSAL_LENGTH_CHANGED:
+        return resized(refusal);
+    case REFUSAL_MATCH_REPLACED:
+        return object("the match", refusal.match) + " is replaced by a later one of its kind";
+    case REFUSAL_ACTION_REPLACED:
+        return object("the action", refusal.action) + " is replaced by a later one of its kind";
+    case REFUSAL_ENTRY_REPLACED:
+        return "the entry is replaced by a later one with its identifier";
+    case REFUSAL_POLICER_NOT_PARSED:
+        return "the bytes of the policer do not parse; the entry has no policer";
+    case REFUSAL_POLICER_CHANGED:
+        return "the policer does not hold everything that its bytes say";
     }
     return "the reason is unknown";
 }

@@ -181,6 +181,12 @@ public:
 
     CodeSet<Code> kinds() const { return kinds_; }
 
+    /** The object of the kind, or null. */
+    const Base* find(Code kind)
+    {
+        return kinds_.contains(kind) ? &Placed<Base>::at(placeOf(kind)) : nullptr;
+    }
+
     /**
      * Makes an object of a class that has a kind, in the place of any of that kind, which is ended
      * first.

@@ -137,7 +137,10 @@ ROW(FiltersRefusal,         Layout<filtersRefusalReason_t, std::optional<filters
                                    std::optional<filtersGroupType_t>,
                                    CodeSet<filtersMatch_t>, CodeSet<filtersAction_t>,
                                    CodeSet<policer::Stage>, CodeSet<filtersGroupStage_t>,
-                                   CodeSet<filtersGroupType_t>, CodeSet<filtersMatch_t>>)
+                                   CodeSet<filtersGroupType_t>, CodeSet<filtersMatch_t>,
+                                   std::optional<std::uint64_t>, std::optional<filtersPart_t>,
+                                   std::optional<std::uint32_t>, std::optional<std::uint64_t>,
+                                   std::optional<std::uint64_t>>)
 ROW(entriesStruct,          Layout<std::int32_t, filtersEntryId_t*, FiltersEntry**>)
 // clang-format on
 

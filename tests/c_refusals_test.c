@@ -78,8 +78,45 @@ static void refusalsOfAnEntry(void)
     deleteFiltersEntry(entry);
 }
 
+static void refusalsOfBytes(void)
+{
+    const unsigned char bytes[] = {0x08, 0x81, 0x80, 0x04, 0x10, 0, 0x18, 0, 0xFF};
+    FiltersRefusals* list = NULL;
+    FiltersGroup* group = newFiltersGroupFromBytes(bytes, sizeof bytes, &list);
+    CHECK(filtersGroupGetId(group) == 1);
+    deleteFiltersGroup(group);
+    CHECK(filtersRefusalsGetCount(list) == 2);
+    CHECK(filtersRefusalsGetReason(list, 0) == REFUSAL_NOT_PARSED);
+    CHECK(filtersRefusalsGetCode(list, 0) == FILTERS_ERR_INVALID);
+
+    uint64_t offset = 0;
+    uint64_t was = 1;
+    uint64_t became = 2;
+    uint32_t field = 3;
+    filtersPart_t part = PART_COUNTER;
+    CHECK(filtersRefusalsGetOffset(list, 0, &offset) && offset == 8);
+    CHECK(!filtersRefusalsGetPart(list, 0, &part) && part == PART_COUNTER);
+    CHECK(!filtersRefusalsGetField(list, 0, &field) && field == 3);
+    CHECK(!filtersRefusalsGetWas(list, 0, &was) && was == 1);
+    CHECK(!filtersRefusalsGetBecame(list, 0, &became) && became == 2);
+    CHECK(filtersRefusalsGetPart(list, 1, &part) && part == PART_GROUP);
+    CHECK(filtersRefusalsGetField(list, 1, &field) && field == 1);
+    CHECK(filtersRefusalsGetWas(list, 1, &was) && was == 65537);
+    CHECK(filtersRefusalsGetBecame(list, 1, &became) && became == 1);
+    CHECK(strcmp(filtersPartName(part), "PART_GROUP") == 0);
+    deleteFiltersRefusals(list);
+
+    list = filtersGroupReadRefusals(bytes, sizeof bytes);
+    CHECK(filtersRefusalsGetCount(list) == 2);
+    deleteFiltersRefusals(list);
+    list = filtersEntryReadRefusals(NULL, 0);
+    CHECK(filtersRefusalsGetCount(list) == 4);
+    deleteFiltersRefusals(list);
+}
+
 void checkRefusals(void)
 {
+    refusalsOfBytes();
     refusalsOfAGroup();
     refusalsOfAnEntry();
 }

@@ -187,6 +187,9 @@ IS(filtersGroupSetStageRefusals, FiltersRefusals*(FiltersGroup*, filtersGroupSta
 IS(filtersGroupSetTypeRefusals, FiltersRefusals*(FiltersGroup*, filtersGroupType_t));
 IS(filtersEntrySetMatchRefusals, FiltersRefusals*(FiltersEntry*, Match*));
 IS(filtersEntrySetActionRefusals, FiltersRefusals*(FiltersEntry*, Action*));
+IS(filtersEntryReadRefusals, FiltersRefusals*(const void*, std::size_t));
+IS(filtersGroupReadRefusals, FiltersRefusals*(const void*, std::size_t));
+IS(newFiltersGroupFromBytes, FiltersGroup*(const void*, std::size_t, FiltersRefusals**));
 IS(deleteFiltersRefusals, void(FiltersRefusals*));
 IS(filtersRefusalsGetCount, std::uint32_t(FiltersRefusals*));
 IS(filtersRefusalsGetCode, filtersErr_t(FiltersRefusals*, std::uint32_t));
@@ -204,6 +207,11 @@ IS(filtersRefusalsGetAdmittedPolicerStages, std::uint64_t(FiltersRefusals*, std:
 IS(filtersRefusalsGetAdmittedStages, std::uint64_t(FiltersRefusals*, std::uint32_t));
 IS(filtersRefusalsGetAdmittedTypes, std::uint64_t(FiltersRefusals*, std::uint32_t));
 IS(filtersRefusalsGetExcludingMatches, std::uint64_t(FiltersRefusals*, std::uint32_t));
+IS(filtersRefusalsGetOffset, bool(FiltersRefusals*, std::uint32_t, std::uint64_t*));
+IS(filtersRefusalsGetPart, bool(FiltersRefusals*, std::uint32_t, filtersPart_t*));
+IS(filtersRefusalsGetField, bool(FiltersRefusals*, std::uint32_t, std::uint32_t*));
+IS(filtersRefusalsGetWas, bool(FiltersRefusals*, std::uint32_t, std::uint64_t*));
+IS(filtersRefusalsGetBecame, bool(FiltersRefusals*, std::uint32_t, std::uint64_t*));
 
 // ------------------------------------------------------------------------------------------ names
 
@@ -214,6 +222,7 @@ IS(filtersGroupStageName, const char*(filtersGroupStage_t));
 IS(filtersGroupTypeName, const char*(filtersGroupType_t));
 IS(filtersPolicerStageName, const char*(std::uint32_t));
 IS(filtersRefusalReasonName, const char*(filtersRefusalReason_t));
+IS(filtersPartName, const char*(filtersPart_t));
 
 // ------------------------------------------------------------------------------------ the numbers
 

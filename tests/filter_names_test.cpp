@@ -73,8 +73,9 @@ const Named NAMED[] = {
      byNumber<filtersGroupStage_t, filtersGroupStageName>},
     {FILTER_TYPES_HEADER, "filtersGroupType_t", 10,
      byNumber<filtersGroupType_t, filtersGroupTypeName>},
-    {FILTER_TYPES_HEADER, "filtersRefusalReason_t", 14,
+    {FILTER_TYPES_HEADER, "filtersRefusalReason_t", 26,
      byNumber<filtersRefusalReason_t, filtersRefusalReasonName>},
+    {FILTER_TYPES_HEADER, "filtersPart_t", 5, byNumber<filtersPart_t, filtersPartName>},
 #ifdef POLICER_COMMON_HEADER
     {POLICER_COMMON_HEADER, "Stage", 3, byNumber<std::uint32_t, filtersPolicerStageName>},
 #endif

@@ -62,6 +62,11 @@ FiltersRefusal readRefusal(FiltersRefusals* list, std::uint32_t index)
     read.admittedStages = setOf<filtersGroupStage_t>(filtersRefusalsGetAdmittedStages(list, index));
     read.admittedTypes = setOf<filtersGroupType_t>(filtersRefusalsGetAdmittedTypes(list, index));
     read.excludingMatches = setOf<filtersMatch_t>(filtersRefusalsGetExcludingMatches(list, index));
+    read.offset = taken<std::uint64_t>(filtersRefusalsGetOffset, list, index);
+    read.part = taken<filtersPart_t>(filtersRefusalsGetPart, list, index);
+    read.field = taken<std::uint32_t>(filtersRefusalsGetField, list, index);
+    read.was = taken<std::uint64_t>(filtersRefusalsGetWas, list, index);
+    read.became = taken<std::uint64_t>(filtersRefusalsGetBecame, list, index);
     return read;
 }
 
@@ -266,6 +271,53 @@ TEST(RefusalsC, ASentenceStaysWhereItIs)
     EXPECT_EQ(filtersRefusalsGetSentence(list.get(), 1), second);
 }
 
+// ---------------------------------------------------------------------------------------- reading
+
+/** A group whose reading loses something of most sorts. */
+std::string lossyBytes()
+{
+    FiltersGroup group(1);
+    group.setType(GROUP_TYPE_3);
+    FiltersGroupPB pb = group.convertToFiltersGroupPB();
+    pb.set_id_(65537);
+    FiltersEntryPB* entry = pb.add_entries_();
+    FiltersEntry(7).convertToFiltersEntryPB(entry);
+    entry->mutable_counter_()->set_id(-1);
+    MatchPB* match = entry->add_matches_();
+    match->set_type_(MATCH_DST_MAC);
+    match->set_mac_("short");
+    match->set_pcp_(1);
+    entry->add_actions_()->set_type_(ACTION_KINDS);
+    pb.clear_priority_();
+    return pb.SerializePartialAsString() + "\x07";
+}
+
+TEST(RefusalsC, OfBytesAreThoseOfTheClasses)
+{
+    const std::string bytes = lossyBytes();
+    EXPECT_GT(readGroupRefusals(bytes).size(), 5u);
+    EXPECT_EQ(readAll(List(filtersGroupReadRefusals(bytes.data(), bytes.size()))),
+              readGroupRefusals(bytes));
+    EXPECT_GT(readEntryRefusals(bytes).size(), 2u);
+    EXPECT_EQ(readAll(List(filtersEntryReadRefusals(bytes.data(), bytes.size()))),
+              readEntryRefusals(bytes));
+    EXPECT_EQ(readAll(List(filtersEntryReadRefusals(nullptr, 0))), readEntryRefusals(""));
+    EXPECT_EQ(readAll(List(filtersGroupReadRefusals(nullptr, 0))), readGroupRefusals(""));
+}
+
+TEST(RefusalsC, ComeWithTheGroupThatIsRead)
+{
+    const std::string bytes = lossyBytes();
+    FiltersRefusals* losses = nullptr;
+    FiltersGroup* group = newFiltersGroupFromBytes(bytes.data(), bytes.size(), &losses);
+    EXPECT_EQ(stateOf(*group), stateOf(FiltersGroup(bytes)));
+    EXPECT_EQ(readAll(List(losses)), readGroupRefusals(bytes));
+    deleteFiltersGroup(group);
+    group = newFiltersGroupFromBytes(bytes.data(), bytes.size(), nullptr);
+    EXPECT_EQ(stateOf(*group), stateOf(FiltersGroup(bytes)));
+    deleteFiltersGroup(group);
+}
+
 // ------------------------------------------------------------------------------- broken contracts
 
 class RefusalsCDeathTest : public ContractDeathTest {};
@@ -323,6 +375,17 @@ std::vector<BrokenContract> brokenContracts()
         "FiltersEntry*, FiltersCommon::Action*",
         FiltersEntry e(1); filtersEntrySetActionRefusals(&e, nullptr));
 
+    broken.push_back({"filtersEntryReadRefusals", ANY_LINE, "bytes != nullptr || size == 0",
+                      LIST " FiltersCommon::filtersEntryReadRefusals(const void*, size_t)",
+                      [] { filtersEntryReadRefusals(nullptr, 1); }});
+    broken.push_back({"filtersGroupReadRefusals", ANY_LINE, "bytes != nullptr || size == 0",
+                      LIST " FiltersCommon::filtersGroupReadRefusals(const void*, size_t)",
+                      [] { filtersGroupReadRefusals(nullptr, 1); }});
+    broken.push_back({"newFiltersGroupFromBytes", ANY_LINE, "bytes != nullptr || size == 0",
+                      "FiltersCommon::FiltersGroup* FiltersCommon::newFiltersGroupFromBytes("
+                      "const void*, size_t, FiltersCommon::FiltersRefusals**)",
+                      [] { newFiltersGroupFromBytes(nullptr, 1, nullptr); }});
+
 #define GETTER(name, result)                                                                       \
     ROW(name, "_noList", INDEX, result, "FiltersRefusals*, uint32_t", name(nullptr, 0));           \
     ROW(name, "_beyond", INDEX, result, "FiltersRefusals*, uint32_t", name(oneRefusal(), 1))
@@ -349,6 +412,11 @@ std::vector<BrokenContract> brokenContracts()
     PLACED(filtersRefusalsGetPolicerStage, std::uint32_t, "uint32_t");
     PLACED(filtersRefusalsGetStage, filtersGroupStage_t, "FiltersCommon::filtersGroupStage_t");
     PLACED(filtersRefusalsGetType, filtersGroupType_t, "FiltersCommon::filtersGroupType_t");
+    PLACED(filtersRefusalsGetOffset, std::uint64_t, "uint64_t");
+    PLACED(filtersRefusalsGetPart, filtersPart_t, "FiltersCommon::filtersPart_t");
+    PLACED(filtersRefusalsGetField, std::uint32_t, "uint32_t");
+    PLACED(filtersRefusalsGetWas, std::uint64_t, "uint64_t");
+    PLACED(filtersRefusalsGetBecame, std::uint64_t, "uint64_t");
 #undef PLACED
 #undef GETTER
 #undef LIST

@@ -204,23 +204,141 @@ TEST(RefusalSentences, OfCodesThatAreNotThere)
 
 TEST(RefusalSentences, AreOneLineForEveryReasonWhateverElseIsThere)
 {
-    for (int reason = -1; reason <= 15; ++reason) {
+    for (int reason = -1; reason <= 27; ++reason) {
         const FiltersRefusal bare(static_cast<filtersRefusalReason_t>(reason));
         const std::string sentence = bare.sentence();
         EXPECT_FALSE(sentence.empty());
         EXPECT_EQ(sentence.find('\n'), std::string::npos);
         EXPECT_NE(bare.code(), FILTERS_OK);
     }
-    EXPECT_EQ(FiltersRefusal(static_cast<filtersRefusalReason_t>(14)).sentence(),
+    EXPECT_EQ(FiltersRefusal(static_cast<filtersRefusalReason_t>(26)).sentence(),
               "the reason is unknown");
+}
+
+// ---------------------------------------------------------------------------------- what is lost
+
+/** A loss in a field, of entry 12 unless it is in the group itself. */
+template <class Fill>
+std::string lossIn(filtersRefusalReason_t reason, filtersPart_t part, std::uint32_t field,
+                   Fill fill)
+{
+    return refusal(reason,
+                   [&](FiltersRefusal& r) {
+                       if (part != PART_GROUP)
+                           r.entry = filtersEntryId_t{12};
+                       r.part = part;
+                       r.field = field;
+                       fill(r);
+                   })
+        .sentence();
+}
+
+std::string lossIn(filtersRefusalReason_t reason, filtersPart_t part, std::uint32_t field)
+{
+    return lossIn(reason, part, field, [](FiltersRefusal&) {});
+}
+
+TEST(RefusalSentences, OfBytesThatCannotBeRead)
+{
+    FiltersRefusal loss(REFUSAL_NOT_PARSED);
+    EXPECT_EQ(loss.sentence(), "the bytes cannot be read to their end");
+    loss.offset = 5000000000;
+    EXPECT_EQ(loss.sentence(), "the bytes cannot be read from offset 5000000000 on");
+}
+
+TEST(RefusalSentences, OfFieldsOfEachPart)
+{
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_MISSING, PART_GROUP, 4),
+              "the required field type_ of the group is missing");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_MISSING, PART_ENTRY, 3),
+              "entry 12: the required field policer_ of the entry is missing");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_MISSING, PART_COUNTER, 2),
+              "entry 12: the required field type of the counter is missing");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_MISSING, PART_MATCH, 1),
+              "entry 12: the required field type_ of a match is missing");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_MISSING, PART_ACTION, 1),
+              "entry 12: the required field type_ of an action is missing");
+}
+
+TEST(RefusalSentences, OfFieldsThatAreSkipped)
+{
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_UNKNOWN, PART_ENTRY, 31),
+              "entry 12: field 31 of the entry is unknown and is skipped");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_UNKNOWN, PART_GROUP, 5),
+              "field entries_ of the group does not have the form of its type and is skipped");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_NOT_OF_KIND, PART_MATCH, 5,
+                     [](FiltersRefusal& r) { r.match = MATCH_TTL; }),
+              "entry 12: field mac_ of match kind MATCH_TTL is not a field of that kind and is "
+              "skipped");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_NOT_OF_KIND, PART_ACTION, 3,
+                     [](FiltersRefusal& r) { r.action = ACTION_DENY; }),
+              "entry 12: field pcp_ of action kind ACTION_DENY is not a field of that kind and is "
+              "skipped");
+}
+
+TEST(RefusalSentences, OfValuesThatAreChanged)
+{
+    const auto change = [](std::uint64_t was, std::uint64_t became) {
+        return [=](FiltersRefusal& r) {
+            r.was = was;
+            r.became = became;
+        };
+    };
+    EXPECT_EQ(lossIn(REFUSAL_NUMBER_CUT, PART_GROUP, 1, change(65537, 1)),
+              "field id_ of the group holds 65537, which does not fit and becomes 1");
+    EXPECT_EQ(lossIn(REFUSAL_NUMBER_CUT, PART_COUNTER, 1, change(~std::uint64_t{0}, 65535)),
+              "entry 12: field id of the counter holds -1, which does not fit and becomes 65535");
+    EXPECT_EQ(lossIn(REFUSAL_NUMBER_CUT, PART_ENTRY, 2, change(~std::uint64_t{0}, 4294967295)),
+              "entry 12: field priority_ of the entry holds 18446744073709551615, which does not "
+              "fit and becomes 4294967295");
+    const auto mac = [&](std::uint64_t was) {
+        return lossIn(REFUSAL_LENGTH_CHANGED, PART_ACTION, 8, [=](FiltersRefusal& r) {
+            r.action = ACTION_REPLACE_SRC_MAC;
+            change(was, 6)(r);
+        });
+    };
+    const std::string ofAMac = "entry 12: field mac_ of action kind ACTION_REPLACE_SRC_MAC has ";
+    EXPECT_EQ(mac(5), ofAMac + "5 bytes and is padded with zeros to 6");
+    EXPECT_EQ(mac(7), ofAMac + "7 bytes and is cut to 6");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_REPLACED, PART_ENTRY, 2, change(5, 7)),
+              "entry 12: field priority_ of the entry is there more than once; 5 is replaced by 7");
+    EXPECT_EQ(lossIn(REFUSAL_FIELD_REPLACED, PART_ENTRY, 3),
+              "entry 12: field policer_ of the entry is there more than once; only the last value "
+              "counts");
+}
+
+TEST(RefusalSentences, OfWhatIsReplaced)
+{
+    const auto sentence = [](filtersRefusalReason_t reason) {
+        return refusal(reason,
+                       [&](FiltersRefusal& r) {
+                           r.entry = filtersEntryId_t{12};
+                           if (reason == REFUSAL_MATCH_REPLACED)
+                               r.match = MATCH_TTL;
+                           if (reason == REFUSAL_ACTION_REPLACED)
+                               r.action = ACTION_SET_PCP;
+                       })
+            .sentence();
+    };
+    EXPECT_EQ(sentence(REFUSAL_MATCH_REPLACED),
+              "entry 12: the match of kind MATCH_TTL is replaced by a later one of its kind");
+    EXPECT_EQ(sentence(REFUSAL_ACTION_REPLACED),
+              "entry 12: the action of kind ACTION_SET_PCP is replaced by a later one of its kind");
+    EXPECT_EQ(sentence(REFUSAL_ENTRY_REPLACED),
+              "entry 12: the entry is replaced by a later one with its identifier");
+    EXPECT_EQ(sentence(REFUSAL_POLICER_NOT_PARSED),
+              "entry 12: the bytes of the policer do not parse; the entry has no policer");
+    EXPECT_EQ(sentence(REFUSAL_POLICER_CHANGED),
+              "entry 12: the policer does not hold everything that its bytes say");
 }
 
 // --------------------------------------------------------------------------- codes of the reasons
 
 TEST(RefusalReasons, HaveTheirCodes)
 {
-    constexpr int CODES[] = {-4, -6, -8, -9, -10, -7, -4, -4, -4, -4, -4, -4, -4, -4};
-    for (int reason = 0; reason < 14; ++reason)
+    constexpr int CODES[] = {-4, -6, -8, -9, -10, -7, -4, -4, -4, -4, -4, -4, -4,
+                             -4, -4, -4, -4, -4,  -4, -4, -4, -4, -4, -4, -4, -4};
+    for (int reason = 0; reason < 26; ++reason)
         EXPECT_EQ(FiltersRefusal(static_cast<filtersRefusalReason_t>(reason)).code(),
                   CODES[reason]);
     static_assert(FiltersRefusal(REFUSAL_TYPE_NOT_AT_STAGE).code() == FILTERS_ERR_TYPE_NOT_ALLOWED);

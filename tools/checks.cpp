@@ -26,7 +26,7 @@ FiltersGroup groupAt(filtersGroupStage_t stage, filtersGroupType_t type)
 /** Whether the refusal applies to every entry of the group. */
 bool concernsGroup(const FiltersRefusal& refusal)
 {
-    return !refusal.match && !refusal.action && !refusal.policerStage;
+    return refusal.reason == REFUSAL_UNKNOWN_STAGE || refusal.reason == REFUSAL_UNKNOWN_TYPE;
 }
 
 /** What concerns the group as a whole. */

@@ -8,6 +8,9 @@
 #ifndef FILTER_COMMON_SRC_WIRE_BYTE_IO_H
 #define FILTER_COMMON_SRC_WIRE_BYTE_IO_H
 
+#include "bytes.h"
+#include "losses.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -46,16 +49,6 @@ constexpr std::size_t MAX_VARINT = 10;
 
 /** The most bytes that the runtime reads or writes as one message. */
 constexpr std::size_t MAX_MESSAGE = std::numeric_limits<int>::max();
-
-/** The 64 bits that are written for the number: a negative number keeps its sign. */
-template <class Field>
-constexpr std::uint64_t widened(std::uint32_t number)
-{
-    if constexpr (std::is_same_v<typename Field::Type, std::int32_t>)
-        return static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(number)});
-    else
-        return number;
-}
 
 // ---------------------------------------------------------------------------------------- writing
 
@@ -196,10 +189,11 @@ private:
  * Reads the fields in the order in which they are requested. If anything else comes next, the
  * reader has not understood the bytes, and what it returns is meaningless.
  */
-class ByteReader {
+template <class Report = Silent>
+class ByteReader : public Report {
 public:
-    explicit ByteReader(std::string_view bytes)
-        : next_(bytes.data()), end_(bytes.data() + bytes.size())
+    explicit ByteReader(std::string_view bytes, Report report = {})
+        : Report(report), next_(bytes.data()), end_(bytes.data() + bytes.size())
     {}
 
     template <class Field>
@@ -219,6 +213,13 @@ public:
     {
         take<LengthTag<Field>>();
         return part();
+    }
+
+    /** Fields that are not there are not understood. */
+    template <class Field>
+    static constexpr bool has(Field)
+    {
+        return true;
     }
 
     template <class Field, class Use>
@@ -250,10 +251,10 @@ public:
      * the bytes of an envelope, where the runtime's parser stops too.
      */
     bool understood() const { return understood_ && (next_ == end_ || *next_ == 0); }
-
-private:
+    /** How many bytes stand behind what was read. */
     std::size_t left() const { return static_cast<std::size_t>(end_ - next_); }
 
+private:
     template <class Tag>
     bool isNext() const
     {
@@ -309,7 +310,7 @@ private:
     template <class Use>
     void usePart(Use& use)
     {
-        ByteReader reader(part());
+        ByteReader reader(part(), *this);
         if (!understood_)
             return;
         use(reader);

@@ -62,6 +62,16 @@ constexpr limid_t unpackLimId(std::uint32_t number)
              static_cast<std::uint8_t>(number >> 8), static_cast<std::uint8_t>(number)}};
 }
 
+/** The 64 bits that are written for the number: a negative number keeps its sign. */
+template <class Field>
+constexpr std::uint64_t widened(std::uint32_t number)
+{
+    if constexpr (std::is_same_v<typename Field::Type, std::int32_t>)
+        return static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(number)});
+    else
+        return number;
+}
+
 } // namespace FiltersCommon
 
 #endif // FILTER_COMMON_SRC_WIRE_BYTES_H

@@ -8,19 +8,31 @@
 #include "message_fields.h"
 #include "rows.h"
 
+#include <iterator>
+
 namespace FiltersCommon {
 
+// clang-format off
+#define FILTERS_COMMON_ACTION_FIELDS(FIELD)                                                        \
+    FIELD(ActionPB, type_, kTypeFieldNumber, REQUIRED)                                             \
+    FIELD(ActionPB, ports_, kPortsFieldNumber, REPEATED)                                           \
+    FIELD(ActionPB, pcp_, kPcpFieldNumber, OPTIONAL)                                               \
+    FIELD(ActionPB, pcp_and_queue_, kPcpAndQueueFieldNumber, OPTIONAL)                             \
+    FIELD(ActionPB, dscp_, kDscpFieldNumber, OPTIONAL)                                             \
+    FIELD(ActionPB, cosq_, kCosqFieldNumber, OPTIONAL)                                             \
+    FIELD(ActionPB, cp2cpu_cancel_type_, kCp2CpuCancelTypeFieldNumber, OPTIONAL)                   \
+    FIELD(ActionPB, mac_, kMacFieldNumber, OPTIONAL)                                               \
+    FIELD(ActionPB, l3_dest_id_, kL3DestIdFieldNumber, OPTIONAL)
+// clang-format on
+
 namespace action_fields {
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, type_, kTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, ports_, kPortsFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, pcp_, kPcpFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, pcp_and_queue_, kPcpAndQueueFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, dscp_, kDscpFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, cosq_, kCosqFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, cp2cpu_cancel_type_, kCp2CpuCancelTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, mac_, kMacFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(ActionPB, l3_dest_id_, kL3DestIdFieldNumber)
+FILTERS_COMMON_DEFINE_FIELDS(FILTERS_COMMON_ACTION_FIELDS)
 } // namespace action_fields
+#undef FILTERS_COMMON_ACTION_FIELDS
+
+template <>
+inline constexpr MessageSchema SCHEMA_OF<ActionPB> = {
+    PART_ACTION, std::begin(action_fields::FIELDS), std::end(action_fields::FIELDS)};
 
 /**
  * The parameters of each class, their fields in an ActionPB, and how they are shown to people. Two

@@ -8,12 +8,24 @@
 #include "message_fields.h"
 #include "rows.h"
 
+#include <iterator>
+
 namespace FiltersCommon {
 
+// clang-format off
+#define FILTERS_COMMON_COUNTER_FIELDS(FIELD)                                                       \
+    FIELD(CounterPB, id, kIdFieldNumber, REQUIRED)                                                 \
+    FIELD(CounterPB, type, kTypeFieldNumber, REQUIRED)
+// clang-format on
+
 namespace counter_fields {
-FILTERS_COMMON_DEFINE_FIELD(CounterPB, id, kIdFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(CounterPB, type, kTypeFieldNumber)
+FILTERS_COMMON_DEFINE_FIELDS(FILTERS_COMMON_COUNTER_FIELDS)
 } // namespace counter_fields
+#undef FILTERS_COMMON_COUNTER_FIELDS
+
+template <>
+inline constexpr MessageSchema SCHEMA_OF<CounterPB> = {
+    PART_COUNTER, std::begin(counter_fields::FIELDS), std::end(counter_fields::FIELDS)};
 
 struct CounterRows {
     // clang-format off

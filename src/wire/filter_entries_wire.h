@@ -11,10 +11,10 @@
 #include "filter_matches_rows.h"
 #include "kind_map.h"
 #include "kinds.h"
-#include "left_out.h"
+#include "losses.h"
 #include "policers.h"
 
-#include <cstddef>
+#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -52,37 +52,37 @@ struct EntryWire {
     /**
      * Reads all but the policer into @p fresh and the stages, which must be empty; the matches are
      * to be added to those of the kinds @p held. Unknown kinds and matches that would combine IPv4
-     * and IPv6 are left out and, unless it is null, reported to @p leftOut.
+     * and IPv6 are left out.
      * @return the bytes of the policer, valid as long as the input. The policer is built from them
      * only once the reader is known to have understood everything, as the policer library may
      * refuse or report bytes.
      */
     template <class Reader>
     static std::string_view readAllButPolicer(Reader& reader, FiltersEntry& fresh, Stages& stages,
-                                              CodeSet<filtersMatch_t> held, LeftOut* leftOut,
-                                              std::size_t place = 0)
+                                              CodeSet<filtersMatch_t> held)
     {
+        const Losses::Mark part = beginPart(reader, PART_ENTRY);
         EntryRows::of(&fresh).read(reader, fresh);
         const std::string_view policer = reader.bytes(entry_fields::policer_());
         reader.elements(entry_fields::matches_(), [&](auto& element) {
             const auto kind = fromNumber<filtersMatch_t>(element.number(match_fields::type_()));
-            const auto report = [&](filtersRefusalReason_t reason) {
-                if (leftOut != nullptr)
-                    leftOut->match(place, fresh.id_, kind, reason, stages.matches.kinds());
-            };
             if (!isL3Compatible(kind, held | stages.matches.kinds()))
-                report(REFUSAL_IPV4_WITH_IPV6);
+                report(element,
+                       [&](Losses& losses) { losses.addExcluded(kind, stages.matches.kinds()); });
             else if (!readByKind<MatchKinds>(element, kind, stages.matches))
-                report(REFUSAL_UNKNOWN_MATCH_KIND);
+                report(element, [&](Losses& losses) { losses.addUnknown(kind); });
         });
         reader.elements(entry_fields::actions_(), [&](auto& element) {
             const auto kind = fromNumber<filtersAction_t>(element.number(action_fields::type_()));
-            if (!readByKind<ActionKinds>(element, kind, stages.actions) && leftOut != nullptr)
-                leftOut->action(place, fresh.id_, kind, REFUSAL_UNKNOWN_ACTION_KIND);
+            if (!readByKind<ActionKinds>(element, kind, stages.actions))
+                report(element, [&](Losses& losses) { losses.addUnknown(kind); });
         });
-        reader.message(entry_fields::counter_(), [&](auto& part) {
-            CounterRows::of(&fresh.counter_).read(part, fresh.counter_);
+        reader.message(entry_fields::counter_(), [&](auto& message) {
+            const Losses::Mark counter = beginPart(message, PART_COUNTER);
+            CounterRows::of(&fresh.counter_).read(message, fresh.counter_);
+            endPart(message, counter);
         });
+        endPart(reader, part, fresh.id_);
         return policer;
     }
 
@@ -93,11 +93,14 @@ struct EntryWire {
         entry.actions_.take(stages.actions);
     }
 
-    /** For an entry without a policer whose bytes were understood. */
-    static void setPolicer(FiltersEntry& entry, std::string_view bytes)
+    /** For an entry without a policer whose bytes @p reader understood. */
+    template <class Reader>
+    static void setPolicer(const Reader& reader, FiltersEntry& entry, std::string_view bytes)
     {
-        if (!isNoPolicer(bytes))
-            entry.policer_ = policer::Policer(std::string(bytes));
+        if (isNoPolicer(bytes))
+            return;
+        entry.policer_ = policer::Policer(std::string(bytes));
+        report(reader, [&](Losses& losses) { losses.addOfPolicer(entry, bytes); });
     }
 
     /**
@@ -105,15 +108,15 @@ struct EntryWire {
      * @return false, changing nothing, if the reader did not understand the bytes
      */
     template <class Reader>
-    static bool read(Reader& reader, FiltersEntry& entry, LeftOut* leftOut = nullptr)
+    static bool read(Reader& reader, FiltersEntry& entry)
     {
         FiltersEntry fresh;
         Stages stages;
         const std::string_view policer =
-            readAllButPolicer(reader, fresh, stages, entry.matches_.kinds(), leftOut);
+            readAllButPolicer(reader, fresh, stages, entry.matches_.kinds());
         if (!reader.understood())
             return false;
-        setPolicer(fresh, policer);
+        setPolicer(reader, fresh, policer);
         auto matchesMemory = entry.matches_.memoryFor(stages.matches);
         auto actionsMemory = entry.actions_.memoryFor(stages.actions);
 
@@ -154,9 +157,29 @@ private:
     {
         return Kinds::dispatch(code, false, [&](auto kind) {
             using Class = ClassOf<decltype(kind)>;
-            rowsOf<Class>().read(reader, stage.template make<Class>());
+            if constexpr (Reader::REPORTS)
+                readReporting<Class>(reader, stage);
+            else
+                rowsOf<Class>().read(reader, stage.template make<Class>());
             return true;
         });
+    }
+
+    /** Reports also what the object read replaces, unless that is equal. */
+    template <class Class, class Reader, class Base>
+    static void readReporting(Reader& reader, KindStage<Base>& stage)
+    {
+        constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
+        const Losses::Mark part = beginPart(reader, IS_MATCH ? PART_MATCH : PART_ACTION);
+        std::optional<Class> replaced;
+        if (const Base* held = stage.find(Class::KIND))
+            replaced.emplace(static_cast<const Class&>(*held));
+        Class& made = stage.template make<Class>();
+        rowsOf<Class>().read(reader, made);
+        if (replaced.has_value() && !areEqualAs<Class, Base>(*replaced, made))
+            reader.losses().add(
+                FiltersRefusal(IS_MATCH ? REFUSAL_MATCH_REPLACED : REFUSAL_ACTION_REPLACED));
+        endPart(reader, part, Class::KIND);
     }
 };
 

@@ -4,19 +4,32 @@
 #ifndef FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
 #define FILTER_COMMON_SRC_WIRE_FILTER_GROUPS_ROWS_H
 
+#include "filter_entries_rows.h"
 #include "filter_groups.h"
 #include "message_fields.h"
 #include "rows.h"
 
+#include <iterator>
+
 namespace FiltersCommon {
 
+// clang-format off
+#define FILTERS_COMMON_GROUP_FIELDS(FIELD)                                                         \
+    FIELD(FiltersGroupPB, id_, kIdFieldNumber, REQUIRED)                                           \
+    FIELD(FiltersGroupPB, priority_, kPriorityFieldNumber, REQUIRED)                               \
+    FIELD(FiltersGroupPB, stage_, kStageFieldNumber, REQUIRED)                                     \
+    FIELD(FiltersGroupPB, type_, kTypeFieldNumber, REQUIRED)                                       \
+    FIELD(FiltersGroupPB, entries_, kEntriesFieldNumber, REPEATED)
+// clang-format on
+
 namespace group_fields {
-FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, id_, kIdFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, priority_, kPriorityFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, stage_, kStageFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, type_, kTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(FiltersGroupPB, entries_, kEntriesFieldNumber)
+FILTERS_COMMON_DEFINE_FIELDS(FILTERS_COMMON_GROUP_FIELDS)
 } // namespace group_fields
+#undef FILTERS_COMMON_GROUP_FIELDS
+
+template <>
+inline constexpr MessageSchema SCHEMA_OF<FiltersGroupPB> = {
+    PART_GROUP, std::begin(group_fields::FIELDS), std::end(group_fields::FIELDS)};
 
 /** The members of a group that are plain numbers. */
 struct GroupRows {

@@ -29,30 +29,29 @@ struct GroupWire {
 
     /**
      * Adds what @p reader reads to the group. Entries that the new stage and type do not admit are
-     * left out, and so is what EntryWire leaves out of an entry; unless it is null, all of that is
-     * reported to @p leftOut.
+     * left out, and so is what EntryWire leaves out of an entry.
      * @return false, changing nothing, if the reader did not understand the bytes
      */
     template <class Reader>
-    static bool read(Reader& reader, FiltersGroup& group, LeftOut* leftOut = nullptr)
+    static bool read(Reader& reader, FiltersGroup& group)
     {
         FiltersGroup fresh(0);
         GroupRows::of(&fresh).read(reader, fresh);
         std::vector<ReadEntry> waiting;
         std::size_t place = 0;
         reader.elements(group_fields::entries_(), [&](auto& element) {
-            ReadEntry entry = readEntry(element, place++, leftOut);
+            ReadEntry entry = readEntry(element, place++);
             // A policer is made only when everything is known to be understood, and entries stay in
             // their order.
             if (Reader::MAY_GIVE_UP && !(waiting.empty() && isNoPolicer(entry.policer)))
                 waiting.push_back(std::move(entry));
             else
-                admit(fresh, entry, leftOut);
+                admit(reader, fresh, entry);
         });
         if (!reader.understood())
             return false;
         for (ReadEntry& entry : waiting)
-            admit(fresh, entry, leftOut);
+            admit(reader, fresh, entry);
 
         // From here on nothing can fail.
         moveNodes(group.entries_, fresh.entries_);
@@ -70,27 +69,46 @@ private:
     };
 
     template <class Reader>
-    static ReadEntry readEntry(Reader& reader, std::size_t place, LeftOut* leftOut)
+    static ReadEntry readEntry(Reader& reader, std::size_t place)
     {
         FiltersGroup::EntryMap fresh;
         FiltersEntry& entry = fresh[0];
         EntryWire::Stages stages;
-        const std::string_view policer =
-            EntryWire::readAllButPolicer(reader, entry, stages, {}, leftOut, place);
+        report(reader, [&](Losses& losses) { losses.atEntry(place); });
+        const std::string_view policer = EntryWire::readAllButPolicer(reader, entry, stages, {});
         EntryWire::take(entry, stages);
         return {fresh.extract(fresh.begin()), policer, place};
     }
 
-    static void admit(FiltersGroup& group, ReadEntry& read, LeftOut* leftOut)
+    template <class Reader>
+    static void admit(const Reader& reader, FiltersGroup& group, ReadEntry& read)
     {
         FiltersEntry& entry = read.node.mapped();
-        EntryWire::setPolicer(entry, read.policer);
+        report(reader, [&](Losses& losses) { losses.atAdmission(read.place); });
+        EntryWire::setPolicer(reader, entry, read.policer);
         if (group.admits(entry, group.stage_, group.type_) == FILTERS_OK) {
+            report(reader, [&](Losses& losses) { reportReplaced(losses, group.entries_, entry); });
             read.node.key() = entry.getId();
             moveNode(group.entries_, std::move(read.node));
-        } else if (leftOut != nullptr) {
-            leftOut->entry(read.place, entry, group.stage_, group.type_);
+        } else {
+            report(reader, [&](Losses& losses) {
+                losses.addNotAdmitted(entry, group.stage_, group.type_);
+            });
         }
+    }
+
+    /** Reports the entry that @p entry is about to replace, unless that is equal. */
+    static void reportReplaced(Losses& losses, const FiltersGroup::EntryMap& entries,
+                               const FiltersEntry& entry)
+    {
+        if (entries.empty() || entries.rbegin()->first < entry.getId())
+            return;
+        const auto replaced = entries.find(entry.getId());
+        if (replaced == entries.end() || replaced->second == entry)
+            return;
+        FiltersRefusal refusal(REFUSAL_ENTRY_REPLACED);
+        refusal.entry = entry.getId();
+        losses.add(refusal);
     }
 };
 

@@ -8,36 +8,48 @@
 #include "message_fields.h"
 #include "rows.h"
 
+#include <iterator>
+
 namespace FiltersCommon {
 
+// clang-format off
+#define FILTERS_COMMON_MATCH_FIELDS(FIELD)                                                         \
+    FIELD(MatchPB, type_, kTypeFieldNumber, REQUIRED)                                              \
+    FIELD(MatchPB, ports_, kPortsFieldNumber, REPEATED)                                            \
+    FIELD(MatchPB, vlan_id_, kVlanIdFieldNumber, REPEATED)                                         \
+    FIELD(MatchPB, tpid_, kTpidFieldNumber, OPTIONAL)                                              \
+    FIELD(MatchPB, mac_, kMacFieldNumber, OPTIONAL)                                                \
+    FIELD(MatchPB, l4port_, kL4PortFieldNumber, OPTIONAL)                                          \
+    FIELD(MatchPB, mac_mask_, kMacMaskFieldNumber, OPTIONAL)                                       \
+    FIELD(MatchPB, ipv4_, kIpv4FieldNumber, OPTIONAL)                                              \
+    FIELD(MatchPB, pcp_, kPcpFieldNumber, OPTIONAL)                                                \
+    FIELD(MatchPB, ipv4_mask_, kIpv4MaskFieldNumber, OPTIONAL)                                     \
+    FIELD(MatchPB, ipv6_, kIpv6FieldNumber, OPTIONAL)                                              \
+    FIELD(MatchPB, ipv6_mask_, kIpv6MaskFieldNumber, OPTIONAL)                                     \
+    FIELD(MatchPB, l2_src_, kL2SrcFieldNumber, OPTIONAL)                                           \
+    FIELD(MatchPB, ipprotocol_, kIpprotocolFieldNumber, OPTIONAL)                                  \
+    FIELD(MatchPB, packet_resolution_, kPacketResolutionFieldNumber, OPTIONAL)                     \
+    FIELD(MatchPB, tos_, kTosFieldNumber, OPTIONAL)                                                \
+    FIELD(MatchPB, limid_, kLimidFieldNumber, OPTIONAL)                                            \
+    FIELD(MatchPB, l4port_mask_, kL4PortMaskFieldNumber, OPTIONAL)                                 \
+    FIELD(MatchPB, ingress_stp_state_, kIngressStpStateFieldNumber, OPTIONAL)                      \
+    FIELD(MatchPB, excluded_port_types_, kExcludedPortTypesFieldNumber, REPEATED)                  \
+    FIELD(MatchPB, vlan_info_svc_vlan_type_, kVlanInfoSvcVlanTypeFieldNumber, OPTIONAL)            \
+    FIELD(MatchPB, ttl_, kTtlFieldNumber, OPTIONAL)                                                \
+    FIELD(MatchPB, vrf_id_, kVrfIdFieldNumber, OPTIONAL)                                           \
+    FIELD(MatchPB, drop_flag_, kDropFlagFieldNumber, OPTIONAL)                                     \
+    FIELD(MatchPB, fwd_type_, kFwdTypeFieldNumber, OPTIONAL)                                       \
+    FIELD(MatchPB, mpls_terminated_, kMplsTerminatedFieldNumber, OPTIONAL)
+// clang-format on
+
 namespace match_fields {
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, type_, kTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ports_, kPortsFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, vlan_id_, kVlanIdFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, tpid_, kTpidFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, mac_, kMacFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, l4port_, kL4PortFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, mac_mask_, kMacMaskFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv4_, kIpv4FieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, pcp_, kPcpFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv4_mask_, kIpv4MaskFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv6_, kIpv6FieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipv6_mask_, kIpv6MaskFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, l2_src_, kL2SrcFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ipprotocol_, kIpprotocolFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, packet_resolution_, kPacketResolutionFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, tos_, kTosFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, limid_, kLimidFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, l4port_mask_, kL4PortMaskFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ingress_stp_state_, kIngressStpStateFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, excluded_port_types_, kExcludedPortTypesFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, vlan_info_svc_vlan_type_, kVlanInfoSvcVlanTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, ttl_, kTtlFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, vrf_id_, kVrfIdFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, drop_flag_, kDropFlagFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, fwd_type_, kFwdTypeFieldNumber)
-FILTERS_COMMON_DEFINE_FIELD(MatchPB, mpls_terminated_, kMplsTerminatedFieldNumber)
+FILTERS_COMMON_DEFINE_FIELDS(FILTERS_COMMON_MATCH_FIELDS)
 } // namespace match_fields
+#undef FILTERS_COMMON_MATCH_FIELDS
+
+template <>
+inline constexpr MessageSchema SCHEMA_OF<MatchPB> = {PART_MATCH, std::begin(match_fields::FIELDS),
+                                                     std::end(match_fields::FIELDS)};
 
 /** The members of each class, their fields in a MatchPB, and how they are shown to people. */
 struct MatchRows {

@@ -4,6 +4,7 @@
 #ifndef FILTER_COMMON_SRC_WIRE_MESSAGE_IO_H
 #define FILTER_COMMON_SRC_WIRE_MESSAGE_IO_H
 
+#include "losses.h"
 #include "message_fields.h"
 
 #include <cstdint>
@@ -68,10 +69,12 @@ private:
 };
 
 /** Reads from a message; an absent field reads as 0 or empty. */
-template <class Message>
-class MessageReader {
+template <class Message, class Report = Silent>
+class MessageReader : public Report {
 public:
-    explicit MessageReader(const Message& message) : message_(message) {}
+    explicit MessageReader(const Message& message, Report report = {})
+        : Report(report), message_(message)
+    {}
 
     template <class Field>
     std::uint32_t number(Field)
@@ -86,6 +89,12 @@ public:
         return Field::get(message_);
     }
 
+    template <class Field>
+    bool has(Field) const
+    {
+        return Field::has(message_);
+    }
+
     /** Calls @p use with each number of a repeated field. */
     template <class Field, class Use>
     void numbers(Field, Use use)
@@ -98,7 +107,7 @@ public:
     template <class Field, class Use>
     void message(Field, Use use)
     {
-        MessageReader<typename Field::Type> part(Field::get(message_));
+        MessageReader<typename Field::Type, Report> part(Field::get(message_), *this);
         use(part);
     }
 
@@ -107,7 +116,7 @@ public:
     void elements(Field, Use use)
     {
         for (const auto& element : Field::get(message_)) {
-            MessageReader<typename Field::Type::value_type> part(element);
+            MessageReader<typename Field::Type::value_type, Report> part(element, *this);
             use(part);
         }
     }

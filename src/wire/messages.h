@@ -38,6 +38,12 @@ void serializeInto(FiltersSerialized* out, const Object& object)
     out->setData(bytes);
 }
 
+/** How bytes were read. */
+struct Understanding {
+    bool direct;   /**< without a message; then there is nothing unusual about them */
+    bool toTheEnd; /**< the runtime's parser, if it was needed, reached their end */
+};
+
 /**
  * Calls @p read to read the bytes. If it does not understand them, because they are not in the form
  * that the library writes, it is called again with the message that the runtime's parser makes of
@@ -46,19 +52,27 @@ void serializeInto(FiltersSerialized* out, const Object& object)
  * would write to the log, which can crash if memory is short. More bytes than one message may have
  * are read as none.
  */
-template <class Message, class Read>
-void readMessage(std::string_view bytes, Read read)
+template <class Message, class Report = Silent, class Read>
+Understanding readMessage(std::string_view bytes, Read read, Report silentOrReporting = {})
 {
     if (bytes.size() > MAX_MESSAGE)
         bytes.remove_suffix(bytes.size());
-    ByteReader direct(bytes);
-    if (read(direct))
-        return;
+    ByteReader<Report> direct(bytes, silentOrReporting);
+    if (read(direct)) {
+        // The zero that ends an envelope is not missed.
+        report(direct, [&](Losses& losses) {
+            if (direct.left() > 1)
+                losses.addNotParsed(bytes.size() - direct.left());
+        });
+        return {true, true};
+    }
+    report(direct, [](Losses& losses) { losses.clear(); });
     ScratchMessage<Message> message;
-    static_cast<void>(
-        message.get()->ParsePartialFromArray(bytes.data(), static_cast<int>(bytes.size())));
-    MessageReader<Message> reader(*message.get());
+    const bool toTheEnd =
+        message.get()->ParsePartialFromArray(bytes.data(), static_cast<int>(bytes.size()));
+    MessageReader<Message, Report> reader(*message.get(), silentOrReporting);
     read(reader);
+    return {false, toTheEnd};
 }
 
 } // namespace FiltersCommon

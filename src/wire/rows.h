@@ -12,6 +12,7 @@
 
 #include "bytes.h"
 #include "filter_types.h"
+#include "losses.h"
 #include "text.h"
 
 #include <net/ethernet.h>
@@ -50,6 +51,17 @@ constexpr T fromNumber(std::uint32_t number)
         return static_cast<T>(number);
 }
 
+/** Reports if the value is not the number that its field holds. */
+template <class Field, class Reader, class T>
+void reportCut(const Reader& reader, std::uint32_t number, T value)
+{
+    report(reader, [&](Losses& losses) {
+        if (toNumber(value) != number)
+            losses.addChange(REFUSAL_NUMBER_CUT, Field::NUMBER, widened<Field>(number),
+                             toNumber(value));
+    });
+}
+
 // -------------------------------------------------------------------------------- types of member
 
 /** A member that is one number. */
@@ -63,7 +75,10 @@ struct FieldValue {
     template <class Field, class Reader>
     static T read(Reader& reader)
     {
-        return fromNumber<T>(reader.number(Field()));
+        const std::uint32_t number = reader.number(Field());
+        const T value = fromNumber<T>(number);
+        reportCut<Field>(reader, number, value);
+        return value;
     }
 };
 
@@ -78,7 +93,12 @@ struct ByteFieldValue {
     template <class Field, class Reader>
     static T read(Reader& reader)
     {
-        return fromBytes<T>(reader.bytes(Field()));
+        const std::string_view bytes = reader.bytes(Field());
+        if constexpr (Reader::REPORTS)
+            if (bytes.size() != sizeof(T) && reader.has(Field()))
+                reader.losses().addChange(REFUSAL_LENGTH_CHANGED, Field::NUMBER, bytes.size(),
+                                          sizeof(T));
+        return fromBytes<T>(bytes);
     }
 };
 template <>
@@ -104,7 +124,9 @@ struct NumbersFieldValue {
     {
         Container values;
         reader.numbers(Field(), [&](std::uint32_t number) {
-            values.insert(values.end(), fromNumber<Element>(number));
+            const Element value = fromNumber<Element>(number);
+            reportCut<Field>(reader, number, value);
+            values.insert(values.end(), value);
         });
         return values;
     }
@@ -279,6 +301,12 @@ public:
                 ((row.formatter.shows(object) ? use(row.label, row.get(object)) : void()), ...);
             },
             rows_);
+    }
+
+    /** Whether one of the rows is that of the field. */
+    static constexpr bool have([[maybe_unused]] std::uint32_t field)
+    {
+        return ((Row::NUMBER == field) || ...);
     }
 
     /** Calls @p use with each row. */
