@@ -8,7 +8,6 @@
 
 #include <random>
 #include <stdexcept>
-#include <variant>
 
 namespace bench {
 
@@ -97,24 +96,18 @@ Rule ruleOf(const FiltersEntry& entry)
     return rule;
 }
 
-template <class Value>
-Value take(std::variant<Value, filterctl::Refusal> result, const std::string& path)
-{
-    if (const auto* refusal = std::get_if<filterctl::Refusal>(&result))
-        throw std::runtime_error(path + ":" + std::to_string(refusal->line) + ": " +
-                                 refusal->reason);
-    return std::get<Value>(std::move(result));
-}
-
 } // namespace
 
 Rules readRules(const std::string& path)
 {
     const std::string text = filterctl::readFile(path);
-    const auto lines = take(filterctl::readAccessList(text), path);
-    const FiltersGroup group = take(filterctl::importGroup(lines, {}), path);
+    std::vector<filterctl::Problem> problems;
+    const auto group = filterctl::groupFromAccessList(text, {}, problems);
+    if (!group)
+        throw std::runtime_error(path + ":" + std::to_string(problems.front().line) + ": " +
+                                 problems.front().sentence);
     Rules rules;
-    for (const auto& element : group.getEntriesRef())
+    for (const auto& element : group->getEntriesRef())
         rules.push_back(ruleOf(element.second));
     if (rules.empty())
         throw std::runtime_error(path + ": holds no rules");

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 // The input is the text of an access list for filterctl to read and import.
@@ -16,13 +15,13 @@
 namespace FiltersCommon::fuzz {
 namespace {
 
+using filterctl::AccessAction;
 using filterctl::AccessList;
 using filterctl::AccessRule;
 using filterctl::ImportOptions;
-using filterctl::PortPair;
 using filterctl::PortRange;
 using filterctl::Prefix;
-using filterctl::Refusal;
+using filterctl::Problem;
 
 /** Longer lists are not imported, for speed. */
 constexpr std::size_t MOST_ENTRIES = 64;
@@ -76,7 +75,10 @@ std::string textOf(const AccessRule& rule)
     std::snprintf(protocol, sizeof protocol, "0x%02x/0x%02X", rule.protocol.value_or(0),
                   rule.protocol ? 0xFF : 0);
     return "@" + textOf(rule.source) + "\t" + textOf(rule.destination) + "\t" +
-           textOf(rule.sourcePorts) + "\t" + textOf(rule.destinationPorts) + "\t" + protocol + "\n";
+           textOf(rule.sourcePorts) + "\t" + textOf(rule.destinationPorts) + "\t" + protocol +
+           (!rule.action                         ? "\n"
+            : *rule.action == AccessAction::DENY ? "\tdeny\n"
+                                                 : "\tpermit\n");
 }
 
 /** All values of a rule except its line. */
@@ -84,7 +86,8 @@ auto valuesOf(const AccessRule& rule)
 {
     return std::make_tuple(rule.source.address, rule.source.length, rule.destination.address,
                            rule.destination.length, rule.sourcePorts.low, rule.sourcePorts.high,
-                           rule.destinationPorts.low, rule.destinationPorts.high, rule.protocol);
+                           rule.destinationPorts.low, rule.destinationPorts.high, rule.protocol,
+                           rule.action);
 }
 
 void checkReadBack(const AccessList& rules)
@@ -92,9 +95,9 @@ void checkReadBack(const AccessList& rules)
     std::string text;
     for (const AccessRule& rule : rules)
         text += textOf(rule);
-    const auto read = filterctl::readAccessList(text);
-    require(std::holds_alternative<AccessList>(read), "a list that is written out is read");
-    const AccessList& again = std::get<AccessList>(read);
+    std::vector<Problem> problems;
+    const AccessList again = filterctl::readAccessList(text, problems);
+    require(problems.empty(), "a list that is written out is read");
     require(std::equal(again.begin(), again.end(), rules.begin(), rules.end(),
                        [](const auto& a, const auto& b) { return valuesOf(a) == valuesOf(b); }),
             "a list that is written out is read as the same rules");
@@ -127,7 +130,7 @@ void expectMatch(FiltersEntry& entry, bool isThere, Values... values)
 }
 
 /** The entries that the rules should become. */
-std::vector<FiltersEntry> expectedEntries(const AccessList& rules, bool deny)
+std::vector<FiltersEntry> expectedEntries(const AccessList& rules, AccessAction action)
 {
     std::vector<FiltersEntry> entries;
     auto priority = static_cast<filtersEntryPriority_t>(rules.size());
@@ -148,7 +151,9 @@ std::vector<FiltersEntry> expectedEntries(const AccessList& rules, bool deny)
                 expectMatch<MatchIpProtocol>(entry, rule.protocol.has_value(),
                                              rule.protocol.value_or(0));
                 expectMatch<MatchAll>(entry, entry.getMatchesRef().empty());
-                deny ? entry.setAction(ActionDeny()) : entry.setAction(ActionPermit());
+                rule.action.value_or(action) == AccessAction::DENY
+                    ? entry.setAction(ActionDeny())
+                    : entry.setAction(ActionPermit());
                 entries.push_back(entry);
             }
         --priority;
@@ -172,20 +177,21 @@ void checkImported(const FiltersGroup& group, const std::vector<FiltersEntry>& e
 
 void checkImport(const AccessList& rules, const ImportOptions& options)
 {
-    const std::vector<FiltersEntry> expected = expectedEntries(rules, options.deny);
+    const std::vector<FiltersEntry> expected = expectedEntries(rules, options.action);
     const auto refused = std::find_if(expected.begin(), expected.end(), [&](const auto& entry) {
         return refusalOf(entry, options.stage, options.type) != FILTERS_OK;
     });
     const bool fits = refusalOf(options.stage, options.type) == FILTERS_OK;
-    const auto imported = filterctl::importGroup(rules, options);
-    if (const auto* refusal = std::get_if<Refusal>(&imported)) {
-        require(!fits || refused != expected.end(), "what the tables admit is imported");
-        require((refusal->line == 0) == !fits && !refusal->reason.empty(),
-                "a refused list has a reason, and a line unless stage and type are to blame");
-    } else {
+    std::vector<Problem> problems;
+    if (const auto imported = filterctl::importGroup(rules, options, problems)) {
         require(fits && refused == expected.end(), "what the tables do not admit is refused");
-        checkImported(std::get<FiltersGroup>(imported), expected, options);
+        require(problems.empty(), "nothing is wrong with what is imported");
+        checkImported(*imported, expected, options);
+        return;
     }
+    require(!fits || refused != expected.end(), "what the tables admit is imported");
+    require(!problems.empty() && (problems.front().line == 0) == !fits,
+            "a refused list has a reason, and a line unless stage and type are to blame");
 }
 
 std::size_t countEntries(const AccessList& rules)
@@ -200,20 +206,21 @@ std::size_t countEntries(const AccessList& rules)
 void checkText(std::string_view text)
 {
     const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
-    const auto read = filterctl::readAccessList(text);
-    if (const auto* refusal = std::get_if<Refusal>(&read)) {
-        require(refusal->line >= 1 && refusal->line <= lines, "a refusal names a line of the text");
-        require(!refusal->reason.empty(), "a refusal has a reason");
-        return;
-    }
-    const AccessList& rules = std::get<AccessList>(read);
+    std::vector<Problem> problems;
+    const AccessList rules = filterctl::readAccessList(text, problems);
+    for (const Problem& problem : problems)
+        require(problem.line >= 1 && problem.line <= lines && problem.column >= 1 &&
+                    !problem.sentence.empty(),
+                "a problem names a place in the text, and a reason");
     checkList(rules, lines);
-    if (countEntries(rules) > MOST_ENTRIES)
+    if (!problems.empty() || countEntries(rules) > MOST_ENTRIES)
         return;
     checkImport(rules, {});
-    checkImport(rules, {1, 2, GROUP_STAGE_2, GROUP_TYPE_3, true});
-    checkImport(rules, {3, 4, GROUP_STAGE_1, GROUP_TYPE_4, false}); // admits no source ports
-    checkImport(rules, {5, 6, GROUP_STAGE_3, GROUP_TYPE_3, false}); // do not fit each other
+    checkImport(rules, {1, 2, GROUP_STAGE_2, GROUP_TYPE_3, AccessAction::DENY});
+    checkImport(
+        rules, {3, 4, GROUP_STAGE_1, GROUP_TYPE_4, AccessAction::PERMIT}); // admits no source ports
+    checkImport(rules,
+                {5, 6, GROUP_STAGE_3, GROUP_TYPE_3, AccessAction::PERMIT}); // do not fit each other
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 # The tests of the command filterctl, and of what it is made of.
 
-foreach(name access_list_test checks_test description_text_test group_diff_test group_json_test)
+foreach(name access_list_test checks_test description_text_test group_diff_test group_json_test
+    problems_test recognition_test)
   filter_common_test(${name} filterctl_core)
 endforeach()
 filter_common_test(files_test filterctl_core)
@@ -9,7 +10,8 @@ target_link_options(files_test PRIVATE
 
 # Those that run the program.
 set(words ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:filterctl>)
-foreach(name filterctl_test filterctl_commands_test)
+foreach(name filterctl_test filterctl_commands_test filterctl_changes_test filterctl_inputs_test
+    filterctl_list_test filterctl_terminal_test)
   filter_common_test(${name} filterctl_core)
   target_compile_definitions(${name} PRIVATE FILTERCTL_COMMAND="'$<JOIN:${words},' '>'")
   add_dependencies(${name} filterctl)

@@ -12,8 +12,8 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace {
@@ -27,19 +27,21 @@ using test::ipv4;
 
 constexpr char GOOD_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 2047  0x06/0xFF\n";
 
-Refusal refusalOf(std::string_view text)
+/** What is wrong with the first wrong line, or "taken". */
+Problem refusalOf(std::string_view text)
 {
-    const auto result = readAccessList(text);
-    const auto* refusal = std::get_if<Refusal>(&result);
-    return refusal == nullptr ? Refusal{0, "taken"} : *refusal;
+    std::vector<Problem> problems;
+    readAccessList(text, problems);
+    return problems.empty() ? Problem{0, 0, "taken"} : problems.front();
 }
 
 AccessList rulesOf(std::string_view text)
 {
-    auto result = readAccessList(text);
-    if (const auto* refusal = std::get_if<Refusal>(&result))
-        ADD_FAILURE() << "line " << refusal->line << ": " << refusal->reason;
-    return std::holds_alternative<AccessList>(result) ? std::get<AccessList>(result) : AccessList();
+    std::vector<Problem> problems;
+    AccessList rules = readAccessList(text, problems);
+    for (const Problem& problem : problems)
+        ADD_FAILURE() << "line " << problem.line << ": " << problem.sentence;
+    return rules;
 }
 
 void expectGoodRule(const AccessRule& rule)
@@ -64,13 +66,16 @@ TEST(AccessList, OneRuleInManyForms)
         "@10.1.0.9/16 192.168.7.0/24 0:65535 1024 :\t2047 0x6/0xff\n",
         " \t@10.1.0.9/016 192.168.7.0/24 00 : 065535 1024: 2047 0x0006/0x00FF \t\n",
         "@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF\r\n",
-        "@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF 0x0000/0x0200 \xFF\0 :\n"s,
+        "@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF 0x0000/0x0200 0xf/0xfffffffff "
+        "\n",
+        "\xEF\xBB\xBF@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF",
     };
     for (const std::string& form : forms) {
         SCOPED_TRACE(form);
         const AccessList rules = rulesOf(form);
         ASSERT_EQ(rules.size(), 1u);
         EXPECT_EQ(rules[0].line, 1u);
+        EXPECT_EQ(rules[0].action, std::nullopt);
         expectGoodRule(rules[0]);
     }
 }
@@ -110,7 +115,7 @@ TEST(AccessList, EveryColumnIsNeeded)
         {"@10.1.0.0/16 10.2.0.0/16 0 : 65535 0 : 65535\t\r", "protocol: missing"},
     };
     for (const auto& [line, why] : cut)
-        EXPECT_EQ(refusalOf(line).reason, why);
+        EXPECT_EQ(refusalOf(line).sentence, why);
 }
 
 TEST(AccessList, TakesEveryValueOfAColumn)
@@ -156,14 +161,46 @@ TEST(AccessList, WithoutColumnsARuleIsOfAllPackets)
     }
     EXPECT_EQ(rule.protocol, std::nullopt);
     EXPECT_EQ(rule.line, 0u);
-    EXPECT_EQ(Refusal().line, 0u);
+    EXPECT_EQ(rule.action, std::nullopt);
 }
 
-TEST(AccessList, TheFirstRefusalIsGiven)
+TEST(AccessList, EveryMalformedLineIsNamedWithItsColumn)
 {
-    const Refusal refusal = refusalOf(GOOD_LINE + "@1.2.3.4/33\n@1.2.3.4/x\n"s + GOOD_LINE);
-    EXPECT_EQ(refusal.line, 2u);
-    EXPECT_EQ(refusal.reason, "source prefix: length is over 32");
+    const std::string text = GOOD_LINE + "@1.2.3.4/33\n 1.2.3.4/8\n"s + GOOD_LINE +
+                             "@1.2.3.4/8 1.2.3.4/8\t1 : 2 3 :  x 0x06/0xFF\n@1.2.3.4/8";
+    std::vector<Problem> problems = {{9, 9, "kept"}};
+    EXPECT_EQ(readAccessList(text, problems).size(), 2u);
+    const std::tuple<std::size_t, std::size_t, const char*> expected[] = {
+        {9, 9, "kept"},
+        {2, 1, "source prefix: length is over 32"},
+        {3, 2, "source prefix: missing '@'"},
+        {5, 33, "destination port range: high port is not a number"},
+        {6, 11, "destination prefix: missing"},
+    };
+    ASSERT_EQ(problems.size(), std::size(expected));
+    for (std::size_t index = 0; index < problems.size(); ++index)
+        EXPECT_EQ(std::tie(problems[index].line, problems[index].column, problems[index].sentence),
+                  expected[index]);
+}
+
+TEST(AccessList, ColumnsBehindTheProtocol)
+{
+    const std::string five = "@10.1.0.9/16 192.168.7.0/24 0 : 65535 1024 : 2047 0x06/0xFF";
+    for (const char* pairs : {"", " 0x1/0x2", "\t0x0000/0x0200\t0xABCDEF0123456789/0x0"}) {
+        EXPECT_EQ(rulesOf(five + pairs + " permit").at(0).action, AccessAction::PERMIT);
+        EXPECT_EQ(rulesOf(five + pairs + "\tdeny \r\n").at(0).action, AccessAction::DENY);
+    }
+    const std::string unknown = "further column: neither permit nor deny nor a pair of "
+                                "hexadecimal numbers";
+    for (const char* column : {"drop", "Permit", "permitted", "0x1", "0x1/", "/0x1", "0x/0x1",
+                               "0x1/0x", "1/2", "0x1/0x2/0x3", "0x1/0xg", "#", "0X1/0X1"}) {
+        const Problem problem = refusalOf(five + "  " + column);
+        EXPECT_EQ(problem.sentence, unknown) << column;
+        EXPECT_EQ(problem.column, five.size() + 3);
+    }
+    EXPECT_EQ(refusalOf(five + " permit deny").sentence,
+              "further column: nothing stands behind the action");
+    EXPECT_EQ(refusalOf(five + " deny 0x1/0x2").column, five.size() + 7);
 }
 
 /** What a line says, read in another way: whole, by a pattern. */
@@ -172,7 +209,7 @@ bool isRule(const std::string& line)
     static const std::regex pattern("[ \t]*@(\\d+)\\.(\\d+)\\.(\\d+)\\.(\\d+)/(\\d+)[ \t]+"
                                     "(\\d+)\\.(\\d+)\\.(\\d+)\\.(\\d+)/(\\d+)[ \t]+"
                                     "(\\d+)[ \t]*:[ \t]*(\\d+)[ \t]+(\\d+)[ \t]*:[ \t]*(\\d+)[ \t]+"
-                                    "0x([0-9a-fA-F]+)/0x([0-9a-fA-F]+)([ \t][^]*)?\r?");
+                                    "0x([0-9a-fA-F]+)/0x([0-9a-fA-F]+)[ \t]*\r?");
     std::smatch columns;
     if (!std::regex_match(line, columns, pattern))
         return false;
@@ -202,11 +239,11 @@ TEST(AccessList, IsReadAsAPatternReadsIt)
                 continue; // another line, and a comment
             std::string text = good;
             text[position] = static_cast<char>(byte);
-            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+            EXPECT_EQ(refusalOf(text).sentence == "taken", isRule(text)) << text;
             text.insert(position, 1, good[position]);
-            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+            EXPECT_EQ(refusalOf(text).sentence == "taken", isRule(text)) << text;
             text.erase(position, 2);
-            EXPECT_EQ(refusalOf(text).reason == "taken", isRule(text)) << text;
+            EXPECT_EQ(refusalOf(text).sentence == "taken", isRule(text)) << text;
         }
 }
 
@@ -217,11 +254,11 @@ TEST(AccessList, TakesAnyByteAnywhere)
         std::string text = good;
         for (int byte = 0; byte < 256; ++byte) {
             text[position] = static_cast<char>(byte);
-            const Refusal refusal = refusalOf(text);
-            EXPECT_TRUE(refusal.reason == "taken" || refusal.line == 1 ||
+            const Problem refusal = refusalOf(text);
+            EXPECT_TRUE(refusal.sentence == "taken" || refusal.line == 1 ||
                         (refusal.line == 2 && byte == '\n'));
         }
-        EXPECT_NE(refusalOf(good.substr(0, position)).reason, "");
+        EXPECT_NE(refusalOf(good.substr(0, position)).sentence, "");
     }
     EXPECT_EQ(refusalOf("@" + std::string(1 << 20, '1')).line, 1u);
     EXPECT_EQ(refusalOf(std::string(1 << 20, '\0')).line, 1u);
@@ -298,11 +335,11 @@ TEST(CoverPortRange, TheWholeSpaceAndAllButItsEnds)
 
 FiltersGroup groupOf(std::string_view text, const ImportOptions& options = {})
 {
-    auto result = importGroup(rulesOf(text), options);
-    if (const auto* refusal = std::get_if<Refusal>(&result))
-        ADD_FAILURE() << "line " << refusal->line << ": " << refusal->reason;
-    auto* group = std::get_if<FiltersGroup>(&result);
-    return group == nullptr ? FiltersGroup(0) : std::move(*group);
+    std::vector<Problem> problems;
+    auto group = groupFromAccessList(text, options, problems);
+    for (const Problem& problem : problems)
+        ADD_FAILURE() << "line " << problem.line << ": " << problem.sentence;
+    return group ? *std::move(group) : FiltersGroup(0);
 }
 
 TEST(GroupImport, WhatARuleLeavesOpenGivesNoMatch)
@@ -344,6 +381,24 @@ TEST(GroupImport, AnEntryForEachPairOfPorts)
         EXPECT_EQ(group.getEntriesRef().at(id++), expected);
     }
     EXPECT_EQ(group.getEntriesRef().at(id).getPriority(), 1u);
+}
+
+TEST(GroupImport, ARuleThatSaysItsActionHasIt)
+{
+    const std::string five = "@0.0.0.0/0 0.0.0.0/0 0:65535 0:65535 0x06/0xFF";
+    for (const AccessAction action : {AccessAction::PERMIT, AccessAction::DENY}) {
+        ImportOptions options;
+        options.action = action;
+        const FiltersGroup group = groupOf(five + " permit\n" + five + " deny\n" + five, options);
+        const bool denies = action == AccessAction::DENY;
+        for (const auto& [id, kind] : {std::pair(0, ACTION_PERMIT), std::pair(1, ACTION_DENY),
+                                       std::pair(2, denies ? ACTION_DENY : ACTION_PERMIT)}) {
+            const auto& actions =
+                group.getEntriesRef().at(static_cast<filtersEntryId_t>(id)).getActionsRef();
+            EXPECT_EQ(actions.size(), 1u);
+            EXPECT_EQ(actions.count(kind), 1u);
+        }
+    }
 }
 
 } // namespace

@@ -25,6 +25,9 @@ namespace fs = std::filesystem;
 
 constexpr char GOOD_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 2047  0x06/0xFF\n";
 
+/** The good line with another range of ports. */
+constexpr char CHANGED_LINE[] = "@10.1.0.9/16  192.168.7.0/24  0 : 65535  1024 : 1024  0x06/0xFF\n";
+
 /** The only entry that the good line gives. */
 inline FiltersEntry goodEntry()
 {
@@ -116,6 +119,22 @@ protected:
         EXPECT_EQ(outcome.out, "") << arguments;
         EXPECT_EQ(outcome.err, "filterctl: " + why + "\n") << arguments;
         EXPECT_EQ(names(), namesBefore) << arguments;
+    }
+
+    /** The usage of the command is shown, or that of filterctl if it is empty. */
+    void expectWrongUsage(const std::string& command, const std::string& arguments,
+                          const std::string& why) const
+    {
+        const std::string begin = "filterctl: " + why + "\nusage: filterctl " +
+                                  (command.empty() ? "COMMAND" : command) + " ";
+        const std::string end =
+            "\nTry 'filterctl " + command + (command.empty() ? "" : " ") + "--help'.\n";
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_EQ(outcome.err.substr(0, begin.size()), begin) << arguments;
+        EXPECT_EQ(outcome.err.substr(std::min(outcome.err.find("\nTry"), outcome.err.size())), end)
+            << arguments;
     }
 
 private:

@@ -8,6 +8,8 @@
 
 namespace filterctl {
 
+using FiltersCommon::PortPair;
+
 namespace {
 
 constexpr std::string_view BLANKS = " \t";
@@ -47,10 +49,32 @@ std::optional<std::uint32_t> readAddress(std::string_view text)
     return address;
 }
 
-/** Reads one line from left to right and remembers why it stopped. */
+/** The value of the word, or nothing. */
+std::optional<AccessAction> actionOf(std::string_view word)
+{
+    if (word == "permit")
+        return AccessAction::PERMIT;
+    if (word == "deny")
+        return AccessAction::DENY;
+    return std::nullopt;
+}
+
+/** Whether the column is 0xDIGITS/0xDIGITS, of any length. */
+bool isHexadecimalPair(std::string_view column)
+{
+    const auto isHexadecimal = [](std::string_view text) {
+        return text.size() > 2 && text.substr(0, 2) == "0x" &&
+               text.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string_view::npos;
+    };
+    const std::size_t slash = column.find('/');
+    return slash != std::string_view::npos && isHexadecimal(column.substr(0, slash)) &&
+           isHexadecimal(column.substr(slash + 1));
+}
+
+/** Reads one line from left to right and remembers where and why it stopped. */
 class LineReader {
 public:
-    explicit LineReader(std::string_view line) : rest_(line) {}
+    explicit LineReader(std::string_view line) : line_(line), rest_(line) {}
 
     bool read(AccessRule& rule)
     {
@@ -58,9 +82,11 @@ public:
                enter("destination prefix") && readPrefix(rule.destination) &&
                enter("source port range") && readRange(rule.sourcePorts) &&
                enter("destination port range") && readRange(rule.destinationPorts) &&
-               enter("protocol") && readProtocol(rule.protocol);
+               enter("protocol") && readProtocol(rule.protocol) && readRest(rule.action);
     }
 
+    /** Where the wrong part begins, counted from 1. */
+    std::size_t column() const { return begin_ + 1; }
     std::string reason() const { return std::string(field_) + ": " + reason_; }
 
 private:
@@ -70,9 +96,11 @@ private:
         return false;
     }
 
+    /** Goes on to what comes next, which is to blame for what is wrong from here. */
     void skipBlanks()
     {
         rest_.remove_prefix(std::min(rest_.find_first_not_of(BLANKS), rest_.size()));
+        begin_ = line_.size() - rest_.size();
     }
 
     bool enter(std::string_view field)
@@ -164,7 +192,24 @@ private:
         return mask == 0x00u || mask == 0xFFu || refuse("mask is neither 0x00 nor 0xFF");
     }
 
+    /** What may stand behind the five columns. */
+    bool readRest(std::optional<AccessAction>& action)
+    {
+        field_ = "further column";
+        for (skipBlanks(); !rest_.empty(); skipBlanks()) {
+            const std::string_view column = takeUntil(BLANKS);
+            if (action)
+                return refuse("nothing stands behind the action");
+            action = actionOf(column);
+            if (!action && !isHexadecimalPair(column))
+                return refuse("neither permit nor deny nor a pair of hexadecimal numbers");
+        }
+        return true;
+    }
+
+    std::string_view line_;
     std::string_view rest_;
+    std::size_t begin_ = 0;
     std::string_view field_;
     std::string reason_;
 };
@@ -184,10 +229,14 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-/** Passes each refusal to @p refuse and stops when that returns false. */
-template <class Refuse>
-void readLines(std::string_view text, AccessList& rules, Refuse&& refuse)
+} // namespace
+
+AccessList readAccessList(std::string_view text, std::vector<Problem>& problems)
 {
+    constexpr std::string_view MARK = "\xEF\xBB\xBF";
+    if (text.substr(0, MARK.size()) == MARK)
+        text.remove_prefix(MARK.size());
+    AccessList rules;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::string_view line = takeLine(text);
         if (isSkipped(line))
@@ -197,47 +246,16 @@ void readLines(std::string_view text, AccessList& rules, Refuse&& refuse)
         LineReader reader(line);
         if (reader.read(rule))
             rules.push_back(rule);
-        else if (!refuse(Refusal{number, reader.reason()}))
-            return;
+        else
+            problems.push_back({number, reader.column(), reader.reason()});
     }
-}
-
-} // namespace
-
-std::variant<AccessList, Refusal> readAccessList(std::string_view text)
-{
-    AccessList rules;
-    std::optional<Refusal> first;
-    readLines(text, rules, [&](Refusal&& refusal) {
-        first = std::move(refusal);
-        return false;
-    });
-    if (first)
-        return *std::move(first);
     return rules;
-}
-
-std::vector<Refusal> readAccessList(std::string_view text, AccessList& rules)
-{
-    std::vector<Refusal> refusals;
-    readLines(text, rules, [&](Refusal&& refusal) {
-        refusals.push_back(std::move(refusal));
-        return true;
-    });
-    return refusals;
 }
 
 std::vector<PortPair> coverPortRange(const PortRange& range)
 {
     std::vector<PortPair> pairs;
-    for (std::uint32_t port = range.low; port <= range.high;) {
-        // The largest block that can begin at this port, reduced to fit the rest of the range.
-        std::uint32_t size = port == 0 ? 0x10000 : port & (~port + 1);
-        while (port + size - 1 > range.high)
-            size /= 2;
-        pairs.push_back({static_cast<std::uint16_t>(port), static_cast<std::uint16_t>(0 - size)});
-        port += size;
-    }
+    FiltersCommon::coverPorts(range.low, range.high, [&](PortPair pair) { pairs.push_back(pair); });
     return pairs;
 }
 

@@ -1,30 +1,30 @@
 /**
- * All the reasons, as sentences, why an access list cannot become a group, or why reading a group
- * leaves something out. What concerns the group as a whole comes first, once and without a line.
+ * Groups at any stage and of any type, and what they do not admit, as problems without a line.
  */
 #ifndef FILTER_COMMON_TOOLS_CHECKS_H
 #define FILTER_COMMON_TOOLS_CHECKS_H
 
-#include "group_import.h"
+#include "problems.h"
 
-#include <string>
-#include <string_view>
+#include <filter_groups.h>
+
 #include <vector>
 
 namespace filterctl {
 
-/**
- * Why readAccessList and importGroup refuse: every malformed line, and for every other line each
- * reason why the group would not admit its entries.
- */
-std::vector<Refusal> checkAccessList(std::string_view text, const ImportOptions& options);
+/** A group without entries, even where the stage and the type do not fit each other. */
+FiltersCommon::FiltersGroup emptyGroup(FiltersCommon::filtersGroupId_t id,
+                                       FiltersCommon::filtersGroupStage_t stage,
+                                       FiltersCommon::filtersGroupType_t type);
 
-/**
- * What a group read from the bytes leaves out, or would leave out with that stage and type; and
- * whether stage and type fit each other, which reading does not check.
- */
-std::vector<Refusal> checkGroup(const std::string& bytes, FiltersCommon::filtersGroupStage_t stage,
+/** Why the stage and the type are no place for a group; reading bytes does not ask that. */
+std::vector<Problem> checkPlace(FiltersCommon::filtersGroupStage_t stage,
                                 FiltersCommon::filtersGroupType_t type);
+
+/** The same, and what the place would not admit of the entries of the group. */
+std::vector<Problem> checkGroupAt(const FiltersCommon::FiltersGroup& group,
+                                  FiltersCommon::filtersGroupStage_t stage,
+                                  FiltersCommon::filtersGroupType_t type);
 
 } // namespace filterctl
 

@@ -4,19 +4,19 @@
 #ifndef FILTER_COMMON_TOOLS_COMMAND_LINE_H
 #define FILTER_COMMON_TOOLS_COMMAND_LINE_H
 
-#include "group_import.h"
+#include "group_merge.h"
+#include "inputs.h"
 
-#include <getopt.h>
-
-#include <array>
+#include <cstdint>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace filterctl {
 
-/** The command line is wrong; the message is empty if it has already been printed. */
+/** The command line is wrong. */
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -25,60 +25,59 @@ struct CommandLine {
     bool help = false;
     std::string output = "-";
     std::vector<std::string> operands;
+
+    InputOptions input;
+    /** Of groups in any form; those of access lists are in the input options too. */
+    std::optional<FiltersCommon::filtersGroupStage_t> stage;
+    std::optional<FiltersCommon::filtersGroupType_t> type;
+
     bool byContent = false;
     bool brief = false;
     bool compact = false;
+    MergeOptions merge;
 
-    /** Without stage and type, which are separate because a file may provide them instead. */
-    ImportOptions import;
-    std::optional<FiltersCommon::filtersGroupStage_t> stage;
-    std::optional<FiltersCommon::filtersGroupType_t> type;
+    std::set<FiltersCommon::filtersEntryId_t> ids;
+    std::vector<std::string> actionWords;
+    std::vector<std::string> matchWords;
 
     /** The only operand, or standard input. */
     std::string operand() const { return operands.empty() ? "-" : operands.front(); }
 
-    ImportOptions importOptions() const;
+    /** Throws UsageError if standard input stands for more than one of the operands. */
+    void expectOneStandardInput() const;
 };
 
-// The rows from which each command builds its list of long options.
-enum OptionCode {
-    OPERAND = 1,
-    OPTION_OUTPUT = 'o',
-    OPTION_BRIEF = 'q',
-    OPTION_HELP = 256,
-    OPTION_CONTENT,
-    OPTION_COMPACT,
-    OPTION_GROUP,
-    OPTION_PRIORITY,
-    OPTION_STAGE,
-    OPTION_TYPE,
-    OPTION_ACTION
+/** A row of the help, and what is done with the option. */
+struct Option {
+    char letter;          /**< 0 if it has none */
+    const char* name;     /**< null if it has none */
+    const char* argument; /**< its name in the help; null if the option takes none */
+    const char* text;     /**< for the help; a newline continues it on the next line */
+    void (*take)(CommandLine& line, const char* argument);
+    /** Takes an operand that follows the argument; null if operands are none of its business. */
+    void (*takeMore)(CommandLine& line, const char* operand) = nullptr;
 };
 
-constexpr option HELP_OPTION = {"help", no_argument, nullptr, OPTION_HELP};
-constexpr option BRIEF_OPTION = {"brief", no_argument, nullptr, OPTION_BRIEF};
-constexpr option CONTENT_OPTION = {"content", no_argument, nullptr, OPTION_CONTENT};
-constexpr option COMPACT_OPTION = {"compact", no_argument, nullptr, OPTION_COMPACT};
-constexpr option GROUP_OPTION = {"group", required_argument, nullptr, OPTION_GROUP};
-constexpr option PRIORITY_OPTION = {"priority", required_argument, nullptr, OPTION_PRIORITY};
-constexpr option STAGE_OPTION = {"stage", required_argument, nullptr, OPTION_STAGE};
-constexpr option TYPE_OPTION = {"type", required_argument, nullptr, OPTION_TYPE};
-constexpr option ACTION_OPTION = {"action", required_argument, nullptr, OPTION_ACTION};
+extern const Option OUTPUT_OPTION, FROM_OPTION, EMPTY_OPTION, HELP_OPTION;
+extern const Option GROUP_OPTION, PRIORITY_OPTION, STAGE_OPTION, TYPE_OPTION, ACTION_OPTION;
+extern const Option CONTENT_OPTION, BRIEF_OPTION, COMPACT_OPTION;
+extern const Option ID_OPTION, WITH_ACTION_OPTION, MATCH_OPTION;
+extern const Option RENUMBER_OPTION, ABOVE_OPTION, BELOW_OPTION;
 
-/** A list as getopt_long expects it, terminated by an empty row. */
-template <class... Options>
-constexpr std::array<option, sizeof...(Options) + 1> optionList(Options... options)
-{
-    return {{options..., option{}}};
-}
+using OptionList = std::vector<const Option*>;
 
 /**
- * Reads what follows the command, with which argv begins. The short options are in the form of
- * getopt_long and begin with '-', so that operands are returned in order too, and options may
- * follow them whatever the environment. Throws UsageError.
+ * Reads what follows the command, with which argv begins. Options and operands may stand in any
+ * order, whatever the environment. Throws UsageError.
  */
-CommandLine readCommandLine(int argc, char** argv, const char* shortOptions,
-                            const option* longOptions);
+CommandLine readCommandLine(int argc, char** argv, const OptionList& options);
+
+/** The rows of the help. */
+std::string helpOf(const OptionList& options);
+
+/** The number, if the text is one that fits the type and nothing else. */
+template <class T>
+std::optional<T> numberOf(const std::string& text);
 
 } // namespace filterctl
 

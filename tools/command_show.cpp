@@ -1,6 +1,5 @@
 #include "commands.h"
 #include "files.h"
-#include "inputs.h"
 
 #include <sstream>
 
@@ -10,27 +9,31 @@ namespace {
 
 int showGroup(const CommandLine& line)
 {
+    const Input input = readReadable(line.operand(), line.input);
     std::ostringstream text;
-    text << readGroup(line.operand());
+    text << *input.group;
     writeFile(line.output, text.str());
-    return DONE;
+    return tellLosses(input);
 }
 
-constexpr auto OPTIONS = optionList(HELP_OPTION);
+constexpr char DESCRIPTION[] =
+    "Prints the text dump of a group. What is lost when its bytes are read goes to standard\n"
+    "error.\n";
 
-constexpr char HELP[] = "usage: filterctl show [FILE] [-o FILE]\n"
-                        "\n"
-                        "Prints the group whose bytes FILE, or standard input, holds.\n"
-                        "\n"
-                        "  -o FILE     write to FILE, which is replaced in one step\n"
-                        "      --help  print this text\n"
-                        "\n"
-                        "Examples:\n"
-                        "  filterctl show office.group | less\n"
-                        "  filterctl import office.rules | filterctl show\n";
+constexpr char EXAMPLES[] = "  filterctl show office.group | less\n"
+                            "  filterctl import office.rules | filterctl show\n";
 
 } // namespace
 
-const Command SHOW = {"show", "-o:", OPTIONS.data(), 0, 1, "one file", showGroup, REFUSED, HELP};
+const Command SHOW = {"show",
+                      "[FILE]",
+                      "print the text dump of a group",
+                      {&OUTPUT_OPTION, &FROM_OPTION, &EMPTY_OPTION, &HELP_OPTION},
+                      0,
+                      1,
+                      "one file",
+                      showGroup,
+                      DESCRIPTION,
+                      EXAMPLES};
 
 } // namespace filterctl

@@ -1,7 +1,6 @@
 #include "commands.h"
 #include "description_text.h"
 #include "files.h"
-#include "inputs.h"
 
 #include <filter_names.h>
 
@@ -84,30 +83,31 @@ std::string statisticsOf(const FiltersGroup& group)
 
 int printStatistics(const CommandLine& line)
 {
-    writeFile(line.output, statisticsOf(readGroup(line.operand())));
-    return DONE;
+    const Input input = readReadable(line.operand(), line.input);
+    writeFile(line.output, statisticsOf(*input.group));
+    return tellLosses(input);
 }
 
-constexpr auto OPTIONS = optionList(HELP_OPTION);
+constexpr char DESCRIPTION[] =
+    "Prints how much there is in a group, a name and a value on each line: what the group is,\n"
+    "the number of its bytes and of its entries, how many entries have a policer and a counter,\n"
+    "and how many have each kind of match and of action that is used.\n";
 
-constexpr char HELP[] =
-    "usage: filterctl stats [FILE] [-o FILE]\n"
-    "\n"
-    "Prints how much there is in the group whose bytes FILE, or standard input, holds, a name\n"
-    "and a value on each line: what the group is, the number of its bytes and of its entries,\n"
-    "how many entries have a policer and a counter, and how many have each kind of match and\n"
-    "of action that is used.\n"
-    "\n"
-    "  -o FILE     write to FILE, which is replaced in one step\n"
-    "      --help  print this text\n"
-    "\n"
-    "Examples:\n"
+constexpr char EXAMPLES[] =
     "  filterctl stats office.group\n"
     "  filterctl stats office.group | awk '$1 == \"entries\" { print $2 }'\n";
 
 } // namespace
 
-const Command STATS = {"stats",    "-o:",           OPTIONS.data(), 0,   1,
-                       "one file", printStatistics, REFUSED,        HELP};
+const Command STATS = {"stats",
+                       "[FILE]",
+                       "say how much there is in a group",
+                       {&OUTPUT_OPTION, &FROM_OPTION, &EMPTY_OPTION, &HELP_OPTION},
+                       0,
+                       1,
+                       "one file",
+                       printStatistics,
+                       DESCRIPTION,
+                       EXAMPLES};
 
 } // namespace filterctl

@@ -1,37 +1,34 @@
 /**
- * The commands of filterctl. If a command cannot read, write or accept something, it throws a
- * std::exception with the message for the user.
+ * The commands of filterctl. If a command cannot read, write or accept something, it throws Refused
+ * or another std::exception with the message for the user.
  */
 #ifndef FILTER_COMMON_TOOLS_COMMANDS_H
 #define FILTER_COMMON_TOOLS_COMMANDS_H
 
 #include "command_line.h"
+#include "status.h"
 
 #include <cstddef>
 
 namespace filterctl {
 
-/** The exit status. Two commands use it to answer a question: check and diff. */
-enum Status { DONE = 0, REFUSED = 1, WRONG_USAGE = 2 };
+constexpr std::size_t ANY_NUMBER = static_cast<std::size_t>(-1);
 
 struct Command {
     const char* name;
-    const char* shortOptions;
-    const option* longOptions;
+    const char* arguments; /**< as the usage shows them */
+    const char* summary;   /**< for the help of filterctl itself */
+    OptionList options;
     std::size_t fewestOperands;
     std::size_t mostOperands;
     const char* operands; /**< how many and which, for messages */
     int (*run)(const CommandLine& line);
-    int failure; /**< the exit status if an exception ends the command */
-    const char* help;
+    const char* description;       /**< for the help, with a newline at its end */
+    const char* examples;          /**< for the help, likewise */
+    int failure = Status::REFUSED; /**< the exit status if an exception ends the command */
 };
 
-extern const Command IMPORT;
-extern const Command SHOW;
-extern const Command CHECK;
-extern const Command DIFF;
-extern const Command JSON;
-extern const Command STATS;
+extern const Command IMPORT, LIST, SHOW, JSON, STATS, CHECK, DIFF, ADD, DELETE, MERGE;
 
 } // namespace filterctl
 

@@ -9,18 +9,25 @@ _filterctl() {
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     fi
 
+    local form='--from --allow-empty -h --help'
+    local list='--group --priority --stage --type --action'
     case $COMP_CWORD,$previous,${COMP_WORDS[1]},$current in
-    1,*) words='import show check diff json stats --help' ;;
+    1,*) words='import list show json stats check diff add delete merge help -h --help --version' ;;
+    *,help,help,*) words='import list show json stats check diff add delete merge' ;;
+    *,--from,*) words='bytes rules list json' ;;
     *,--stage,*) words='0 1 2 3' ;;
     *,--type,*) words='0 1 2 3 4 5 6 7 8 9' ;;
     *,--action,*) words='permit deny' ;;
-    *,--group,* | *,--priority,*) ;;
+    *,--group,* | *,--priority,* | *,--id,* | *,--match,*) ;;
     *,-o,*) words=files ;;
-    *,import,-*) words='-o --group --priority --stage --type --action --help' ;;
-    *,check,-*) words='--group --priority --stage --type --action --help' ;;
-    *,diff,-*) words='-o -q --brief --content --help' ;;
-    *,json,-*) words='-o --compact --help' ;;
-    *,show,-* | *,stats,-*) words='-o --help' ;;
+    *,import,-*) words="-o $list $form" ;;
+    *,list,-*) words="-o --id --action --match $form" ;;
+    *,check,-*) words="$list $form" ;;
+    *,diff,-*) words="-o -q --brief --content $form" ;;
+    *,json,-*) words="-o --compact $form" ;;
+    *,show,-* | *,stats,-*) words="-o $form" ;;
+    *,add,-* | *,delete,-*) words=$form ;;
+    *,merge,-*) words="-o --renumber --above --below $form" ;;
     *) words=files ;;
     esac
 

@@ -5,9 +5,8 @@
 #ifndef FILTER_COMMON_TOOLS_GROUP_DIFF_H
 #define FILTER_COMMON_TOOLS_GROUP_DIFF_H
 
+#include "named_group.h"
 #include "terminal.h"
-
-#include <filter_groups.h>
 
 #include <string>
 
@@ -22,11 +21,6 @@ struct DiffOptions {
     /** Whether to print only the last line, which gives the counts. */
     bool brief = false;
     Painter painter = Painter(false);
-};
-
-struct NamedGroup {
-    std::string name;
-    FiltersCommon::FiltersGroup group;
 };
 
 /** Empty if the groups do not differ. The time taken grows with the number of entries. */

@@ -1,14 +1,16 @@
 #include "group_import.h"
 
-#include <filter_names.h>
+#include "checks.h"
+
+#include <filter_refusals.h>
 
 #include <arpa/inet.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <string>
+#include <limits>
 #include <utility>
-#include <vector>
 
 namespace filterctl {
 
@@ -31,14 +33,14 @@ void addPorts(FiltersEntry& entry, const PortPair& ports)
 }
 
 /** An entry for the rule, without the ports. */
-FiltersEntry makeEntry(const AccessRule& rule, bool deny)
+FiltersEntry makeEntry(const AccessRule& rule, AccessAction action)
 {
     FiltersEntry entry;
     addPrefix<MatchSrcIPv4>(entry, rule.source);
     addPrefix<MatchDstIPv4>(entry, rule.destination);
     if (rule.protocol)
         entry.setMatch(MatchIpProtocol(*rule.protocol));
-    if (deny)
+    if (action == AccessAction::DENY)
         entry.setAction(ActionDeny());
     else
         entry.setAction(ActionPermit());
@@ -57,89 +59,99 @@ FiltersEntry makeEntry(const FiltersEntry& common, const PortPair& source,
     return entry;
 }
 
-/** A group that is filled rule by rule. Each step returns the reason for a refusal, or nothing. */
+/** A group that is filled rule by rule. */
 class Import {
 public:
-    explicit Import(const ImportOptions& options) : group_(options.group), deny_(options.deny)
+    Import(const ImportOptions& options, std::vector<Problem>& problems)
+        : group_(options.group), action_(options.action), problems_(problems)
     {
         group_.setPriority(options.priority);
-    }
-
-    std::optional<std::string> setStageAndType(filtersGroupStage_t stage, filtersGroupType_t type)
-    {
-        const std::string stageText = "stage " + std::to_string(static_cast<int>(stage));
         // A new group has type 0, which every stage admits.
-        if (const filtersErr_t error = group_.setStage(stage); error != FILTERS_OK)
-            return stageText + " is refused: " + filtersErrName(error);
-        if (const filtersErr_t error = group_.setType(type); error != FILTERS_OK)
-            return "type " + std::to_string(static_cast<int>(type)) + " at " + stageText +
-                   " is refused: " + filtersErrName(error);
-        return std::nullopt;
+        isPlaced_ = group_.setStage(options.stage) == FILTERS_OK &&
+                    group_.setType(options.type) == FILTERS_OK;
+        if (!isPlaced_)
+            problems_ = checkPlace(options.stage, options.type);
     }
 
-    std::optional<std::string> add(const AccessRule& rule, filtersEntryPriority_t priority)
+    /** Whether there is a place for entries. */
+    bool isPlaced() const { return isPlaced_; }
+
+    void add(const AccessRule& rule, filtersEntryPriority_t priority)
     {
-        FiltersEntry common = makeEntry(rule, deny_);
+        FiltersEntry common = makeEntry(rule, rule.action.value_or(action_));
         common.setPriority(priority);
         const std::vector<PortPair> destinations = coverPortRange(rule.destinationPorts);
         for (const PortPair& source : coverPortRange(rule.sourcePorts))
             for (const PortPair& destination : destinations) {
                 FiltersEntry entry = makeEntry(common, source, destination);
-                if (auto reason = insert(entry))
-                    return reason;
+                if (!insert(entry, rule.line))
+                    return;
             }
-        return std::nullopt;
     }
 
     FiltersGroup takeGroup() { return std::move(group_); }
 
 private:
-    std::optional<std::string> insert(FiltersEntry& entry)
+    /** Returns whether the other entries of the rule, which differ in ports only, may be admitted. */
+    bool insert(FiltersEntry& entry, std::size_t line)
     {
-        if (nextId_ == MOST_ENTRIES)
-            return tooManyEntries();
-        entry.setId(static_cast<filtersEntryId_t>(nextId_));
-        if (const filtersErr_t error = group_.takeEntry(std::move(entry)); error != FILTERS_OK)
-            return "entry " + std::to_string(nextId_) + " is refused: " + filtersErrName(error);
-        ++nextId_;
-        return std::nullopt;
+        constexpr std::uint32_t MOST = std::numeric_limits<filtersEntryId_t>::max();
+        if (nextId_ > MOST) {
+            if (!std::exchange(isTooLarge_, true))
+                problems_.push_back({line, 0, "a group holds at most 65536 entries"});
+            return check(entry, line);
+        }
+        entry.setId(static_cast<filtersEntryId_t>(nextId_++));
+        return group_.takeEntry(std::move(entry)) == FILTERS_OK || check(entry, line);
+    }
+
+    /** Adds why the entry is not admitted, if it is not; no more of its rule has to be asked. */
+    bool check(const FiltersEntry& entry, std::size_t line)
+    {
+        for (FiltersRefusal& refusal : insertEntryRefusals(group_, entry)) {
+            refusal.entry.reset(); // the line tells
+            problems_.push_back({line, 0, refusal.sentence()});
+        }
+        return false;
     }
 
     FiltersGroup group_;
-    const bool deny_;
+    const AccessAction action_;
+    std::vector<Problem>& problems_;
+    bool isPlaced_;
+    bool isTooLarge_ = false;
     std::uint32_t nextId_ = 0;
 };
 
 } // namespace
 
-std::variant<FiltersGroup, Refusal> importGroup(const AccessList& rules,
-                                                const ImportOptions& options)
+std::optional<FiltersGroup> importGroup(const AccessList& rules, const ImportOptions& options,
+                                        std::vector<Problem>& problems)
 {
-    Import import(options);
-    if (auto reason = import.setStageAndType(options.stage, options.type))
-        return Refusal{0, *reason};
+    std::vector<Problem> found;
+    Import import(options, found);
     // The group is full long before a list is too long for this type.
     auto priority = static_cast<filtersEntryPriority_t>(rules.size());
-    for (const AccessRule& rule : rules)
-        if (auto reason = import.add(rule, priority--))
-            return Refusal{rule.line, *reason};
-    return import.takeGroup();
+    if (import.isPlaced())
+        for (const AccessRule& rule : rules)
+            import.add(rule, priority--);
+    if (found.empty())
+        return import.takeGroup();
+    problems.insert(problems.end(), found.begin(), found.end());
+    return std::nullopt;
 }
 
-FiltersEntry firstEntry(const AccessRule& rule, const ImportOptions& options)
+std::optional<FiltersGroup> groupFromAccessList(std::string_view text, const ImportOptions& options,
+                                                std::vector<Problem>& problems)
 {
-    return makeEntry(makeEntry(rule, options.deny), coverPortRange(rule.sourcePorts).front(),
-                     coverPortRange(rule.destinationPorts).front());
-}
-
-std::size_t countEntries(const AccessRule& rule)
-{
-    return coverPortRange(rule.sourcePorts).size() * coverPortRange(rule.destinationPorts).size();
-}
-
-std::string tooManyEntries()
-{
-    return "a group holds at most " + std::to_string(MOST_ENTRIES) + " entries";
+    std::vector<Problem> found;
+    auto group = importGroup(readAccessList(text, found), options, found);
+    if (found.empty())
+        return group;
+    std::stable_sort(found.begin(), found.end(),
+                     [](const Problem& a, const Problem& b) { return a.line < b.line; });
+    problems.insert(problems.end(), found.begin(), found.end());
+    return std::nullopt;
 }
 
 } // namespace filterctl

@@ -14,11 +14,9 @@
 
 #include <filter_groups.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <limits>
-#include <string>
-#include <variant>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 namespace filterctl {
 
@@ -27,29 +25,22 @@ struct ImportOptions {
     FiltersCommon::filtersGroupPriority_t priority = 0;
     FiltersCommon::filtersGroupStage_t stage = FiltersCommon::GROUP_STAGE_0;
     FiltersCommon::filtersGroupType_t type = FiltersCommon::GROUP_TYPE_3;
-    /** Whether the action of every entry is a deny instead of a permit. */
-    bool deny = false;
+    /** Of the rules that do not say. */
+    AccessAction action = AccessAction::PERMIT;
 };
 
 /**
- * Refuses what the group refuses, giving the name of the result code: stage and type without a
- * line, an entry with the line of its rule. More entries than a group can hold are refused with the
- * line of the rule that exceeds the limit.
+ * None if anything is wrong: a stage and a type that do not fit each other, which has no line, rules
+ * that the group does not admit, and more entries than it can hold. All of it is added to
+ * @p problems.
  */
-std::variant<FiltersCommon::FiltersGroup, Refusal> importGroup(const AccessList& rules,
-                                                               const ImportOptions& options);
+std::optional<FiltersCommon::FiltersGroup>
+importGroup(const AccessList& rules, const ImportOptions& options, std::vector<Problem>& problems);
 
-/** The first entry of a rule, with identifier and priority 0. The others differ in their ports. */
-FiltersCommon::FiltersEntry firstEntry(const AccessRule& rule, const ImportOptions& options);
-
-/** How many entries a rule becomes. */
-std::size_t countEntries(const AccessRule& rule);
-
-constexpr std::uint32_t MOST_ENTRIES =
-    std::uint32_t{std::numeric_limits<FiltersCommon::filtersEntryId_t>::max()} + 1;
-
-/** The reason for refusing the rule that exceeds MOST_ENTRIES. */
-std::string tooManyEntries();
+/** Reads the list and imports it; the problems of both are in the order of the lines. */
+std::optional<FiltersCommon::FiltersGroup> groupFromAccessList(std::string_view text,
+                                                               const ImportOptions& options,
+                                                               std::vector<Problem>& problems);
 
 } // namespace filterctl
 

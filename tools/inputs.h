@@ -1,44 +1,61 @@
 /**
- * What commands read. If an input is refused, std::runtime_error is thrown with its name, the line
- * and the reason.
+ * The groups that commands read, in any form.
  */
 #ifndef FILTER_COMMON_TOOLS_INPUTS_H
 #define FILTER_COMMON_TOOLS_INPUTS_H
 
-#include "access_list.h"
+#include "group_import.h"
+#include "problems.h"
+#include "recognition.h"
 
 #include <filter_groups.h>
 
-#include <stdexcept>
+#include <optional>
 #include <string>
-#include <utility>
-#include <variant>
+#include <vector>
 
 namespace filterctl {
 
-/** Why bytes that should be a group are refused. */
-constexpr char NO_GROUP[] = "holds no group";
+struct InputOptions {
+    std::optional<Form> form;      /**< none for what the content tells */
+    Form formOfBlank = Form::LIST; /**< what is taken if the content does not tell */
+    bool allowEmpty = false;       /**< whether a group may hold no entry */
+    bool keepsText = false;        /**< whether the text is wanted beside the group */
+    ImportOptions list;            /**< for access lists */
+    /** The name of an option that is for access lists only, if one is given. */
+    const char* onlyForLists = nullptr;
+};
 
-/** "NAME:LINE:", or "NAME:" if no line is to blame. */
-std::string placeOf(const std::string& name, const Refusal& refusal);
+struct Input {
+    std::string name;
+    std::string text;
+    std::optional<Form> form;                         /**< none if it cannot be told */
+    std::optional<FiltersCommon::FiltersGroup> group; /**< none if the input is refused */
+    /** Why it is refused; or else what is lost by reading it. */
+    std::vector<Problem> problems;
+};
 
-/** The place and the reason. */
-std::string messageOf(const std::string& name, const Refusal& refusal);
+/** Throws only if the file cannot be read. */
+Input readInput(const std::string& name, const InputOptions& options);
 
-/** Returns the result of a step, or throws its refusal as an error. */
-template <class T>
-T accepted(std::variant<T, Refusal>&& result, const std::string& name)
-{
-    if (const Refusal* refusal = std::get_if<Refusal>(&result))
-        throw std::runtime_error(messageOf(name, *refusal));
-    return std::get<T>(std::move(result));
-}
+/** For commands that only look: what is lost is told by tellLosses. Throws Refused. */
+Input readReadable(const std::string& name, const InputOptions& options);
 
-/** Fills the message from the bytes. @return whether it then holds everything a group needs */
-bool parseGroup(FiltersCommon::FiltersGroupPB& message, const std::string& bytes);
+/** For commands that write or compare: refuses also what loses something. Throws Refused. */
+Input readWhole(const std::string& name, const InputOptions& options);
 
-/** The group whose bytes are in the file. */
-FiltersCommon::FiltersGroup readGroup(const std::string& name);
+/** For commands that change a file in place: the group is whole, and its form can be kept. */
+Input readChangeable(const std::string& name, InputOptions options);
+
+/** Replaces a changeable input by the group; in rule text by @p text, which must mean the group. */
+void writeChanged(const Input& input, const FiltersCommon::FiltersGroup& group,
+                  const std::string& text);
+
+/** Reports what is lost. @return the exit status for it */
+int tellLosses(const Input& input);
+
+/** Writes the group's bytes, but not to a terminal. */
+void writeBytes(const std::string& name, const FiltersCommon::FiltersGroup& group);
 
 } // namespace filterctl
 

@@ -1,7 +1,9 @@
 #include "terminal.h"
 
 #include <cstdlib>
+#include <limits>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace filterctl {
@@ -22,6 +24,13 @@ bool takesColor(int descriptor)
     const std::string_view terminal = environment("TERM");
     return ::isatty(descriptor) == 1 && environment("NO_COLOR").empty() && !terminal.empty() &&
            terminal != "dumb";
+}
+
+std::size_t widthOf(int descriptor)
+{
+    winsize size{};
+    const bool isKnown = ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return isKnown ? size.ws_col : std::numeric_limits<std::size_t>::max() - 1;
 }
 
 } // namespace filterctl

@@ -1,9 +1,10 @@
 /**
- * Colours, for people only: anything but a terminal never gets any.
+ * What is for people only: anything but a terminal never gets any of it.
  */
 #ifndef FILTER_COMMON_TOOLS_TERMINAL_H
 #define FILTER_COMMON_TOOLS_TERMINAL_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ namespace filterctl {
  */
 bool takesColor(int descriptor);
 
+/** How many characters a line of the terminal has; any number if that is not known. */
+std::size_t widthOf(int descriptor);
+
 /** Colours texts, or leaves them as they are. */
 class Painter {
 public:
@@ -22,6 +26,7 @@ public:
 
     std::string bold(std::string_view text) const { return paint("\033[1m", text); }
     std::string red(std::string_view text) const { return paint("\033[31m", text); }
+    std::string cyan(std::string_view text) const { return paint("\033[36m", text); }
     std::string green(std::string_view text) const { return paint("\033[32m", text); }
 
 private:
