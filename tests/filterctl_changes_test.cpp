@@ -260,6 +260,9 @@ TEST_F(FilterctlMerge, NoMoreThanAGroupHolds)
     expectRefused("merge --renumber full a", "a: a group holds at most 65536 entries");
     expectRefused("add full then", "RULE:1:1: no identifier is left for this entry; the greatest "
                                    "is 65535");
+    expectDone("delete full $(seq 100 65535)");
+    EXPECT_EQ(read("full"), full.substr(0, full.find('\n') + 1 + 100 * 5));
+    write("full", full);
     expectDone("delete full 17");
     expectDone("add full 17 then permit");
     EXPECT_EQ(read("full"),

@@ -45,7 +45,7 @@ TEST(Recognition, RuleTextRightOrWrong)
     for (const char* text :
          {"group 7", "10 then", "then", "# comment\n\n  10 priority=3 all then permit # comment",
           "\xEF\xBB\xBFgroup 7\r\n", "src_ip=1", "1 all then", "hello\n1 all then permit",
-          "group=7", "10 dst_l4_port=\x80 then"})
+          "group=7", "10 dst_l4_port=\x80 then", "10 \033[2J then"})
         expectForm(text, Form::RULES);
 }
 

@@ -1,5 +1,7 @@
 #include "files.h"
 
+#include "progress.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -43,7 +45,10 @@ public:
     {
         constexpr std::size_t STEP = 65536;
         std::string bytes;
+        const bool waits = ::isatty(descriptor_) == 1;
+        Stage stage(waits ? nullptr : "reading", sizeOfFile());
         for (std::size_t size = 0;;) {
+            stage.reach(size);
             bytes.resize(size + STEP);
             const ssize_t count = ::read(descriptor_, &bytes[size], STEP);
             if (count < 0 && errno != EINTR)
@@ -85,6 +90,14 @@ public:
     }
 
 private:
+    /** 0 if it is not known before the end, as that of a pipe. */
+    std::size_t sizeOfFile() const
+    {
+        struct stat status;
+        const bool isFile = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+        return isFile ? static_cast<std::size_t>(status.st_size) : 0;
+    }
+
     int descriptor_;
     const std::string name_;
 };
@@ -161,8 +174,10 @@ std::string readFile(const std::string& name)
 
 void writeFile(const std::string& name, std::string_view bytes)
 {
-    if (name == "-")
+    if (name == "-") {
+        stopProgress(); // which would stand between the lines if both are the same terminal
         return writeInto(STDOUT_FILENO, name, bytes);
+    }
 
     std::error_code error;
     const fs::file_status status = fs::status(name, error);

@@ -1,5 +1,6 @@
 #include "commands.h"
 #include "files.h"
+#include "progress.h"
 
 #include "rule_text_errors.h"
 
@@ -97,7 +98,11 @@ int runCommand(const Command& command, int argc, char** argv)
     const std::size_t operands = line.operands.size();
     if (operands < command.fewestOperands || operands > command.mostOperands)
         throw UsageError(std::string(command.name) + " takes " + command.operands);
-    return command.run(line);
+    startProgress();
+    const Stage stage(command.name);
+    const int status = command.run(line);
+    stopProgress();
+    return status;
 }
 
 /** Sets @p command as soon as it is known which one it is. */

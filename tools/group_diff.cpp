@@ -1,6 +1,7 @@
 #include "group_diff.h"
 
 #include "description_text.h"
+#include "progress.h"
 #include "wire_text.h"
 
 #include <filter_names.h>
@@ -277,8 +278,11 @@ std::string diffGroups(const NamedGroup& a, const NamedGroup& b, const DiffOptio
     const std::string summary = summarize(a, b, groupsDiffer, pairs);
     if (options.brief)
         return summary;
-    for (const Pair& pair : pairs)
-        text.add(pair);
+    Stage stage("comparing", pairs.size());
+    for (std::size_t index = 0; index < pairs.size(); ++index) {
+        stage.reach(index);
+        text.add(pairs[index]);
+    }
     return text.text() + summary;
 }
 

@@ -1,6 +1,7 @@
 #include "group_import.h"
 
 #include "checks.h"
+#include "progress.h"
 
 #include <filter_refusals.h>
 
@@ -132,9 +133,12 @@ std::optional<FiltersGroup> importGroup(const AccessList& rules, const ImportOpt
     Import import(options, found);
     // The group is full long before a list is too long for this type.
     auto priority = static_cast<filtersEntryPriority_t>(rules.size());
+    Stage stage("importing", rules.size());
     if (import.isPlaced())
-        for (const AccessRule& rule : rules)
+        for (const AccessRule& rule : rules) {
+            stage.reach(rules.size() - priority);
             import.add(rule, priority--);
+        }
     if (found.empty())
         return import.takeGroup();
     problems.insert(problems.end(), found.begin(), found.end());

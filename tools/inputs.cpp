@@ -5,6 +5,7 @@
 
 #include <filter_groups.pb.h>
 #include <filter_refusals.h>
+#include <google/protobuf/arena.h>
 
 #include <climits>
 #include <iterator>
@@ -22,7 +23,8 @@ namespace {
 
 bool isGroup(const std::string& bytes)
 {
-    FiltersGroupPB message;
+    google::protobuf::Arena arena;
+    auto& message = *google::protobuf::Arena::CreateMessage<FiltersGroupPB>(&arena);
     return bytes.size() <= INT_MAX && message.ParsePartialFromString(bytes) &&
            message.IsInitialized();
 }

@@ -1,5 +1,6 @@
 #include "problems.h"
 
+#include "progress.h"
 #include "terminal.h"
 
 #include <algorithm>
@@ -108,7 +109,11 @@ void report(const std::string& name, const std::vector<Problem>& problems, std::
 
 void report(std::string_view message) { tellUser("filterctl: " + printable(message) + "\n"); }
 
-void tellUser(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stderr); }
+void tellUser(const std::string& text)
+{
+    stopProgress();
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
 
 std::string printable(std::string_view text)
 {

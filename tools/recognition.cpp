@@ -64,10 +64,8 @@ const char* strangerOf(const Beginning (&beginnings)[N], std::string_view conten
     return nullptr;
 }
 
-bool isControl(char c)
-{
-    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\r' && c != '\f';
-}
+/** One of these is in the bytes of every group, in which a field has the number 1, and in no text. */
+bool isBinary(char c) { return c == '\0' || c == '\x08'; }
 
 /** Whether it can be the name of a word of rule text. */
 bool isName(std::string_view name)
@@ -100,7 +98,7 @@ bool isRuleOfList(std::string_view line)
 /** What a line tells that is not blank, if anything. */
 Recognition recognizeLine(std::string_view line)
 {
-    if (std::any_of(line.begin(), line.end(), isControl))
+    if (std::any_of(line.begin(), line.end(), isBinary))
         return {Form::BYTES};
     switch (line[0]) {
     case '{':

@@ -106,6 +106,16 @@ std::string linesOf(const FiltersGroup& group, std::string_view endOfLine)
     return text;
 }
 
+void removeFrom(FiltersGroup& group, const std::set<filtersEntryId_t>& ids)
+{
+    const auto& entries = group.getEntriesRef();
+    for (auto it = entries.begin(); it != entries.end();) {
+        const filtersEntryId_t id = (it++)->first;
+        if (ids.count(id) != 0)
+            group.removeEntry(id);
+    }
+}
+
 } // namespace
 
 std::string withoutEntries(std::string_view text, const std::set<filtersEntryId_t>& ids)
@@ -119,8 +129,7 @@ std::string withoutEntries(std::string_view text, const std::set<filtersEntryId_
         const auto& entries = group.getEntriesRef();
         const std::size_t before = entries.size();
         const filtersEntryId_t first = before == 0 ? filtersEntryId_t{0} : entries.begin()->first;
-        for (const filtersEntryId_t id : ids)
-            group.removeEntry(id);
+        removeFrom(group, ids);
         if (entries.empty() && before != 0)
             continue;
         if (entries.size() != before)
