@@ -178,6 +178,26 @@ TEST_F(Files, AreLeftAloneWhereAStepFails)
     }
 }
 
+TEST_F(Files, AreWrittenPieceByPiece)
+{
+    filterctl::writeFile(path("target"), [](const filterctl::Sink& sink) {
+        for (const char* piece : {"a", "", "bc"})
+            sink(piece);
+    });
+    EXPECT_EQ(content(), "abc");
+}
+
+TEST_F(Files, AreLeftAloneWhereThereIsNoNextPiece)
+{
+    const auto write = [](const filterctl::Sink& sink) {
+        sink("new");
+        throw std::runtime_error("no more");
+    };
+    EXPECT_THROW(filterctl::writeFile(path("target"), write), std::runtime_error);
+    EXPECT_EQ(content(), "kept");
+    EXPECT_EQ(files(), 1u);
+}
+
 /** What is written to goes on living. */
 TEST_F(Files, ThatAreWrittenToAreClosedWithCare)
 {

@@ -19,6 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using Write = std::function<void(const Sink& sink)>;
+
 [[noreturn]] void fail(const std::string& name, const char* what, int error)
 {
     throw std::runtime_error(name + ": cannot " + what + ": " +
@@ -60,7 +62,12 @@ public:
         }
     }
 
-    void writeAll(std::string_view bytes)
+    void writeAll(const Write& write)
+    {
+        write([this](std::string_view piece) { append(piece); });
+    }
+
+    void append(std::string_view bytes)
     {
         while (!bytes.empty()) {
             const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
@@ -144,23 +151,22 @@ fs::path followLinks(fs::path path)
 }
 
 /** Writes a file next to the target first, so that the target is complete at all times. */
-void replaceFile(const fs::path& target, const std::string& name, mode_t mode,
-                 std::string_view bytes)
+void replaceFile(const fs::path& target, const std::string& name, mode_t mode, const Write& write)
 {
     std::string path = (target.parent_path() / ".filterctl.XXXXXX").string();
     File file(::mkstemp(path.data()), name);
     Leftover leftover(path);
-    file.writeAll(bytes);
+    file.writeAll(write);
     file.setMode(mode);
     file.sync();
     file.close();
     leftover.moveTo(target, name);
 }
 
-void writeInto(int descriptor, const std::string& name, std::string_view bytes)
+void writeInto(int descriptor, const std::string& name, const Write& write)
 {
     File file(descriptor, name);
-    file.writeAll(bytes);
+    file.writeAll(write);
     file.close();
 }
 
@@ -174,9 +180,14 @@ std::string readFile(const std::string& name)
 
 void writeFile(const std::string& name, std::string_view bytes)
 {
+    writeFile(name, [bytes](const Sink& sink) { sink(bytes); });
+}
+
+void writeFile(const std::string& name, const Write& write)
+{
     if (name == "-") {
         stopProgress(); // which would stand between the lines if both are the same terminal
-        return writeInto(STDOUT_FILENO, name, bytes);
+        return writeInto(STDOUT_FILENO, name, write);
     }
 
     std::error_code error;
@@ -185,10 +196,10 @@ void writeFile(const std::string& name, std::string_view bytes)
         fail(name, "open", error.value());
     const bool isNew = status.type() == fs::file_type::not_found;
     if (!isNew && status.type() != fs::file_type::regular)
-        return writeInto(::open(name.c_str(), O_WRONLY | O_CLOEXEC), name, bytes);
+        return writeInto(::open(name.c_str(), O_WRONLY | O_CLOEXEC), name, write);
 
     const auto oldMode = static_cast<mode_t>(status.permissions() & fs::perms::mask);
-    replaceFile(followLinks(name), name, isNew ? modeOfNewFiles() : oldMode, bytes);
+    replaceFile(followLinks(name), name, isNew ? modeOfNewFiles() : oldMode, write);
 }
 
 } // namespace filterctl

@@ -5,6 +5,7 @@
 #ifndef FILTER_COMMON_TOOLS_FILES_H
 #define FILTER_COMMON_TOOLS_FILES_H
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,12 @@ std::string readFile(const std::string& name);
  * symbolic link to it remains a link. Anything else (a pipe, a device) is written to directly.
  */
 void writeFile(const std::string& name, std::string_view bytes);
+
+/** Takes the next piece of what is written. */
+using Sink = std::function<void(std::string_view piece)>;
+
+/** The same for what @p write passes to its argument, piece by piece. */
+void writeFile(const std::string& name, const std::function<void(const Sink& sink)>& write);
 
 } // namespace filterctl
 
