@@ -35,4 +35,4 @@ need_packages() {
     rm -f "$log"
 }
 
-BUILD_PACKAGES=(cmake g++ ninja-build protobuf-compiler libprotobuf-dev)
+BUILD_PACKAGES=(cmake g++ ninja-build protobuf-compiler libprotobuf-dev nlohmann-json3-dev)

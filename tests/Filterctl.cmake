@@ -1,7 +1,7 @@
 # The tests of the command filterctl, and of what it is made of.
 
-foreach(name access_list_test checks_test description_text_test group_diff_test group_json_test
-    problems_test recognition_test)
+foreach(name access_list_test base64_test checks_test description_text_test group_diff_test
+    group_json_test group_json_reading_test json_text_test problems_test recognition_test)
   filter_common_test(${name} filterctl_core)
 endforeach()
 filter_common_test(files_test filterctl_core)

@@ -148,8 +148,8 @@ TEST_F(FilterctlCommands, Json)
     expectDone("import --allow-empty /dev/null -o empty");
     expectDone("json --compact --allow-empty empty",
                "{\"group\":{\"id\":0,\"priority\":0,\"stage\":0,\"type\":3},"
-               "\"readable\":{\"id\":0,\"priority\":0,\"stage\":\"GROUP_STAGE_0\",\"type\":\"GROUP_"
-               "TYPE_3\"}}\n");
+               "\"readable\":{\"id\":0,\"priority\":0,\"stage\":\"GROUP_STAGE_0\",\"type\":\"GROUP_TYPE_3\","
+               "\"entries\":[]}}\n");
 }
 
 constexpr char STATISTICS[] = "id                          0\n"

@@ -1,17 +1,19 @@
 #include "group_json.h"
 
+#include "any_groups.h"
 #include "description_text.h"
-#include "named_entries.h"
+#include "group_json_support.h"
 
 #include "filter_groups.pb.h"
 
 #include <filter_names.h>
 #include <google/protobuf/struct.pb.h>
-#include <google/protobuf/timestamp.pb.h>
 #include <google/protobuf/util/json_util.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -25,27 +27,6 @@ using namespace FiltersCommon::test;
 using google::protobuf::ListValue;
 using google::protobuf::Struct;
 using google::protobuf::Value;
-
-/** A group of each sample, and one with an entry for all that it admits. */
-std::vector<FiltersGroup> groups()
-{
-    std::vector<FiltersGroup> groups;
-    for (const Named<FiltersGroup>& sample : groupSamples())
-        groups.push_back(*sample.object);
-    for (const auto& [type, kinds] : FiltersGroup::TypeDescription_) {
-        FiltersGroup& group = groups.emplace_back(filtersGroupId_t{0});
-        group.setType(type);
-        filtersEntryId_t id = 0;
-        for (const auto& samples : {entriesOfEachKind(), entrySamples()})
-            for (const Named<FiltersEntry>& sample : samples) {
-                FiltersEntry entry(*sample.object);
-                entry.setId(id++);
-                group.insertEntry(entry);
-            }
-        EXPECT_FALSE(group.getEntriesRef().empty());
-    }
-    return groups;
-}
 
 Struct parse(const std::string& json)
 {
@@ -68,8 +49,8 @@ std::string text(const Struct& object, const std::string& name)
 
 const ListValue& list(const Struct& object, const std::string& name)
 {
-    static const ListValue none;
-    return object.fields().contains(name) ? member(object, name).list_value() : none;
+    EXPECT_TRUE(member(object, name).has_list_value()) << name;
+    return member(object, name).list_value();
 }
 
 /** What another program makes of the message in the member "group". */
@@ -161,20 +142,20 @@ void expectReadable(const Struct& readable, const FiltersEntry& entry)
 
 TEST(GroupJson, HoldsTheGroup)
 {
-    for (const FiltersGroup& group : groups())
+    for (const FiltersGroup& group : sampleGroups())
         for (const bool compact : {false, true})
             EXPECT_TRUE(rebuilt(parse(jsonOf(group, compact))) == group) << test::dump(group);
 }
 
 TEST(GroupJson, IsReadable)
 {
-    for (const FiltersGroup& group : groups()) {
+    for (const FiltersGroup& group : sampleGroups()) {
         const Struct document = parse(jsonOf(group, true));
         const Struct& readable = member(document, "readable").struct_value();
         EXPECT_EQ(member(readable, "id").number_value(), group.getId());
         EXPECT_EQ(member(readable, "priority").number_value(), group.getPriority());
-        EXPECT_EQ(text(readable, "stage"), nameOf(group.getStage()));
-        EXPECT_EQ(text(readable, "type"), nameOf(group.getType()));
+        EXPECT_EQ(text(readable, "stage"), filtersGroupStageName(group.getStage()));
+        EXPECT_EQ(text(readable, "type"), filtersGroupTypeName(group.getType()));
         const ListValue& entries = list(readable, "entries");
         ASSERT_EQ(static_cast<std::size_t>(entries.values_size()), group.getEntriesRef().size());
         auto entry = entries.values().begin();
@@ -185,7 +166,7 @@ TEST(GroupJson, IsReadable)
 
 TEST(GroupJson, IsTheSameEveryTime)
 {
-    for (const FiltersGroup& group : groups())
+    for (const FiltersGroup& group : sampleGroups())
         for (int time = 0; time < 3; ++time)
             EXPECT_EQ(jsonOf(FiltersGroup(group), false), jsonOf(group, false));
 }
@@ -220,19 +201,145 @@ TEST(GroupJson, Form)
     EXPECT_EQ(lines.substr(lines.size() - 6), "\n }\n}\n");
 }
 
-TEST(GroupJson, WhatCannotBePrinted)
+// ------------------------------------------------------------------------------------------ types
+
+std::string typeOf(const Value& value)
 {
-    google::protobuf::Timestamp never;
-    never.set_seconds(-1000000000000);
-    const std::string bytes = never.SerializeAsString();
-    try {
-        jsonOf(*never.GetDescriptor(), bytes, false);
-        FAIL() << "printed";
-    } catch (const std::runtime_error& error) {
-        const std::string why = error.what();
-        // The runtime's own words follow, INTERNAL or INVALID_ARGUMENT first.
-        EXPECT_EQ(why.substr(0, why.find("IN")), "the group cannot be printed as JSON: ") << why;
+    if (value.has_number_value())
+        return "number";
+    if (value.has_bool_value())
+        return "truth";
+    if (value.has_string_value())
+        return "text";
+    if (value.has_struct_value())
+        return "object";
+    const auto& elements = value.list_value().values();
+    return elements.empty() ? "empty list" : "list of " + typeOf(elements[0]) + "s";
+}
+
+using Types = std::map<std::string, std::set<std::string>>;
+
+void addTypes(Types& types, const std::string& of, const Struct& object)
+{
+    for (const auto& [name, value] : object.fields()) {
+        types[of + "." + name].insert(typeOf(value));
+        for (const Value& element : value.list_value().values())
+            addTypes(types, of + "." + name, element.struct_value());
     }
+}
+
+/** By the kind of an element, and otherwise by where a member is. */
+Types typesIn(const std::vector<FiltersGroup>& groups)
+{
+    Types types;
+    for (const FiltersGroup& group : groups) {
+        const Struct document = parse(jsonOf(group, true));
+        Struct readable = member(document, "readable").struct_value();
+        const ListValue entries = list(readable, "entries");
+        readable.mutable_fields()->erase("entries");
+        addTypes(types, "group", readable);
+        for (const Value& element : entries.values()) {
+            const Struct& entry = element.struct_value();
+            for (const char* name : {"matches", "actions"})
+                for (const Value& part : list(entry, name).values())
+                    if (part.struct_value().fields().contains("values"))
+                        addTypes(types, text(part.struct_value(), "kind"),
+                                 member(part.struct_value(), "values").struct_value());
+            for (const char* name : {"policer", "counter"})
+                if (entry.fields().contains(name))
+                    addTypes(types, name, member(entry, name).struct_value());
+            types["entry.id"].insert(typeOf(member(entry, "id")));
+            types["entry.priority"].insert(typeOf(member(entry, "priority")));
+        }
+    }
+    return types;
+}
+
+TEST(GroupJson, TypesOfReadableValues)
+{
+    std::vector<FiltersGroup> groups = sampleGroups();
+    AnyGroups any;
+    for (int left = 300; left != 0; --left)
+        groups.push_back(any.next());
+    FiltersGroupPB pb;
+    pb.set_stage_(57);
+    pb.set_type_(58);
+    groups.emplace_back(0).convertFromFiltersGroupPB(&pb);
+    const Types expected = {
+        {"ACTION_BLOCK_EGRESS_PORTS.LIMIDs", {"empty list", "list of texts"}},
+        {"ACTION_COPY_TO_CPU_CANCEL.Cp2CPU Cancel type", {"number", "text"}},
+        {"ACTION_L3_SWITCH.L3 Destination ID", {"number"}},
+        {"ACTION_MAP_TO_COS_QUEUE.CoS Queue", {"number"}},
+        {"ACTION_MAP_TO_CPU_COS_QUEUE.CPU CoS Queue", {"number"}},
+        {"ACTION_REDIRECT.LIMIDs", {"empty list", "list of texts"}},
+        {"ACTION_REPLACE_DST_MAC.Replace MAC", {"text"}},
+        {"ACTION_REPLACE_SRC_MAC.Replace MAC", {"text"}},
+        {"ACTION_SET_DSCP.DSCP", {"number"}},
+        {"ACTION_SET_INNER_PCP.Inner PCP", {"number"}},
+        {"ACTION_SET_PCP.PCP", {"number"}},
+        {"ACTION_SET_PCP_AND_QUEUE.PCP_AND_QUEUE", {"number"}},
+        {"MATCH_DROP.Match Drop", {"truth"}},
+        {"MATCH_DST_IPV4.IP", {"text"}},
+        {"MATCH_DST_IPV4.Mask", {"text"}},
+        {"MATCH_DST_IPV6.IPv6", {"text"}},
+        {"MATCH_DST_IPV6.Mask", {"text"}},
+        {"MATCH_DST_L4_PORT.Mask", {"number"}},
+        {"MATCH_DST_L4_PORT.Port", {"number"}},
+        {"MATCH_DST_MAC.MAC", {"text"}},
+        {"MATCH_DST_MAC.Mask", {"text"}},
+        {"MATCH_EGRESS_PORTS.LIMIDs", {"empty list", "list of texts"}},
+        {"MATCH_EXTERNAL_VLAN_ID.VLAN IDs", {"empty list", "list of numbers"}},
+        {"MATCH_FORWARDING_TYPE.Forwarding Type", {"number"}},
+        {"MATCH_INGRESS_PORTS.Excluded Port Types", {"list of numbers", "list of texts"}},
+        {"MATCH_INGRESS_PORTS.LIMIDs", {"empty list", "list of texts"}},
+        {"MATCH_INGRESS_STP_STATE.IngressStpState", {"number"}},
+        {"MATCH_INTERNAL_PCP.PCP", {"number"}},
+        {"MATCH_INTERNAL_VLAN_ID.VLAN IDs", {"empty list", "list of numbers"}},
+        {"MATCH_IP_PROTOCOL.Ip Protocol", {"number"}},
+        {"MATCH_L2_SRC_ENTRY_TYPE.L2 Src Entry Type", {"number"}},
+        {"MATCH_MPLS_TERM.Mpls Terminated status", {"truth"}},
+        {"MATCH_PACKET_RES.Pkt Resolution", {"number"}},
+        {"MATCH_PCP.PCP", {"number"}},
+        {"MATCH_SRC_IPV4.IP", {"text"}},
+        {"MATCH_SRC_IPV4.Mask", {"text"}},
+        {"MATCH_SRC_L4_PORT.Mask", {"number"}},
+        {"MATCH_SRC_L4_PORT.Port", {"number"}},
+        {"MATCH_SRC_MAC.MAC", {"text"}},
+        {"MATCH_SRC_MAC.Mask", {"text"}},
+        {"MATCH_SRC_PORT.LIMID", {"text"}},
+        {"MATCH_TOS.ToS", {"number"}},
+        {"MATCH_TPID.TPID", {"number"}},
+        {"MATCH_TTL.TTL", {"number"}},
+        {"MATCH_VIRTUAL_PORT.LIMID", {"text"}},
+        {"MATCH_VLAN_INFO.SVC VLAN Type", {"number"}},
+        {"MATCH_VRF_ID.Match VRF ID", {"number"}},
+        {"counter.ID", {"number"}},
+        {"counter.Type", {"number", "text"}},
+        {"entry.id", {"number"}},
+        {"entry.priority", {"number"}},
+        {"group.id", {"number"}},
+        {"group.priority", {"number"}},
+        {"group.stage", {"number", "text"}},
+        {"group.type", {"number", "text"}},
+        {"policer.Actions", {"empty list", "list of objects"}},
+        {"policer.Actions.Action", {"number", "text"}},
+        {"policer.Actions.Color", {"number", "text"}},
+        {"policer.Actions.DSCP", {"number"}},
+        {"policer.Actions.PCP", {"number"}},
+        {"policer.CBS", {"number"}},
+        {"policer.CIR", {"number"}},
+        {"policer.EBS", {"number"}},
+        {"policer.EIR", {"number"}},
+        {"policer.Mode", {"number", "text"}},
+        {"policer.PBS", {"number"}},
+        {"policer.PIR", {"number"}},
+        {"policer.Policer Id", {"number", "text"}},
+        {"policer.Stage", {"text"}},
+    };
+    const Types found = typesIn(groups);
+    for (const auto& [name, types] : found)
+        EXPECT_TRUE(expected.count(name) == 1 && expected.at(name) == types) << name;
+    EXPECT_EQ(found.size(), expected.size());
 }
 
 } // namespace

@@ -4,12 +4,14 @@
 
 namespace filterctl {
 
+using namespace FiltersCommon;
+
 namespace {
 
 int printJson(const CommandLine& line)
 {
     const Input input = readReadable(line.operand(), line.input);
-    writeFile(line.output, jsonOf(*input.group, line.compact));
+    writeFile(line.output, [&](const Sink& sink) { writeJson(*input.group, line.compact, sink); });
     return tellLosses(input);
 }
 

@@ -29,9 +29,11 @@ struct TextOfValue {
 };
 
 /** A name from filter_names.h, or the number if there is no name. */
-std::string nameOrNumber(const char* name, std::int32_t code)
+FiltersValue nameOrNumber(const char* name, std::int32_t code)
 {
-    return name == std::string_view("unknown") ? std::to_string(code) : name;
+    if (name == std::string_view("unknown"))
+        return {std::int64_t{code}};
+    return {std::string(name)};
 }
 
 } // namespace
@@ -45,14 +47,24 @@ std::string textOf(const FiltersDescription& fields)
     return text;
 }
 
-std::string nameOf(filtersGroupStage_t stage)
+FiltersValue valueOf(filtersGroupStage_t stage)
 {
     return nameOrNumber(filtersGroupStageName(stage), stage);
 }
 
-std::string nameOf(filtersGroupType_t type)
+FiltersValue valueOf(filtersGroupType_t type)
 {
     return nameOrNumber(filtersGroupTypeName(type), type);
+}
+
+std::string nameOf(filtersGroupStage_t stage)
+{
+    return std::visit(TextOfValue(), valueOf(stage).value);
+}
+
+std::string nameOf(filtersGroupType_t type)
+{
+    return std::visit(TextOfValue(), valueOf(type).value);
 }
 
 } // namespace filterctl

@@ -14,6 +14,10 @@ namespace filterctl {
 std::string textOf(const FiltersCommon::FiltersDescription& fields);
 
 /** The name of a code, or its number, signed, if it has no name. */
+FiltersCommon::FiltersValue valueOf(FiltersCommon::filtersGroupStage_t stage);
+FiltersCommon::FiltersValue valueOf(FiltersCommon::filtersGroupType_t type);
+
+/** The same as text. */
 std::string nameOf(FiltersCommon::filtersGroupStage_t stage);
 std::string nameOf(FiltersCommon::filtersGroupType_t type);
 

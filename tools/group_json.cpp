@@ -1,22 +1,16 @@
 #include "group_json.h"
 
-#include "description_text.h"
+#include "json_text.h"
+#include "message_json.h"
+#include "readable_json.h"
 
 #include "filter_groups.pb.h"
-#include "group_json.pb.h"
 
-#include <filter_description.h>
-#include <filter_names.h>
-#include <google/protobuf/io/coded_stream.h>
-#include <google/protobuf/io/zero_copy_stream_impl_lite.h>
-#include <google/protobuf/util/json_util.h>
-#include <google/protobuf/util/type_resolver.h>
-#include <google/protobuf/util/type_resolver_util.h>
+#include <filter_refusals.h>
 
-#include <cstdint>
-#include <memory>
+#include <cstddef>
 #include <stdexcept>
-#include <variant>
+#include <utility>
 #include <vector>
 
 namespace filterctl {
@@ -25,128 +19,152 @@ using namespace FiltersCommon;
 
 namespace {
 
-google::protobuf::Struct structOf(const FiltersDescription& fields);
+constexpr char GROUP[] = "group";
+constexpr char READABLE[] = "readable";
 
-struct JsonValue {
-    google::protobuf::Value& value;
+/** The group with these bytes; refuses them if it would not have all that they say. */
+FiltersGroup groupOf(const std::string& bytes, std::size_t place)
+{
+    const std::vector<FiltersRefusal> refusals = readGroupRefusals(bytes);
+    if (refusals.empty())
+        return FiltersGroup(bytes);
+    std::string sentence = refusals.front().sentence();
+    if (refusals.size() > 1)
+        sentence += " (and " + std::to_string(refusals.size() - 1) + " more)";
+    throw JsonRefusal{sentence, place};
+}
 
-    void operator()(std::int64_t number) const
-    {
-        value.set_number_value(static_cast<double>(number)); // exact: only 32 bits are used
-    }
-    void operator()(bool truth) const { value.set_bool_value(truth); }
-    void operator()(const std::string& text) const { value.set_string_value(text); }
-    void operator()(const std::vector<FiltersValue>& list) const
-    {
-        google::protobuf::ListValue& values = *value.mutable_list_value();
-        for (const FiltersValue& element : list)
-            std::visit(JsonValue{*values.add_values()}, element.value);
-    }
-    void operator()(const FiltersDescription& fields) const
-    {
-        *value.mutable_struct_value() = structOf(fields);
-    }
+/** Takes any part of a document. */
+class Skipped final : public JsonEvents {
+public:
+    void key(std::string_view) override {}
+    void value(const JsonScalar&) override {}
+    void startObject(std::size_t) override {}
+    void endObject() override {}
+    void startList(std::size_t) override {}
+    void endList() override {}
 };
 
-google::protobuf::Struct structOf(const FiltersDescription& fields)
-{
-    google::protobuf::Struct values;
-    for (const FiltersField& field : fields)
-        std::visit(JsonValue{(*values.mutable_fields())[field.label]}, field.value.value);
-    return values;
-}
+/** Passes each part of a document to its reader. */
+class DocumentReader final : public JsonEvents {
+public:
+    /** Sets @p group, or if it is set, passes over "group" and checks "readable" only. */
+    explicit DocumentReader(std::optional<FiltersGroup>& group) : group_(group) {}
 
-template <class Element, class Object>
-void fill(Element& element, const char* kind, const Object& object)
-{
-    element.set_kind(kind);
-    const FiltersDescription fields = describe(object);
-    if (!fields.empty())
-        *element.mutable_values() = structOf(fields);
-}
+    /** Whether "readable" came before what it is to be compared with. */
+    bool isUnchecked() const { return isUnchecked_; }
 
-bool isNone(const policer::Policer& policer)
-{
-    const policer::Policer none;
-    return policer.GetId() == none.GetId() && policer.GetStage() == none.GetStage() &&
-           policer.GetMode() == none.GetMode() && policer.GetActions() == none.GetActions();
-}
+    void key(std::string_view name) override
+    {
+        if (depth_ == 1)
+            part_ = &partFor(name);
+        else
+            part_->key(name);
+    }
+    void value(const JsonScalar& value) override { inObject().value(value); }
+    void startObject(std::size_t place) override
+    {
+        if (depth_ == 1)
+            place_ = place;
+        if (depth_++ > 0)
+            part_->startObject(place);
+    }
+    void endObject() override
+    {
+        if (--depth_ > 0)
+            part_->endObject();
+        else if (!group_)
+            throw JsonRefusal{"this is JSON, but has no member \"group\"", 0};
+        if (depth_ == 1 && part_ == &message_)
+            group_.emplace(groupOf(message_.takeBytes(), place_));
+    }
+    void startList(std::size_t place) override
+    {
+        inObject().startList(place);
+        ++depth_;
+    }
+    void endList() override
+    {
+        part_->endList();
+        --depth_;
+    }
 
-void fill(ReadableEntry& readable, const FiltersEntry& entry)
-{
-    readable.set_id(entry.getId());
-    readable.set_priority(entry.getPriority());
-    for (const auto& [kind, match] : entry.getMatchesRef())
-        fill(*readable.add_matches(), filtersMatchName(kind), *match);
-    for (const auto& [kind, action] : entry.getActionsRef())
-        fill(*readable.add_actions(), filtersActionName(kind), *action);
-    if (!isNone(entry.getPolicer()))
-        *readable.mutable_policer() = structOf(describe(entry.getPolicer()));
-    if (entry.getCounter() != Counter())
-        *readable.mutable_counter() = structOf(describe(entry.getCounter()));
-}
+private:
+    JsonEvents& inObject() const
+    {
+        if (depth_ == 0)
+            throw JsonRefusal{"this is JSON, but no object with the member \"group\""};
+        return *part_;
+    }
 
-void require(bool done, const std::string& why)
-{
-    if (!done)
-        throw std::runtime_error("the group cannot be printed as JSON: " + why);
-}
+    JsonEvents& partFor(std::string_view name)
+    {
+        if (name != GROUP && name != READABLE)
+            throw JsonRefusal{"this is JSON, but of something else than a group, which has the "
+                              "members \"group\" and \"readable\""};
+        bool& seen = name == GROUP ? hasGroup_ : hasReadable_;
+        if (std::exchange(seen, true))
+            throw JsonRefusal{"the member " + quoted(name) + " is given twice"};
+        if (name == READABLE && group_)
+            return check_.emplace(*group_);
+        if (name == GROUP && !group_)
+            return message_;
+        isUnchecked_ = name == READABLE;
+        return skipped_;
+    }
 
-/** The bytes of the message, always in the same order, which maps do not have by default. */
-std::string bytesOf(const google::protobuf::Message& message)
+    std::optional<FiltersGroup>& group_;
+    FiltersGroupPB scratch_;
+    MessageJsonReader message_{scratch_};
+    std::optional<ReadableJsonCheck> check_;
+    Skipped skipped_;
+    JsonEvents* part_ = nullptr;
+    std::size_t depth_ = 0; /**< how many objects and lists are open */
+    std::size_t place_ = 0; /**< of the current part */
+    bool hasGroup_ = false;
+    bool hasReadable_ = false;
+    bool isUnchecked_ = false;
+};
+
+} // namespace
+
+void writeJson(const FiltersGroup& group, bool compact, const Sink& sink)
 {
     std::string bytes;
-    {
-        google::protobuf::io::StringOutputStream stream(&bytes);
-        google::protobuf::io::CodedOutputStream coded(&stream);
-        coded.SetSerializationDeterministic(true);
-        require(message.SerializeToCodedStream(&coded), "it is too large");
-    }
-    return bytes;
+    group.serialize(&bytes);
+    if (bytes.empty())
+        throw std::runtime_error("the group is too large to be sent, and so to be written as JSON");
+    JsonWriter json(sink, compact);
+    json.startObject();
+    json.key(GROUP);
+    writeMessage(json, *FiltersGroupPB::descriptor(), bytes);
+    json.key(READABLE);
+    writeReadable(json, group);
+    json.endObject();
+    json.end();
 }
-
-} // namespace
-
-std::string jsonOf(const google::protobuf::Descriptor& type, const std::string& bytes, bool compact)
-{
-    namespace util = google::protobuf::util;
-    constexpr char PREFIX[] = "type.googleapis.com";
-    const std::unique_ptr<util::TypeResolver> types(
-        util::NewTypeResolverForDescriptorPool(PREFIX, type.file()->pool()));
-    util::JsonPrintOptions options;
-    options.add_whitespace = !compact;
-    std::string json;
-    const auto status = util::BinaryToJsonString(types.get(), PREFIX + ("/" + type.full_name()),
-                                                 bytes, &json, options);
-    require(status.ok(), status.ToString());
-    if (compact)
-        json += '\n';
-    return json;
-}
-
-namespace {
-
-GroupJson messageOf(const FiltersGroup& group)
-{
-    GroupJson message;
-    *message.mutable_group() = group.convertToFiltersGroupPB();
-    ReadableGroup& readable = *message.mutable_readable();
-    readable.set_id(group.getId());
-    readable.set_priority(group.getPriority());
-    readable.set_stage(nameOf(group.getStage()));
-    readable.set_type(nameOf(group.getType()));
-    for (const auto& [id, entry] : group.getEntriesRef())
-        fill(*readable.add_entries(), entry);
-    return message;
-}
-
-} // namespace
 
 std::string jsonOf(const FiltersGroup& group, bool compact)
 {
-    // The message needs far more memory than its bytes, so it is freed before the text is made.
-    const std::string bytes = bytesOf(messageOf(group));
-    return jsonOf(*GroupJson::descriptor(), bytes, compact);
+    std::string text;
+    writeJson(group, compact, [&text](std::string_view piece) { text += piece; });
+    return text;
+}
+
+std::optional<FiltersGroup> groupFromJson(std::string_view text, Problem& why)
+{
+    std::optional<FiltersGroup> group;
+    DocumentReader reader(group);
+    std::optional<Problem> problem = readJson(text, reader);
+    if (!problem && reader.isUnchecked()) {
+        DocumentReader checker(group);
+        problem = readJson(text, checker);
+    }
+    if (problem) {
+        why = std::move(*problem);
+        group.reset();
+    }
+    return group;
 }
 
 } // namespace filterctl

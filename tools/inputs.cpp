@@ -1,13 +1,11 @@
 #include "inputs.h"
 
 #include "files.h"
+#include "group_json.h"
 #include "status.h"
 
-#include <filter_groups.pb.h>
 #include <filter_refusals.h>
-#include <google/protobuf/arena.h>
 
-#include <climits>
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
@@ -21,31 +19,34 @@ using namespace FiltersCommon;
 
 namespace {
 
-bool isGroup(const std::string& bytes)
+/** Whether the bytes are no group at all, rather than one of which something is lost. */
+bool isNoGroup(const FiltersRefusal& loss)
 {
-    google::protobuf::Arena arena;
-    auto& message = *google::protobuf::Arena::CreateMessage<FiltersGroupPB>(&arena);
-    return bytes.size() <= INT_MAX && message.ParsePartialFromString(bytes) &&
-           message.IsInitialized();
+    return loss.reason == REFUSAL_NOT_PARSED || loss.reason == REFUSAL_FIELD_MISSING;
 }
 
 /** The group in the bytes, and what is lost by reading it; none if the bytes are no group. */
-std::optional<FiltersGroup> groupFromBytes(const std::string& bytes, std::vector<Problem>& losses)
+std::optional<FiltersGroup> readBytes(const std::string& bytes, std::vector<Problem>& problems)
 {
-    if (!isGroup(bytes)) {
-        losses.push_back({0, 0, "holds no group: its bytes are cut, damaged or of another kind"});
-        return std::nullopt;
-    }
-    for (const FiltersRefusal& refusal : readGroupRefusals(bytes))
-        losses.push_back({0, 0, refusal.sentence()});
-    return FiltersGroup(bytes);
+    std::vector<FiltersRefusal> losses;
+    std::optional<FiltersGroup> group(groupFromBytes(bytes, &losses));
+    for (const FiltersRefusal& loss : losses)
+        if (isNoGroup(loss)) {
+            problems.push_back({0, 0, "holds no group: " + loss.sentence()});
+            return std::nullopt;
+        }
+    for (const FiltersRefusal& loss : losses)
+        problems.push_back({0, 0, loss.sentence()});
+    return group;
 }
 
-/** The one place where the JSON of a group is read. */
-std::optional<FiltersGroup> groupFromJson(std::string_view, std::vector<Problem>& problems)
+std::optional<FiltersGroup> readJson(std::string_view text, std::vector<Problem>& problems)
 {
-    problems.push_back({0, 0, "looks like JSON, which cannot be read back yet"});
-    return std::nullopt;
+    Problem why;
+    std::optional<FiltersGroup> group = groupFromJson(text, why);
+    if (!group)
+        problems.push_back(why);
+    return group;
 }
 
 std::string takenForms()
@@ -77,13 +78,13 @@ std::optional<FiltersGroup> groupOf(const Input& input, const InputOptions& opti
 {
     switch (*input.form) {
     case Form::BYTES:
-        return groupFromBytes(input.text, problems);
+        return readBytes(input.text, problems);
     case Form::RULES:
         return groupFromRuleText(input.text, &problems);
     case Form::LIST:
         return groupFromAccessList(input.text, options.list, problems);
     case Form::JSON:
-        return groupFromJson(input.text, problems);
+        return readJson(input.text, problems);
     }
     return std::nullopt;
 }
