@@ -13,7 +13,6 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -59,6 +58,7 @@ struct Draft {
     CodeSet<filtersMatch_t> matches;
     CodeSet<filtersAction_t> actions;
     bool hasId = false;
+    Word id; /**< where it is taken, for what is said of it: if it is left out, the first word */
     bool isIdKnown = true;
     bool hasPriority = false;
     bool hasThen = false;
@@ -114,7 +114,7 @@ private:
         if (first.hasValue())
             add(first, "the header begins with 'group NUMBER'");
         else
-            readHeaderValue({GROUP, id.column}, id.text);
+            readHeaderValue({GROUP, id.text.empty() ? first.column : id.column}, id.text);
         CodeSet<std::uint32_t> given; // by the numbers of the fields
         for (Word word = words.next(); !word.text.empty(); word = words.next()) {
             Nearest nearest(word.name());
@@ -165,6 +165,7 @@ private:
     void readEntry(const Word& first, Words& words)
     {
         Draft draft;
+        draft.id = first;
         draft.entry.setId(static_cast<filtersEntryId_t>(nextId_));
         for (Word word = first; !word.text.empty(); word = words.next())
             if (word.name() == THEN)
@@ -205,7 +206,7 @@ private:
         } else if (name == GROUP) {
             add(word, quoted(name) + " stands at the beginning of the header");
         } else {
-            addUnknown(word, "match", MATCH_WORDS, {DSCP, PRIORITY, THEN, GROUP});
+            addUnknown<filtersMatch_t>(word, "match");
         }
     }
 
@@ -224,7 +225,7 @@ private:
         } else if (matchOf(name) || name == PRIORITY) {
             add(word, quoted(name) + " stands in front of 'then'");
         } else {
-            addUnknown(word, "action", ACTION_WORDS, {COUNTER, POLICER});
+            addUnknown<filtersAction_t>(word, "action");
         }
     }
 
@@ -237,6 +238,7 @@ private:
 
     void readId(Draft& draft, const Word& word)
     {
+        draft.id = word;
         const std::size_t before = errors_.count();
         filtersEntryId_t id = 0;
         if (readNumber(word.text, id))
@@ -360,7 +362,7 @@ private:
     {
         std::uint32_t id = draft.hasId ? draft.entry.getId() : nextId_;
         if (draft.isIdKnown)
-            takeIds(id, draft.sourcePorts.count() * draft.destinationPorts.count(), first);
+            takeIds(id, draft.sourcePorts.count() * draft.destinationPorts.count(), draft.id);
         if (isPlaceKnown_)
             for (FiltersRefusal refusal : insertEntryRefusals(group_, draft.entry)) {
                 if (!draft.isIdKnown || id == ids_.size())
@@ -375,7 +377,7 @@ private:
         });
     }
 
-    void takeIds(std::uint32_t begin, std::uint32_t count, const Word& first)
+    void takeIds(std::uint32_t begin, std::uint32_t count, const Word& word)
     {
         const auto left = static_cast<std::uint32_t>(ids_.size()) - begin;
         nextId_ = begin + std::min(count, left);
@@ -386,10 +388,10 @@ private:
             ids_[id] = true;
         }
         if (taken != nextId_)
-            add(first, "identifier " + std::to_string(taken) +
-                           " is taken by an entry in front of this one");
+            add(word, "identifier " + std::to_string(taken) +
+                          " is taken by an entry in front of this one");
         if (count > left)
-            add(first, "no identifier is left for this entry; the greatest is 65535");
+            add(word, "no identifier is left for this entry; the greatest is 65535");
     }
 
     /** Calls @p use with each entry of the line; source pairs come first. */
@@ -425,16 +427,25 @@ private:
         errors_.add(line_, word.column, std::move(sentence));
     }
 
-    template <std::size_t N>
-    void addUnknown(const Word& word, const char* what, const KindWord (&kinds)[N],
-                    std::initializer_list<std::string_view> others)
+    /** Asks for all words, as one on the other side of 'then' may be meant. */
+    template <class Code>
+    void addUnknown(const Word& word, const char* what)
     {
         if (errors_.areOnlyCounted())
             return add(word, {});
         Nearest nearest(word.name());
-        for (const KindWord& known : kinds)
-            nearest.ask(known.text());
-        for (const std::string_view known : others)
+        const auto askFor = [&](const auto& kinds) {
+            for (const KindWord& known : kinds)
+                nearest.ask(known.text());
+        };
+        if constexpr (std::is_same_v<Code, filtersMatch_t>) {
+            askFor(MATCH_WORDS);
+            askFor(ACTION_WORDS);
+        } else {
+            askFor(ACTION_WORDS);
+            askFor(MATCH_WORDS);
+        }
+        for (const std::string_view known : {THEN, PRIORITY, COUNTER, POLICER, DSCP, GROUP})
             nearest.ask(known);
         add(word, "there is no " + (what + (" " + quoted(word.name()))) + nearest.question());
     }

@@ -210,7 +210,7 @@ std::optional<policer::Policer> readPolicer(std::string_view text, std::string& 
         if (readBytes(text, bytes))
             if (const policer::Policer policer(bytes); isPolicer(policer, bytes))
                 return policer;
-        expected = "the bytes of a policer, of two hexadecimal digits each";
+        expected = "the bytes of a policer, two hexadecimal digits for each";
         return std::nullopt;
     }
     PolicerReader reader;

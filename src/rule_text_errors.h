@@ -34,51 +34,68 @@ inline std::string quoted(std::string_view word)
 /** The longest word that may be meant to be a known one. */
 inline constexpr std::size_t LONGEST_WORD = 31;
 
+/** Whether the letters are the same but for their case. */
+inline bool areAlike(char a, char b)
+{
+    const bool isCapital = a >= 'A' && a <= 'Z';
+    return a == b || (isCapital && a - 'A' + 'a' == b);
+}
+
 /**
- * How many letters have to be changed, added or left out to make one word of the other; neither is
- * longer than LONGEST_WORD.
+ * How many letters of @p a have to be changed, added, left out or exchanged with their neighbours
+ * to make @p b, which is in small letters; neither is longer than LONGEST_WORD.
  */
 inline std::size_t distance(std::string_view a, std::string_view b)
 {
-    std::array<std::size_t, LONGEST_WORD + 1> row;
-    for (std::size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i);
+    using Row = std::array<std::size_t, LONGEST_WORD + 1>;
+    Row rows[3]; // of the letter of a, and of the two before it
+    for (std::size_t i = 0; i <= a.size(); ++i) {
+        Row& row = rows[i % 3];
+        const Row& above = rows[(i + 2) % 3];
+        const Row& higher = rows[(i + 1) % 3];
+        row[0] = i;
         for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t changed = diagonal + (a[i - 1] != b[j - 1]);
-            diagonal = row[j];
-            row[j] = std::min({changed, row[j] + 1, row[j - 1] + 1});
+            if (i == 0) {
+                row[j] = j;
+                continue;
+            }
+            const std::size_t changed = above[j - 1] + (areAlike(a[i - 1], b[j - 1]) ? 0 : 1);
+            row[j] = std::min({changed, above[j] + 1, row[j - 1] + 1});
+            if (i > 1 && j > 1 && areAlike(a[i - 1], b[j - 2]) && areAlike(a[i - 2], b[j - 1]))
+                row[j] = std::min(row[j], higher[j - 2] + 1);
         }
     }
-    return row[b.size()];
+    return rows[a.size() % 3][b.size()];
 }
 
-/** The nearest of the words it is asked about, if it is near enough to be meant. */
+/** The nearest of the words it is asked about; of several, the first. */
 class Nearest {
 public:
-    explicit Nearest(std::string_view word) : word_(word), least_(word.size() / 3 + 1) {}
+    explicit Nearest(std::string_view word) : word_(word) {}
 
     void ask(std::string_view known)
     {
-        if (word_.size() > LONGEST_WORD || word_.size() > known.size() + least_)
+        if (word_.size() > LONGEST_WORD || word_.size() >= known.size() + least_)
             return;
         const std::size_t apart = distance(word_, known);
-        if (apart <= least_ && (nearest_.empty() || apart < least_)) {
+        if (apart < least_) {
             least_ = apart;
             nearest_ = known;
         }
     }
 
-    /** A question to put behind a sentence, or nothing. */
+    /** What to put behind a sentence: a question if the word is near enough to be meant. */
     std::string question() const
     {
-        return nearest_.empty() ? "" : "; did you mean " + quoted(nearest_) + "?";
+        if (nearest_.empty() || word_.empty())
+            return "";
+        return least_ <= word_.size() / 3 + 1 ? "; did you mean " + quoted(nearest_) + "?"
+                                              : "; the nearest word is " + quoted(nearest_);
     }
 
 private:
     std::string_view word_;
-    std::size_t least_;
+    std::size_t least_ = LONGEST_WORD + 1;
     std::string_view nearest_;
 };
 
@@ -86,7 +103,7 @@ private:
 class RuleTextErrors {
 public:
     RuleTextErrors(std::vector<RuleTextError>* errors, std::size_t textSize)
-        : errors_(errors), most_(std::max<std::size_t>(1000, textSize / 16))
+        : errors_(errors), most_(1000 + textSize / 16)
     {
         if (errors_ != nullptr)
             errors_->clear();

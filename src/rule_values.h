@@ -167,10 +167,14 @@ private:
     {
         constexpr Number MOST = std::numeric_limits<Number>::max();
         const bool hasNames = notation == Notation::PROTOCOL;
-        expect(hasNames ? "the name of a protocol, such as tcp, or a number from 0 to "
-                        : "a number from 0 to ",
-               MOST);
+        if (notation == Notation::COUNTER)
+            expect(EXPECTED_COUNTER);
+        else
+            expect(hasNames ? "the name of a protocol, such as tcp, or a number from 0 to "
+                            : "a number from 0 to ",
+                   MOST);
         if (notation == Notation::HEXADECIMAL_MASK) {
+            expect("a port with a mask, such as 1024/0xfc00, both up to ", MOST);
             number = MOST;
             return rest_.empty() || (take(rest_, "/") && readNumber(takeAll(), number));
         }
@@ -203,7 +207,7 @@ private:
 
     bool readValue(Notation, counter_type_t& type)
     {
-        expect("ID:TYPE, where TYPE is packets, octets or invalid");
+        expect(EXPECTED_COUNTER);
         if (!take(rest_, ":"))
             return false;
         std::string_view text = takeAll();
@@ -322,6 +326,9 @@ private:
         expected_ = what;
         most_ = most;
     }
+
+    static constexpr char EXPECTED_COUNTER[] = "ID:TYPE, where ID is a number from 0 to 65535, and "
+                                               "TYPE packets, octets, invalid or a number";
 
     std::string_view takeAll() { return takeUntil(rest_, {}); }
 

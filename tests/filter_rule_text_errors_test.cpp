@@ -27,7 +27,7 @@ void expectErrors(const std::vector<Wrong>& texts)
 TEST(RuleTextErrors, OfHeaders)
 {
     expectErrors({
-        {"group # 1", "1:7: group takes a number from 0 to 65535, not ''\n"},
+        {"group # 1", "1:1: group takes a number from 0 to 65535, not ''\n"},
         {"group=7", "1:1: the header begins with 'group NUMBER'\n"},
         {"group 65536 priority=65536 stage=x\t type",
          "1:7: group takes a number from 0 to 65535, not '65536'\n"
@@ -37,8 +37,8 @@ TEST(RuleTextErrors, OfHeaders)
         {"\xEF\xBB\xBFgroup 1 stage=1 stage=2 state=3 group=4 then",
          "1:17: 'stage' is given twice\n"
          "1:25: a header has no 'state'; did you mean 'stage'?\n"
-         "1:33: a header has no 'group'\n"
-         "1:41: a header has no 'then'\n"},
+         "1:33: a header has no 'group'; the nearest word is 'stage'\n"
+         "1:41: a header has no 'then'; the nearest word is 'type'\n"},
         {"\n# once\ngroup 1\n group 2 type\n",
          "4:2: the header stands in front of all entries, and only once\n"
          "4:10: type takes a number from 0 to 4294967295, not ''\n"},
@@ -74,21 +74,38 @@ TEST(RuleTextErrors, OfUnknownWords)
          "1:26: there is no match 'pripority'; did you mean 'priority'?\n"
          "1:38: there is no match 'dsc'; did you mean 'dscp'?\n"
          "1:42: there is no match ''\n"
-         "1:44: there is no match 'x'\n"
+         "1:44: there is no match 'x'; the nearest word is 'all'\n"
          "1:46: there is no match 'thin'; did you mean 'then'?\n"},
         {"then premit counters=1 polisher 3",
          "1:6: there is no action 'premit'; did you mean 'permit'?\n"
          "1:13: there is no action 'counters'; did you mean 'counter'?\n"
          "1:24: there is no action 'polisher'; did you mean 'policer'?\n"
-         "1:33: there is no action '3'\n"},
+         "1:33: there is no action '3'; the nearest word is 'all'\n"},
+        // Neighbouring letters are exchanged more often than others.
+        {"sdt_ipv4=1 rsc_l4_port=1 dst_ip6v=1 tlt=1 dcsp=1 gruop then set_dcsp=1",
+         "1:1: there is no match 'sdt_ipv4'; did you mean 'dst_ipv4'?\n"
+         "1:12: there is no match 'rsc_l4_port'; did you mean 'src_l4_port'?\n"
+         "1:26: there is no match 'dst_ip6v'; did you mean 'dst_ipv6'?\n"
+         "1:37: there is no match 'tlt'; did you mean 'ttl'?\n"
+         "1:43: there is no match 'dcsp'; did you mean 'dscp'?\n"
+         "1:50: there is no match 'gruop'; did you mean 'group'?\n"
+         "1:61: there is no action 'set_dcsp'; did you mean 'set_dscp'?\n"},
+        // A word of the other side may be meant; one of this side if both are as near.
+        {"permt then thn priorty=1 dst_ipv=1 set_inner_pcb=1",
+         "1:1: there is no match 'permt'; did you mean 'permit'?\n"
+         "1:12: there is no action 'thn'; did you mean 'then'?\n"
+         "1:16: there is no action 'priorty'; did you mean 'priority'?\n"
+         "1:26: there is no action 'dst_ipv'; did you mean 'dst_ipv4'?\n"
+         "1:36: there is no action 'set_inner_pcb'; did you mean 'set_inner_pcp'?\n"},
         {"groupp 1",
          "1:1: there is no match 'groupp'; did you mean 'group'?\n"
          "1:1: 'then' is missing, which stands in front of the actions, even of none\n"},
-        {std::string("\0\x1F \x7F\xFFz~ then \r\r", 15), "1:1: there is no match '\\x00\\x1f'\n"
-                                                         "1:4: there is no match '\\x7f\\xffz~'\n"
-                                                         "1:14: there is no action '\\x0d'\n"},
-        {"Permit then", "1:1: there is no match 'Permit'\n"},
-        {"then ALL", "1:6: there is no action 'ALL'\n"},
+        {std::string("\0\x1F \x7F\xFFz~ then \r\r", 15),
+         "1:1: there is no match '\\x00\\x1f'; the nearest word is 'all'\n"
+         "1:4: there is no match '\\x7f\\xffz~'; the nearest word is 'all'\n"
+         "1:14: there is no action '\\x0d'; the nearest word is 'all'\n"},
+        {"Permit then", "1:1: there is no match 'Permit'; did you mean 'permit'?\n"},
+        {"then ALL", "1:6: there is no action 'ALL'; did you mean 'all'?\n"},
         {longWord + longWord + longWord + longWord + " then",
          "1:1: there is no match 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa...'\n"},
     });
@@ -123,8 +140,11 @@ TEST(RuleTextErrors, OfIdentifiers)
          "3:1: an entry's identifier takes a number from 0 to 65535, not '65536'\n"},
         {"65535 then\nthen\n\n then x\n0 then",
          "2:1: no identifier is left for this entry; the greatest is 65535\n"
-         "4:7: there is no action 'x'\n"
+         "4:7: there is no action 'x'; the nearest word is 'all'\n"
          "4:2: no identifier is left for this entry; the greatest is 65535\n"},
+        // An identifier may stand anywhere in front of 'then'.
+        {"1 then\npriority=2 1 then",
+         "2:12: identifier 1 is taken by an entry in front of this one\n"},
         // The second line makes entries 10 to 13.
         {"group 0 type=3\n12 then\n10 src_l4_port=1-6 then\nthen\n11 then\n15 then",
          "3:1: identifier 12 is taken by an entry in front of this one\n"
@@ -169,7 +189,7 @@ TEST(RuleTextErrors, OfWhatTheGroupDoesNotAdmit)
          "2:3: pcp takes a number from 0 to 255, not 'x'\n"
          "2:14: redirect takes ports of eight hexadecimal digits with commas between them, not "
          "'x'\n"
-         "2:25: there is no action 'x'\n"
+         "2:25: there is no action 'x'; the nearest word is 'all'\n"
          "2:1: entry 7: " +
              pcp + "2:1: entry 7: " + redirect +
              "3:1: identifier 7 is taken by an entry in front of this one\n"
@@ -265,11 +285,12 @@ const std::vector<WrongValues> WRONG_VALUES = {
      "ip_protocol",
      {"", "TCP", "256", "tcp:", "udp/17"},
      "the name of a protocol, such as tcp, or a number from 0 to 255"},
+    {"type=3", "", "dst_l4_port", {"", "65536", "1,2"}, "a number from 0 to 65535"},
     {"type=3",
      "",
      "dst_l4_port",
-     {"", "65536", "1,2", "5/", "5/0x10000", "5/1/1", "5:6"},
-     "a number from 0 to 65535"},
+     {"5/", "5/0x10000", "5/1/1", "5:6"},
+     "a port with a mask, such as 1024/0xfc00, both up to 65535"},
     {"type=3",
      "",
      "src_l4_port",
@@ -304,12 +325,13 @@ const std::vector<WrongValues> WRONG_VALUES = {
      {"", "0000001", "00000001,00000002", "0x000001"},
      "a port of eight hexadecimal digits"},
     {"type=1", "", "drop", {"", "1", "True", "true,"}, "true or false"},
-    {"", "then ", "counter", {"", "x", ":octets", "65536:octets"}, "a number from 0 to 65535"},
     {"",
      "then ",
      "counter",
-     {"1", "1:", "1:bytes", "1:octets:", "1:-", "1:--1", "1:2147483648", "1:-2147483649", "1/2"},
-     "ID:TYPE, where TYPE is packets, octets or invalid"},
+     {"", "x", ":octets", "65536:octets", "1", "1:", "1:bytes", "1:octets:", "1:-", "1:--1",
+      "1:2147483648", "1:-2147483649", "1/2"},
+     "ID:TYPE, where ID is a number from 0 to 65535, and TYPE packets, octets, invalid or a "
+     "number"},
     {"",
      "then ",
      "policer",
@@ -343,7 +365,7 @@ const std::vector<WrongValues> WRONG_VALUES = {
      "then ",
      "policer",
      {"bytes:", "bytes:0", "bytes:0g", "bytes:00", "bytes:00,id:1"},
-     "the bytes of a policer, of two hexadecimal digits each"},
+     "the bytes of a policer, two hexadecimal digits for each"},
 };
 
 TEST(RuleTextErrors, OfValues)
@@ -365,7 +387,8 @@ TEST(RuleTextErrors, OfValuesThatAreMissingOrTooMany)
          "2:1: src_ipv4 takes an IPv4 address, not ''\n"
          "2:10: external_vlan_id takes numbers from 0 to 65535 and ascending ranges of them, such "
          "as 20-29, with commas between them, not ''\n"
-         "2:32: counter takes a number from 0 to 65535, not ''\n"
+         "2:32: counter takes ID:TYPE, where ID is a number from 0 to 65535, and TYPE packets, "
+         "octets, invalid or a number, not ''\n"
          "2:40: policer takes a list of NAME:VALUE, not ''\n"
          "2:48: redirect takes ports of eight hexadecimal digits with commas between them, not "
          "''\n"},
@@ -386,25 +409,27 @@ TEST(RuleTextErrors, OfValuesThatAreMissingOrTooMany)
 
 TEST(RuleTextErrors, AreOnlyCountedBeyondANumber)
 {
+    constexpr std::size_t MOST = 1000 + (2 * 1144 + 4) / 16 + 1;
     std::string text;
-    for (int left = 1001; left != 0; --left)
+    for (std::size_t left = MOST; left != 0; --left)
         text += "x ";
     text += "then";
     std::vector<RuleTextError> errors;
     EXPECT_FALSE(groupFromRuleText(text, &errors));
-    ASSERT_EQ(errors.size(), 1001u);
-    EXPECT_EQ(errors.back().sentence, "there is no match 'x'");
-    EXPECT_EQ(errors.back().column, 2001u);
+    ASSERT_EQ(errors.size(), MOST);
+    EXPECT_EQ(errors.back().sentence, "there is no match 'x'; the nearest word is 'all'");
+    EXPECT_EQ(errors.back().column, 2 * MOST - 1);
 
     text.insert(0, "x x ");
     EXPECT_FALSE(groupFromRuleText(text, &errors));
-    ASSERT_EQ(errors.size(), 1001u);
-    EXPECT_EQ(errors.back().sentence, "there is no match 'x'; errors behind this one: 2");
+    ASSERT_EQ(errors.size(), MOST);
+    EXPECT_EQ(errors.back().sentence,
+              "there is no match 'x'; the nearest word is 'all'; errors behind this one: 2");
 
     text.append(32000 - text.size(), ' ');
     EXPECT_FALSE(groupFromRuleText(text, &errors));
-    EXPECT_EQ(errors.size(), 1003u);
-    EXPECT_EQ(errors.back().sentence, "there is no match 'x'");
+    EXPECT_EQ(errors.size(), MOST + 2);
+    EXPECT_EQ(errors.back().sentence, "there is no match 'x'; the nearest word is 'all'");
 }
 
 } // namespace

@@ -31,7 +31,7 @@ struct CounterRows {
     // clang-format off
     static constexpr auto of(const Counter*) { return rows(
         at<counter_fields::id, &Counter::id_>(
-            "ID: ", LINE_THAT_KEEPS_THE_WIDTH, Notation::NUMBER, "counter"),
+            "ID: ", LINE_THAT_KEEPS_THE_WIDTH, Notation::COUNTER, "counter"),
         at<counter_fields::type, &Counter::type_>(
             "Type: ", NAMED_OR_UNKNOWN, Notation::COUNTED)); }
     // clang-format on

@@ -158,7 +158,8 @@ enum class Notation {
     EXCEPTED_TYPES,   ///< except:0,except:1
     VLAN_IDS,         ///< 10,20-29
     PROTOCOL,         ///< tcp, or a number if it has no name
-    COUNTED,          ///< packets
+    COUNTER,          ///< 7, of which the type follows
+    COUNTED,          ///< :packets
     ADDRESS,          ///< 192.0.2.1, 2001:db8::1 or 00:1a:2b:00:00:01
     LENGTH_OR_MASK,   ///< /24, or the mask as an address; nothing for all ones
     MASK,             ///< the mask as an address; nothing for all ones
