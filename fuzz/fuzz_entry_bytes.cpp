@@ -53,9 +53,9 @@ void checkAgainstMessage(FiltersEntry entry, const std::string& bytes)
         entry.deleteCounter();
     requireSame(entry, expected.entry, "an entry is read as if it was put together by hand");
 
-    const Refusals refusals = readEntryRefusals(bytes);
-    checkSentences(refusals);
-    require(refusals.size() == expected.leftOut, "what reading leaves out is listed");
+    const Refusals losses = readEntryRefusals(bytes);
+    checkHonesty<FiltersEntryPB>(bytes, FiltersEntry(bytes), losses);
+    require(leftOut(losses).size() == expected.leftOut, "what reading leaves out is listed");
 }
 
 } // namespace

@@ -17,20 +17,24 @@ void checkAgainstMessage(const FiltersGroup& group, const std::string& bytes)
             "the numbers of a group are read as they stand");
 
     FiltersGroup::EntryMap admitted;
-    Refusals leftOut;
+    Refusals expected;
     for (const FiltersEntryPB& element : pb.entries_()) {
         FiltersEntry entry;
         entry.convertFromFiltersEntryPB(&element);
         if (refusalOf(entry, group.getStage(), group.getType()) == FILTERS_OK)
             admitted[entry.getId()] = FiltersEntry(entry);
-        for (const Refusals& refusals : {readEntryRefusals(element.SerializePartialAsString()),
-                                         insertEntryRefusals(group, entry)})
-            leftOut.insert(leftOut.end(), refusals.begin(), refusals.end());
+        for (const Refusals& refusals :
+             {leftOut(readEntryRefusals(element.SerializePartialAsString())),
+              insertEntryRefusals(group, entry)})
+            expected.insert(expected.end(), refusals.begin(), refusals.end());
     }
     require(admitted == group.getEntriesRef(), "a group holds the entries that the tables admit, "
                                                "the last of each identifier");
-    checkSentences(leftOut);
-    require(readGroupRefusals(bytes) == leftOut, "what reading leaves out is listed");
+    Refusals losses;
+    const FiltersGroup again = groupFromBytes(bytes, &losses);
+    requireSame(again, group, "a group is the same if one asks for its losses");
+    checkHonesty<FiltersGroupPB>(bytes, group, losses);
+    require(leftOut(losses) == expected, "what reading leaves out is listed");
 }
 
 /** Reading a message into a group keeps what the message does not replace. */

@@ -7,12 +7,14 @@
 #include "require.h"
 
 #include "kinds.h"
+#include "meaning.h"
 #include "support.h"
 
 #include "filter_groups.pb.h"
 #include "filter_groups_c.h"
 #include "filter_refusals.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -151,6 +153,15 @@ T checkReading(const std::string& bytes)
 
 using Refusals = std::vector<FiltersRefusal>;
 
+inline Refusals readRefusals(const FiltersEntry&, const std::string& bytes)
+{
+    return readEntryRefusals(bytes);
+}
+inline Refusals readRefusals(const FiltersGroup&, const std::string& bytes)
+{
+    return readGroupRefusals(bytes);
+}
+
 inline void checkSentences(const Refusals& refusals)
 {
     for (const FiltersRefusal& refusal : refusals) {
@@ -158,6 +169,37 @@ inline void checkSentences(const Refusals& refusals)
         require(!sentence.empty() && sentence.find('\n') == std::string::npos,
                 "a refusal is explained in one line");
     }
+}
+
+/** Without what is lost in other ways than by leaving out matches, actions and entries. */
+inline Refusals leftOut(const Refusals& losses)
+{
+    Refusals kept;
+    for (const FiltersRefusal& loss : losses)
+        if (loss.reason < REFUSAL_NOT_PARSED)
+            kept.push_back(loss);
+    return kept;
+}
+
+/** Checks for any bytes that what reading them into the object loses is told. */
+template <class Message, class T>
+void checkHonesty(const std::string& bytes, const T& object, const Refusals& losses)
+{
+    checkSentences(losses);
+    const auto tells = [&](filtersRefusalReason_t reason) {
+        return std::any_of(losses.begin(), losses.end(),
+                           [=](const FiltersRefusal& loss) { return loss.reason == reason; });
+    };
+    const std::string meaning = test::meaningOf<Message>(bytes);
+    const bool isReadable = meaning != test::UNREADABLE;
+    require(tells(REFUSAL_NOT_PARSED) != isReadable, "bytes that do not parse are told");
+    require(!isReadable ||
+                tells(REFUSAL_FIELD_UNKNOWN) == (meaning.find("unknown:") != std::string::npos),
+            "fields that the schema does not have are told");
+    require(!losses.empty() || test::meaningOf<Message>(serialized(object)) == meaning,
+            "what is read without a loss says what the bytes say");
+    require(readRefusals(object, serialized(object)).empty(), "what the library writes loses "
+                                                              "nothing");
 }
 
 /** The result of an operation with these refusals. */

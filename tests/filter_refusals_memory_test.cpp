@@ -41,6 +41,34 @@ FiltersGroup heldGroup()
     return group;
 }
 
+/** Bytes of which reading loses something of every sort, in a form that needs a message. */
+std::string lossyBytes()
+{
+    FiltersGroupPB pb = heldGroup().convertToFiltersGroupPB();
+    pb.set_id_(65537);
+    FiltersEntryPB& replacing = *pb.add_entries_();
+    replacing.set_id_(3);
+    replacing.set_policer_("no policer");
+    replacing.add_matches_()->set_type_(MATCH_DST_MAC);
+    replacing.mutable_matches_(0)->set_mac_("short");
+    replacing.mutable_matches_(0)->add_ports_(7);
+    replacing.add_matches_()->set_type_(99);
+    refusedEntry(12).convertToFiltersEntryPB(pb.add_entries_());
+    return pb.SerializePartialAsString() + "\xF8\x07\x01\x07";
+}
+
+/** Bytes of the form that the library writes, of which reading loses something all the same. */
+std::string regularLossyBytes()
+{
+    FiltersGroupPB pb = heldGroup().convertToFiltersGroupPB();
+    pb.set_id_(65537);
+    refusedEntry(12).convertToFiltersEntryPB(pb.add_entries_());
+    FiltersEntryPB again = pb.entries_(0);
+    again.set_priority_(9);
+    *pb.add_entries_() = again;
+    return pb.SerializeAsString();
+}
+
 /** What is asked about, and what it must be afterwards. */
 struct Asked {
     FiltersGroup group = heldGroup();
@@ -50,6 +78,9 @@ struct Asked {
     Action lyingAction{ACTION_SET_PCP};
     Matches matches = matchesOf(Match(MATCH_PCP), MatchSrcIPv6(ipv6("::1")));
     Actions actions = actionsOf(Action(ACTION_SET_PCP));
+    std::string bytes = lossyBytes();
+    std::string regularBytes = regularLossyBytes();
+    std::string entryBytes = lossyBytes().substr(2);
 
     std::string state() const { return stateOf(group) + stateOf(entry); }
 };
@@ -71,6 +102,26 @@ const Question QUESTIONS[] = {
     [](Asked& asked) { setMatchesRefusals(asked.entry, asked.matches); },
     [](Asked& asked) { copyActionsRefusals(asked.entry, asked.actions); },
     [](Asked& asked) { setActionsRefusals(asked.entry, asked.actions); },
+    [](Asked& asked) { readEntryRefusals(asked.entryBytes); },
+    [](Asked& asked) { readGroupRefusals(asked.bytes); },
+    [](Asked& asked) { readGroupRefusals(asked.regularBytes); },
+    [](Asked& asked) {
+        Refusals losses;
+        groupFromBytes(asked.bytes, &losses);
+    },
+    [](Asked& asked) {
+        FiltersRefusals* losses = nullptr;
+        deleteFiltersGroup(
+            newFiltersGroupFromBytes(asked.bytes.data(), asked.bytes.size(), &losses));
+        deleteFiltersRefusals(losses);
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(filtersGroupReadRefusals(asked.bytes.data(), asked.bytes.size()));
+    },
+    [](Asked& asked) {
+        deleteFiltersRefusals(
+            filtersEntryReadRefusals(asked.entryBytes.data(), asked.entryBytes.size()));
+    },
     [](Asked& asked) {
         deleteFiltersRefusals(filtersGroupInsertEntryRefusals(&asked.group, &asked.entry));
     },
@@ -114,6 +165,33 @@ TEST(RefusalsOutOfMemory, ASentenceThatIsNotMadeCanBeAskedForAgain)
         expectNoAllocation([&] { EXPECT_EQ(filtersRefusalsGetSentence(list, i), sentence); });
         deleteFiltersRefusals(list);
     }
+}
+
+/** A caller's list keeps what it held. */
+TEST(RefusalsOutOfMemory, AGroupThatIsNotReadChangesNoList)
+{
+    const std::string bytes = lossyBytes();
+    Refusals losses = {FiltersRefusal(REFUSAL_UNKNOWN_STAGE)};
+    const Refusals before = losses;
+    EXPECT_GE(failEachAllocation([&] { groupFromBytes(bytes, &losses); },
+                                 [&] { EXPECT_EQ(losses, before); }),
+              1u);
+    EXPECT_EQ(losses, readGroupRefusals(bytes));
+
+    FiltersRefusals* list = nullptr;
+    FiltersGroup* group = nullptr;
+    EXPECT_GE(failEachAllocation(
+                  [&] { group = newFiltersGroupFromBytes(bytes.data(), bytes.size(), &list); },
+                  [&] { EXPECT_EQ(list, nullptr); }),
+              1u);
+    deleteFiltersGroup(group);
+    deleteFiltersRefusals(list);
+}
+
+TEST(RefusalsOutOfMemory, SentencesOfLosses)
+{
+    for (const FiltersRefusal& loss : readGroupRefusals(lossyBytes()))
+        expectBadAlloc([&] { loss.sentence(); });
 }
 
 TEST(RefusalsAllocateNothing, WhereThereIsNoReason)

@@ -92,6 +92,9 @@ inline std::string of(const Message& message)
 
 } // namespace meaning
 
+/** What bytes that cannot be read say. */
+inline const std::string UNREADABLE = "unreadable";
+
 /** What the bytes say, or that they cannot be read; the zero that ends an envelope says nothing. */
 template <class PB>
 std::string meaningOf(const std::string& bytes)
@@ -100,7 +103,7 @@ std::string meaningOf(const std::string& bytes)
     const bool isEnvelope = !bytes.empty() && bytes.back() == '\0' &&
                             pb.ParsePartialFromString(bytes.substr(0, bytes.size() - 1));
     if (!isEnvelope && !pb.ParsePartialFromString(bytes))
-        return "unreadable";
+        return UNREADABLE;
     return meaning::of(pb);
 }
 

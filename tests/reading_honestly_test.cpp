@@ -29,8 +29,8 @@ template <class PB, class T>
 bool expectHonest(const std::string& bytes, const T& object, const Refusals& losses)
 {
     const std::string meaning = meaningOf<PB>(bytes);
-    EXPECT_EQ(have(losses, REFUSAL_NOT_PARSED), meaning == "unreadable");
-    if (meaning != "unreadable") {
+    EXPECT_EQ(have(losses, REFUSAL_NOT_PARSED), meaning == UNREADABLE);
+    if (meaning != UNREADABLE) {
         EXPECT_EQ(have(losses, REFUSAL_FIELD_UNKNOWN),
                   meaning.find("unknown:") != std::string::npos);
     }

@@ -1,3 +1,4 @@
+#include "wire/filter_groups_rows.h"
 #include "wire_support.h"
 
 #include "filter_groups.pb.h"
@@ -7,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -177,6 +179,40 @@ TEST(Schema, OfAGroup)
                               {4, REQUIRED, UINT32, "type_"},
                               {5, REPEATED, MESSAGE, "entries_", ".FiltersCommon.FiltersEntryPB"},
                           });
+}
+
+// ------------------------------------------------------------------------ what the library knows
+
+template <class Message>
+void expectKnown()
+{
+    const Descriptor& message = *Message::descriptor();
+    const MessageSchema& schema = SCHEMA_OF<Message>;
+    EXPECT_EQ(std::distance(schema.begin(), schema.end()), message.field_count());
+    for (const FieldSchema& known : schema) {
+        SCOPED_TRACE(known.name);
+        const FieldDescriptor* field = message.FindFieldByNumber(static_cast<int>(known.number));
+        ASSERT_NE(field, nullptr);
+        EXPECT_EQ(field->name(), known.name);
+        EXPECT_EQ(field->is_required(), known.label == Label::REQUIRED);
+        EXPECT_EQ(field->is_repeated(), known.label == Label::REPEATED);
+        const FieldDescriptor::Type types[] = {UINT32, INT32, BOOL, BYTES, MESSAGE};
+        EXPECT_EQ(field->type(), types[known.form]);
+        EXPECT_EQ(field->type() == MESSAGE, known.message != nullptr);
+    }
+}
+
+TEST(Schema, IsThatOfTheTablesOfFields)
+{
+    expectKnown<MatchPB>();
+    expectKnown<ActionPB>();
+    expectKnown<CounterPB>();
+    expectKnown<FiltersEntryPB>();
+    expectKnown<FiltersGroupPB>();
+    EXPECT_EQ(SCHEMA_OF<FiltersGroupPB>.find(5)->message, &SCHEMA_OF<FiltersEntryPB>);
+    EXPECT_EQ(SCHEMA_OF<FiltersEntryPB>.find(4)->message, &SCHEMA_OF<MatchPB>);
+    EXPECT_EQ(SCHEMA_OF<FiltersEntryPB>.find(5)->message, &SCHEMA_OF<ActionPB>);
+    EXPECT_EQ(SCHEMA_OF<FiltersEntryPB>.find(6)->message, &SCHEMA_OF<CounterPB>);
 }
 
 // -------------------------------------------------------------------------------- required fields

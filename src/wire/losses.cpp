@@ -4,13 +4,15 @@
 #include "policers.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace FiltersCommon {
 
 std::vector<FiltersRefusal> Losses::take()
 {
-    std::stable_sort(losses_.begin(), losses_.end(),
-                     [](const Placed& a, const Placed& b) { return a.place < b.place; });
+    std::sort(losses_.begin(), losses_.end(), [](const Placed& a, const Placed& b) {
+        return std::tie(a.place, a.report) < std::tie(b.place, b.report);
+    });
     std::vector<FiltersRefusal> refusals;
     refusals.reserve(losses_.size());
     for (const Placed& loss : losses_)
@@ -72,7 +74,7 @@ void Losses::addNotParsed(std::optional<std::uint64_t> offset)
 {
     FiltersRefusal refusal(REFUSAL_NOT_PARSED);
     refusal.offset = offset;
-    losses_.push_back({NOT_PARSED, refusal});
+    addAt(NOT_PARSED, refusal);
 }
 
 void Losses::addExcluded(filtersMatch_t kind, CodeSet<filtersMatch_t> read)

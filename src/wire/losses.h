@@ -49,7 +49,7 @@ public:
 
     // ------------------------------------------------------------------------------------ losses
 
-    void add(const FiltersRefusal& refusal) { losses_.push_back({place_, refusal}); }
+    void add(const FiltersRefusal& refusal) { addAt(place_, refusal); }
     /** A loss in a field of the current part. The result is valid until the next one. */
     FiltersRefusal& addInField(filtersRefusalReason_t reason, std::uint32_t field);
     /** A number or a length that was changed. */
@@ -77,8 +77,14 @@ private:
 
     struct Placed {
         std::size_t place;
+        std::size_t report; ///< counted from 0
         FiltersRefusal refusal;
     };
+
+    void addAt(std::size_t place, const FiltersRefusal& refusal)
+    {
+        losses_.push_back({place, losses_.size(), refusal});
+    }
 
     std::size_t place_ = GROUP;
     filtersPart_t part_ = PART_GROUP;
