@@ -9,8 +9,8 @@
 #include <string>
 
 // Reads the inputs in a folder, mutations of each, and every prefix of the shorter ones, both by
-// the constructors and through the messages. libFuzzer does this at random and only with Clang;
-// this program does it in every build and the same way every time.
+// the constructors and through the messages, and checks what is told of losses. libFuzzer does this
+// at random and only with Clang; this program does it in every build and the same way every time.
 
 namespace {
 
@@ -26,8 +26,10 @@ constexpr std::size_t LONGEST_CUT = 160;
 
 void checkReading(const std::string& bytes)
 {
-    fuzz::checkReading<FiltersEntry>(bytes);
-    fuzz::checkReading<FiltersGroup>(bytes);
+    const auto entry = fuzz::checkReading<FiltersEntry>(bytes);
+    fuzz::checkHonesty<FiltersEntryPB>(bytes, entry, readEntryRefusals(bytes));
+    const auto group = fuzz::checkReading<FiltersGroup>(bytes);
+    fuzz::checkHonesty<FiltersGroupPB>(bytes, group, readGroupRefusals(bytes));
 }
 
 void checkTree(const std::string& bytes)

@@ -214,8 +214,8 @@ TEST(ReadingLoses, TheFirstOfTwoElementsOfAKind)
 
 TEST(ReadingLoses, NothingOfAVlanThatIsThereTwice)
 {
-    for (const std::uint32_t kind : {MATCH_EXTERNAL_VLAN_ID, MATCH_INTERNAL_VLAN_ID})
-        expectLosses(sorts()[0], kind,
+    for (const filtersMatch_t kind : {MATCH_EXTERNAL_VLAN_ID, MATCH_INTERNAL_VLAN_ID})
+        expectLosses(sorts()[0], static_cast<std::uint32_t>(kind),
                      wire::number(3, 20) + wire::number(3, 10) + wire::number(3, 20), {});
     expectLosses(sorts()[0], MATCH_INTERNAL_VLAN_ID,
                  wire::delimited(3, wire::varint(20) + wire::varint(10)), {});

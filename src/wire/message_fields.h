@@ -59,7 +59,7 @@ struct MessageSchema {
 
 /** The schema of a generated message; specialised where its fields are listed. */
 template <class Message>
-inline constexpr MessageSchema SCHEMA_OF;
+inline constexpr MessageSchema SCHEMA_OF = {};
 
 /** The message in a field of this type. */
 template <class Type>
