@@ -109,6 +109,35 @@ Inputs ruleTexts()
     return inputs;
 }
 
+/** Groups as bytes, and texts: whole, in another order, and wrong. */
+Inputs jsonTexts()
+{
+    const std::string group =
+        R"("group":{"id":1,"priority":0,"stage":0,"type":1,"entries":[)"
+        R"({"id":7,"priority":9,"policer":"CP////8PEAIaDggEEAAYACAAKAAwADgA",)"
+        R"("matches":[{"type":2,"vlanId":[10,20]},{"type":3,"tpid":33024},)"
+        R"({"type":4,"mac":"AhAgMEBQ","macMask":"////AAAA"},)"
+        R"({"type":28,"dropFlag":true}],"actions":[{"type":0}],)"
+        R"("counter":{"id":12,"type":2}}]})";
+    const std::string header = R"("group":{"id":1,"priority":0,"stage":0,"type":3})";
+    const std::string readable = R"("readable":{"id":1,"priority":0,"stage":"GROUP_STAGE_0",)"
+                                 R"("type":"GROUP_TYPE_3","entries":[]})";
+    Inputs inputs = {
+        {"group", "1{" + group + "}\n"},
+        {"header", "1{" + header + ", " + readable + "}"},
+        {"readable_first", "1\xEF\xBB\xBF{" + readable + ",\n" + header + "}"},
+        {"readable_only", "1{" + readable + "}"},
+        {"no_group", "1[1.5, -1e9, null, \"\\u00e9\\ud83d\\ude00\\n\", {}]"},
+        {"unfinished", "1{\"group\": {\"id\": 4294967296"},
+    };
+    for (const auto& [name, sample] : test::groupSamples()) {
+        std::string bytes;
+        sample->serialize(&bytes);
+        inputs["bytes_" + name] = '0' + bytes;
+    }
+    return inputs;
+}
+
 void write(const fs::path& folder, const Inputs& inputs)
 {
     fs::create_directories(folder);
@@ -135,6 +164,7 @@ try {
     write(folder / "operations", programs());
     write(folder / "rule_text", ruleTexts());
     write(folder / "access_list", accessLists());
+    write(folder / "json", jsonTexts());
     return 0;
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
