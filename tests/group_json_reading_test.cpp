@@ -229,6 +229,16 @@ TEST(GroupFromJson, WhatAGroupWouldNotHold)
               "entry 7: match kind MATCH_EXTERNAL_VLAN_ID is not admitted in a group of type "
               "GROUP_TYPE_8; admitted are MATCH_ALL, MATCH_DST_IPV6 and MATCH_VRF_ID "
               "(and 3 more)");
+    EXPECT_EQ(refusalAt("{\"id\":1,", changed("group", "33024", "98560")),
+              "entry 7: field tpid_ of match kind MATCH_TPID holds 98560, which does not fit and "
+              "becomes 33024");
+    EXPECT_EQ(refusalAt("{\"id\":1,", changed("group", "\"id\":7", "\"id\":65543")),
+              "entry 7: field id_ of the entry holds 65543, which does not fit and becomes 7");
+    const std::string entry =
+        R"({"id":7,"priority":1,"policer":"CP////8PEAIaDggEEAAYACAAKAAwADgA",)"
+        R"("counter":{"id":0,"type":0}})";
+    EXPECT_EQ(refusalAt("{\"id\":1,", changed("group", "[{\"id\"", "[" + entry + ",{\"id\"")),
+              "entry 7: the entry is replaced by a later one with its identifier");
 }
 
 TEST(GroupFromJson, AReadablePartThatDiffers)

@@ -25,12 +25,13 @@ constexpr char READABLE[] = "readable";
 /** The group with these bytes; refuses them if it would not have all that they say. */
 FiltersGroup groupOf(const std::string& bytes, std::size_t place)
 {
-    const std::vector<FiltersRefusal> refusals = readGroupRefusals(bytes);
-    if (refusals.empty())
-        return FiltersGroup(bytes);
-    std::string sentence = refusals.front().sentence();
-    if (refusals.size() > 1)
-        sentence += " (and " + std::to_string(refusals.size() - 1) + " more)";
+    std::vector<FiltersRefusal> losses;
+    FiltersGroup group = groupFromBytes(bytes, &losses);
+    if (losses.empty())
+        return group;
+    std::string sentence = losses.front().sentence();
+    if (losses.size() > 1)
+        sentence += " (and " + std::to_string(losses.size() - 1) + " more)";
     throw JsonRefusal{sentence, place};
 }
 
