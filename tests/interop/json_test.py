@@ -20,8 +20,8 @@ from google.protobuf.json_format import ParseDict  # noqa: E402
 
 
 def printed(data, *options):
-    return subprocess.run([*FILTERCTL, "json", *options], input=data, stdout=subprocess.PIPE,
-                          check=True).stdout
+    return subprocess.run([*FILTERCTL, "json", "--allow-empty", *options], input=data,
+                          stdout=subprocess.PIPE, check=True).stdout
 
 
 class Json(unittest.TestCase):
@@ -39,12 +39,12 @@ class Json(unittest.TestCase):
                 self.expect_readable(document["readable"], message)
 
     def expect_readable(self, readable, message):
-        entries = readable.get("entries", [])
+        entries = readable["entries"]
         self.assertEqual([entry["id"] for entry in entries],
                          [entry.id_ for entry in message.entries_])
         for entry, sent in zip(entries, message.entries_):
             for name, elements in (("matches", sent.matches_), ("actions", sent.actions_)):
-                self.assertEqual(len(entry.get(name, [])), len(elements))
+                self.assertEqual(len(entry[name]), len(elements))
 
 
 if __name__ == "__main__":
