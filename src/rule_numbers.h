@@ -6,6 +6,7 @@
 
 #include "rule_words.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -70,7 +71,13 @@ inline bool take(std::string_view& text, std::string_view prefix)
 /** Takes what comes before the first of the @p ends, or all. */
 inline std::string_view takeUntil(std::string_view& text, std::string_view ends)
 {
-    const std::string_view front = text.substr(0, text.find_first_of(ends));
+    // The standard library's search for one of several characters calls a function for each byte.
+    const auto isEnd = [&](char c) { return std::find(ends.begin(), ends.end(), c) != ends.end(); };
+    const std::size_t size =
+        ends.size() == 1 ? std::min(text.find(ends[0]), text.size())
+                         : static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isEnd) -
+                                                    text.begin());
+    const std::string_view front = text.substr(0, size);
     text.remove_prefix(front.size());
     return front;
 }

@@ -12,7 +12,8 @@ using FiltersCommon::PortPair;
 
 namespace {
 
-constexpr std::string_view BLANKS = " \t";
+// The search of the standard library for one of several characters calls a function for each byte.
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 /** Accepts only digits; a number that is too large for the type reads as the largest one. */
 std::optional<unsigned> readNumber(std::string_view digits, int base)
@@ -99,7 +100,8 @@ private:
     /** Goes on to what comes next, which is to blame for what is wrong from here. */
     void skipBlanks()
     {
-        rest_.remove_prefix(std::min(rest_.find_first_not_of(BLANKS), rest_.size()));
+        while (!rest_.empty() && isBlank(rest_.front()))
+            rest_.remove_prefix(1);
         begin_ = line_.size() - rest_.size();
     }
 
@@ -118,16 +120,20 @@ private:
         return true;
     }
 
-    std::string_view takeUntil(std::string_view ends)
+    /** What stands in front of the next blank, or of a colon if that ends it too. */
+    std::string_view takeColumn(bool colonEnds = false)
     {
-        const std::string_view taken = rest_.substr(0, rest_.find_first_of(ends));
-        rest_.remove_prefix(taken.size());
+        std::size_t size = 0;
+        while (size != rest_.size() && !isBlank(rest_[size]) && !(colonEnds && rest_[size] == ':'))
+            ++size;
+        const std::string_view taken = rest_.substr(0, size);
+        rest_.remove_prefix(size);
         return taken;
     }
 
     bool readPrefix(Prefix& prefix)
     {
-        const std::string_view column = takeUntil(BLANKS);
+        const std::string_view column = takeColumn();
         const std::size_t slash = column.find('/');
         const auto address = readAddress(column.substr(0, slash));
         if (!address)
@@ -141,41 +147,41 @@ private:
         return length <= 32u || refuse("length is over 32");
     }
 
-    bool readPort(std::string_view ends, const std::string& name, std::uint16_t& port)
+    bool readPort(bool colonEnds, const char* name, std::uint16_t& port)
     {
-        const auto number = readNumber(takeUntil(ends), 10);
+        const auto number = readNumber(takeColumn(colonEnds), 10);
         if (!number)
-            return refuse(name + " is not a number");
+            return refuse(std::string(name) + " is not a number");
         port = static_cast<std::uint16_t>(*number);
-        return number <= 0xFFFFu || refuse(name + " is over 65535");
+        return number <= 0xFFFFu || refuse(std::string(name) + " is over 65535");
     }
 
     bool readRange(PortRange& range)
     {
-        if (!readPort(" \t:", "low port", range.low))
+        if (!readPort(true, "low port", range.low))
             return false;
         skipBlanks();
         if (!take(':'))
             return false;
         skipBlanks();
-        if (!readPort(BLANKS, "high port", range.high))
+        if (!readPort(false, "high port", range.high))
             return false;
         return range.low <= range.high || refuse("low port is above high port");
     }
 
-    std::optional<unsigned> readHexadecimal(std::string_view digits, const std::string& name)
+    std::optional<unsigned> readHexadecimal(std::string_view digits, const char* name)
     {
         std::optional<unsigned> number;
         if (digits.substr(0, 2) == "0x")
             number = readNumber(digits.substr(2), 16);
         if (!number)
-            refuse(name + " is not 0x and hexadecimal digits");
+            refuse(std::string(name) + " is not 0x and hexadecimal digits");
         return number;
     }
 
     bool readProtocol(std::optional<std::uint8_t>& protocol)
     {
-        const std::string_view column = takeUntil(BLANKS);
+        const std::string_view column = takeColumn();
         const std::size_t slash = column.find('/');
         const auto value = readHexadecimal(column.substr(0, slash), "value");
         if (!value)
@@ -197,7 +203,7 @@ private:
     {
         field_ = "further column";
         for (skipBlanks(); !rest_.empty(); skipBlanks()) {
-            const std::string_view column = takeUntil(BLANKS);
+            const std::string_view column = takeColumn();
             if (action)
                 return refuse("nothing stands behind the action");
             action = actionOf(column);
@@ -216,7 +222,7 @@ private:
 
 bool isSkipped(std::string_view line)
 {
-    return line.substr(0, 1) == "#" || line.find_first_not_of(BLANKS) == std::string_view::npos;
+    return line.substr(0, 1) == "#" || std::all_of(line.begin(), line.end(), isBlank);
 }
 
 /** Removes the first line from @p text and returns it without its line end. */

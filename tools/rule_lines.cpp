@@ -106,6 +106,7 @@ std::string linesOf(const FiltersGroup& group, std::string_view endOfLine)
     return text;
 }
 
+/** Takes out of the group what it has of these entries. */
 void removeFrom(FiltersGroup& group, const std::set<filtersEntryId_t>& ids)
 {
     const auto& entries = group.getEntriesRef();
