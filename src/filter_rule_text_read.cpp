@@ -132,7 +132,7 @@ private:
                     isPlaceKnown_ = false;
             });
             if (!isKnown)
-                addToHeader(word, "a header has no " + quoted(word.name()) + nearest.question());
+                addToHeader(word, "a header has no " + quoted(word.name()) + nearest.hint());
         }
     }
 
@@ -447,7 +447,7 @@ private:
         }
         for (const std::string_view known : {THEN, PRIORITY, COUNTER, POLICER, DSCP, GROUP})
             nearest.ask(known);
-        add(word, "there is no " + (what + (" " + quoted(word.name()))) + nearest.question());
+        add(word, "there is no " + (what + (" " + quoted(word.name()))) + nearest.hint());
     }
 
     void addUnexpected(const Word& word, std::string_view name, std::string_view expected,

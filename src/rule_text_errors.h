@@ -84,13 +84,20 @@ public:
         }
     }
 
-    /** What to put behind a sentence: a question if the word is near enough to be meant. */
+    /** To be put behind a sentence: a question if the word is near enough to be meant. */
     std::string question() const
     {
-        if (nearest_.empty() || word_.empty())
-            return "";
-        return least_ <= word_.size() / 3 + 1 ? "; did you mean " + quoted(nearest_) + "?"
-                                              : "; the nearest word is " + quoted(nearest_);
+        const bool isNear = !nearest_.empty() && least_ <= word_.size() / 3 + 1;
+        return isNear ? "; did you mean " + quoted(nearest_) + "?" : "";
+    }
+
+    /** The same, or what the nearest word is all the same. */
+    std::string hint() const
+    {
+        const std::string near = question();
+        return nearest_.empty() || word_.empty() || !near.empty()
+                   ? near
+                   : "; the nearest word is " + quoted(nearest_);
     }
 
 private:

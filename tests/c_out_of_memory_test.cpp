@@ -5,6 +5,7 @@
  */
 #include "c_constructors.h"
 #include "c_support.h"
+#include "filter_refusals_c.h"
 #include "full_entries.h"
 #include "out_of_memory.h"
 #include "samples.h"
@@ -37,7 +38,8 @@ void expectMade(std::size_t allocationsAtLeast, Create create)
 
 TEST(OutOfMemory, EveryConstructorRaisesBadAlloc)
 {
-    std::set<std::string> names = {"newFiltersEntry", "newFiltersGroup"};
+    std::set<std::string> names = {"newFiltersEntry", "newFiltersGroup",
+                                   "newFiltersGroupFromBytes"};
     for (const Constructor& constructor : MATCH_CONSTRUCTORS) {
         SCOPED_TRACE(*names.insert(constructor.name).first);
         expectMade<Match>(1, constructor.create);
@@ -48,6 +50,12 @@ TEST(OutOfMemory, EveryConstructorRaisesBadAlloc)
     }
     expectMade<FiltersEntry>(1, [] { return newFiltersEntry(7); });
     expectMade<FiltersGroup>(1, [] { return newFiltersGroup(1); });
+    // What it finds wrong with these bytes takes memory too.
+    expectBadAlloc([] {
+        FiltersRefusals* losses = nullptr;
+        const Handle<FiltersGroup> made(newFiltersGroupFromBytes("\x08\x01\x7F", 3, &losses));
+        deleteFiltersRefusals(losses);
+    });
 
     std::set<std::string> offered;
     std::ifstream symbols(C_SYMBOLS);

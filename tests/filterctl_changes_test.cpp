@@ -94,12 +94,12 @@ TEST_F(FilterctlChanges, AddRefusesAllOrNothing)
         expectRefused("add " + name + " group 8",
                       "RULE:1:1: the header stands in front of all entries, and only once");
         expectRefused("add " + name,
-                      "-:2:9: there is no action 'x'\n"
+                      "-:2:9: there is no action 'x'; the nearest word is 'all'\n"
                       "filterctl: -:4:1: identifier 30 is taken by an entry in front of this one",
                       "printf '30 then\\n31 then x\\n\\n30 then\\n' | ");
         expectRefused("add " + name + " 30 then x -",
-                      "RULE:1:9: there is no action 'x'\n"
-                      "filterctl: -:1:9: there is no action 'y'",
+                      "RULE:1:9: there is no action 'x'; the nearest word is 'all'\n"
+                      "filterctl: -:1:9: there is no action 'y'; the nearest word is 'deny'",
                       "echo 31 then y | ");
         expectRefused("add " + name + " < /dev/null", "-: holds no rule");
         expectRefused("add " + name + " '# comment'", "RULE: holds no rule");

@@ -2,6 +2,7 @@
  * Every command takes a group in every form, and refuses everything else.
  */
 #include "filterctl_support.h"
+#include "group_json.h"
 
 #include <filter_groups.pb.h>
 #include <filter_rule_text.h>
@@ -28,10 +29,11 @@ protected:
     {
         write("bytes", bytesOf(goodGroup()));
         write("rules", toRuleText(goodGroup()));
+        write("json", filterctl::jsonOf(goodGroup(), false));
     }
 
     /** The same group in all forms. */
-    const std::vector<std::string> forms_ = {"good", "bytes", "rules"};
+    const std::vector<std::string> forms_ = {"good", "bytes", "rules", "json"};
     /** The commands that read one group. */
     const std::vector<std::string> readers_ = {"import", "list", "show", "json", "stats", "check"};
 };
@@ -60,11 +62,12 @@ TEST_F(FilterctlInputs, TheFormCanBeSaid)
     expectDone("import --from list good", bytesOf(goodGroup()));
     expectDone("import --from rules rules", bytesOf(goodGroup()));
     expectDone("import --from=bytes bytes", bytesOf(goodGroup()));
+    expectDone("import --from json json", bytesOf(goodGroup()));
     expectDone("diff --from list good - < good");
     expectRefused("show --from list rules", "rules:1:1: source prefix: missing '@'\n"
                                             "filterctl: rules:2:1: source prefix: missing '@'");
     expectRefused("show --from bytes good",
-                  "good: holds no group: its bytes are cut, damaged or of another kind");
+                  "good: holds no group: the bytes cannot be read from offset 26 on");
     EXPECT_EQ(run("show --from rules good").status, 1);
     EXPECT_EQ(run("show --from json good").status, 1);
 }
@@ -88,13 +91,20 @@ TEST_F(FilterctlInputs, BytesThatHoldNoGroup)
     const std::string bytes = bytesOf(goodGroup());
     std::string entry;
     goodEntry().serialize(&entry);
-    for (const std::string& none : {entry, bytes.substr(0, 6), bytes.substr(2),
-                                    bytes.substr(0, bytes.size() - 1), bytes + '\0'}) {
-        write("none", none);
+    const std::size_t size = bytes.size();
+    const std::vector<std::pair<std::string, std::string>> none = {
+        {entry, "the required field stage_ of the group is missing"},
+        {bytes.substr(0, 6), "the required field type_ of the group is missing"},
+        {bytes.substr(2), "the required field id_ of the group is missing"},
+        {bytes.substr(0, size - 1), "the bytes cannot be read from offset 98 on"},
+    };
+    for (const auto& [content, why] : none) {
+        write("none", content);
         for (const std::string& command : readers_)
-            expectRefused(command + " none",
-                          "none: holds no group: its bytes are cut, damaged or of another kind");
+            expectRefused(command + " none", "none: holds no group: " + why);
     }
+    write("envelope", bytes + '\0'); // as processes send it
+    expectDone("import envelope", bytes);
 }
 
 TEST_F(FilterctlInputs, AnInputWithoutAnyRule)

@@ -85,7 +85,8 @@ TEST_F(FilterctlList, PicksEntries)
 
 TEST_F(FilterctlList, TheFileStandsInFrontOfTheWords)
 {
-    expectWrongUsage("list", "list --match all rules", "there is no match 'rules'");
+    expectWrongUsage("list", "list --match all rulebook",
+                     "there is no match 'rulebook'; the nearest word is 'all'");
     expectDone("list --match all -o text rules");
     EXPECT_EQ(read("text"), HEADER + std::string(LINES[3]));
 }
