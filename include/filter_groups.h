@@ -43,7 +43,7 @@ public:
     FiltersGroup(FiltersGroup&& other) noexcept = default;
     FiltersGroup& operator=(const FiltersGroup& other);
     FiltersGroup& operator=(FiltersGroup&& other) noexcept = default;
-    ~FiltersGroup() = default;
+    ~FiltersGroup();
     /**
      * Rebuilds a group from the bytes written by serialize(). Any bytes are accepted: if they do
      * not parse, the group holds what the parser read before it gave up; if there are more than

@@ -73,8 +73,8 @@ std::vector<FiltersRefusal> setActionsRefusals(const FiltersEntry& entry,
  * was lost: written again, the object says the same.
  *
  * These are no losses: any order; an optional number, truth or address that is missing and reads as
- * 0; empty bytes for no policer; a VLAN identifier that is given twice; an element, an entry or a
- * value that an equal one replaces; and the zero that ends an envelope.
+ * 0; empty bytes for no policer; a VLAN identifier that is given twice; a field that is there again
+ * with the same value; and the zero that ends an envelope.
  */
 
 /**

@@ -184,11 +184,11 @@ typedef enum filtersRefusalReason_t FILTERS_COMMON_INT32 {
     REFUSAL_NUMBER_CUT = 19,
     /** An address is not as long as its member, and was cut, or padded with zeros. */
     REFUSAL_LENGTH_CHANGED = 20,
-    /** A later match of the same kind, with other values, replaced it. */
+    /** A later match of the same kind replaced it. */
     REFUSAL_MATCH_REPLACED = 21,
-    /** A later action of the same kind, with other values, replaced it. */
+    /** A later action of the same kind replaced it. */
     REFUSAL_ACTION_REPLACED = 22,
-    /** A later entry with the same identifier, which is not equal, replaced it. */
+    /** A later entry with the same identifier replaced it. */
     REFUSAL_ENTRY_REPLACED = 23,
     /** The bytes of the policer do not parse; they read as no policer. */
     REFUSAL_POLICER_NOT_PARSED = 24,

@@ -14,6 +14,9 @@ FiltersGroup::FiltersGroup(const FiltersGroup& other)
       entries_(other.getEntries())
 {}
 
+// Here, where the compiler sees through the destructors of entries.
+FiltersGroup::~FiltersGroup() = default;
+
 FiltersGroup& FiltersGroup::operator=(const FiltersGroup& other)
 {
     return *this = FiltersGroup(other);

@@ -181,12 +181,6 @@ public:
 
     CodeSet<Code> kinds() const { return kinds_; }
 
-    /** The object of the kind, or null. */
-    const Base* find(Code kind)
-    {
-        return kinds_.contains(kind) ? &Placed<Base>::at(placeOf(kind)) : nullptr;
-    }
-
     /**
      * Makes an object of a class that has a kind, in the place of any of that kind, which is ended
      * first.
@@ -558,11 +552,12 @@ typename KindMap<Base>::size_type KindMap<Base>::erase(Code kind) noexcept
 template <class Base>
 void KindMap<Base>::clear() noexcept
 {
-    std::byte* const first = objects();
+    const bool isInBlock = hasBlock();
+    std::byte* const first = isInBlock ? block().objects : room_;
     Placed<Base>::end(kinds_, first);
-    if (hasBlock())
-        delete[] first;
     kinds_ = {};
+    if (isInBlock)
+        delete[] first;
 }
 
 } // namespace FiltersCommon

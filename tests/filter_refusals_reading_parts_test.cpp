@@ -243,13 +243,14 @@ TEST(ReadingLoses, TheFirstOfTwoEntriesWithAnIdentifier)
         EXPECT_EQ(readGroupRefusals(groupOf(entry(7, 1) + entry(8, 1) + entry(7, 2)) + more),
                   Refusals{loss});
         EXPECT_EQ(readGroupRefusals(groupOf(entry(9, 1) + entry(7, 1) + entry(7, 1)) + more),
-                  Refusals());
+                  Refusals{loss})
+            << "also if they are equal";
         EXPECT_EQ(readGroupRefusals(groupOf(entry(9, 1) + entry(8, 1) + entry(7, 1)) + more),
                   Refusals());
     }
     // The identifiers are the same only once they are cut.
     const Refusals losses = readGroupRefusals(groupOf(entry(7, 1) + entry(65543, 1)));
-    EXPECT_EQ(losses, Refusals{changeIn(REFUSAL_NUMBER_CUT, PART_ENTRY, 1, 65543, 7)});
+    EXPECT_EQ(losses, (Refusals{changeIn(REFUSAL_NUMBER_CUT, PART_ENTRY, 1, 65543, 7), loss}));
     // One that is not admitted replaces nothing.
     const std::string notAdmitted = delimited(4, number(1, MATCH_VLAN_UNTAGGED));
     const std::string refused =
@@ -292,11 +293,11 @@ TEST(ReadingLoses, InTheOrderOfTheEntries)
         reasons.push_back(loss.reason);
         fields.push_back(loss.field);
     }
-    EXPECT_EQ(reasons,
-              (std::vector<filtersRefusalReason_t>{
-                  REFUSAL_NOT_PARSED, REFUSAL_NUMBER_CUT, REFUSAL_FIELD_UNKNOWN,
-                  REFUSAL_UNKNOWN_MATCH_KIND, REFUSAL_FIELD_UNKNOWN, REFUSAL_FIELD_UNKNOWN}));
-    EXPECT_EQ(fields, (std::vector<std::optional<std::uint32_t>>{{}, 1, 32, {}, 30, 31}));
+    EXPECT_EQ(reasons, (std::vector<filtersRefusalReason_t>{
+                           REFUSAL_NOT_PARSED, REFUSAL_NUMBER_CUT, REFUSAL_FIELD_UNKNOWN,
+                           REFUSAL_UNKNOWN_MATCH_KIND, REFUSAL_FIELD_UNKNOWN, REFUSAL_FIELD_UNKNOWN,
+                           REFUSAL_ENTRY_REPLACED}));
+    EXPECT_EQ(fields, (std::vector<std::optional<std::uint32_t>>{{}, 1, 32, {}, 30, 31, {}}));
 }
 
 } // namespace

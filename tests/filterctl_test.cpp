@@ -399,8 +399,19 @@ TEST_F(Filterctl, TheTargetKeepsItsNatureAndPermissions)
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     expectDone("import good -o pipe; wait", bytes, "mkfifo pipe; cat pipe & ");
     EXPECT_TRUE(fs::is_fifo(file("pipe")));
-    expectDone("import good -o good");
-    EXPECT_EQ(read("good"), bytes);
+}
+
+TEST_F(Filterctl, WhatIsReadIsNotReplaced)
+{
+    const std::string list = read("good");
+    fs::create_symlink("good", file("link"));
+    for (const std::string output : {"good", "./good", "link"})
+        for (const std::string command : {"import good", "list good", "json good", "show good",
+                                          "merge --renumber /dev/null good --allow-empty"})
+            expectRefused(command + " -o " + output,
+                          output + ": is an input of this command, too; write to another file");
+    EXPECT_EQ(read("good"), list);
+    expectDone("import --allow-empty /dev/null -o /dev/null");
 }
 
 } // namespace

@@ -178,6 +178,12 @@ std::string readFile(const std::string& name)
     return file.readAll();
 }
 
+bool areSameFile(const std::string& a, const std::string& b)
+{
+    std::error_code error;
+    return fs::is_regular_file(a, error) && fs::equivalent(a, b, error) && !error;
+}
+
 void writeFile(const std::string& name, std::string_view bytes)
 {
     writeFile(name, [bytes](const Sink& sink) { sink(bytes); });

@@ -13,6 +13,9 @@ namespace filterctl {
 
 std::string readFile(const std::string& name);
 
+/** Whether both names lead to one regular file, which exists. */
+bool areSameFile(const std::string& a, const std::string& b);
+
 /**
  * A regular file is replaced in one step or left unchanged; it keeps its permissions, and a
  * symbolic link to it remains a link. Anything else (a pipe, a device) is written to directly.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <csignal>
 #include <new>
+#include <stdexcept>
 #include <string>
 
 namespace {
@@ -90,6 +91,15 @@ int print(const std::string& text)
     return DONE;
 }
 
+/** What is read is not replaced by what is made of it: rules would give way to their bytes. */
+void expectOutputBesideInputs(const CommandLine& line)
+{
+    for (const std::string& operand : line.operands)
+        if (line.output != "-" && operand != "-" && areSameFile(operand, line.output))
+            throw std::runtime_error(line.output +
+                                     ": is an input of this command, too; write to another file");
+}
+
 int runCommand(const Command& command, int argc, char** argv)
 {
     const CommandLine line = readCommandLine(argc, argv, command.options);
@@ -98,6 +108,7 @@ int runCommand(const Command& command, int argc, char** argv)
     const std::size_t operands = line.operands.size();
     if (operands < command.fewestOperands || operands > command.mostOperands)
         throw UsageError(std::string(command.name) + " takes " + command.operands);
+    expectOutputBesideInputs(line);
     startProgress();
     const Stage stage(command.name);
     const int status = command.run(line);

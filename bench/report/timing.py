@@ -29,7 +29,8 @@ def timed(program, arguments, title, repetitions, seconds):
     """What Google Benchmark says of the repetitions of one operation."""
     text = run(
         program, *arguments, f"--only={title}", f"--repetitions={repetitions}",
-        f"--benchmark_min_time={seconds}", "--benchmark_format=json",
+        f"--benchmark_min_time={seconds}", f"--benchmark_min_warmup_time={seconds}",
+        "--benchmark_format=json",
     )
     return json.loads(text)["benchmarks"]
 

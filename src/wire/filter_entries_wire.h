@@ -14,7 +14,6 @@
 #include "losses.h"
 #include "policers.h"
 
-#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -165,18 +164,15 @@ private:
         });
     }
 
-    /** Reports also what the object read replaces, unless that is equal. */
+    /** Reports also that the object read replaces another. */
     template <class Class, class Reader, class Base>
     static void readReporting(Reader& reader, KindStage<Base>& stage)
     {
         constexpr bool IS_MATCH = std::is_same_v<Base, Match>;
         const Losses::Mark part = beginPart(reader, IS_MATCH ? PART_MATCH : PART_ACTION);
-        std::optional<Class> replaced;
-        if (const Base* held = stage.find(Class::KIND))
-            replaced.emplace(static_cast<const Class&>(*held));
-        Class& made = stage.template make<Class>();
-        rowsOf<Class>().read(reader, made);
-        if (replaced.has_value() && !areEqualAs<Class, Base>(*replaced, made))
+        const bool isReplaced = stage.kinds().contains(Class::KIND);
+        rowsOf<Class>().read(reader, stage.template make<Class>());
+        if (isReplaced)
             reader.losses().add(
                 FiltersRefusal(IS_MATCH ? REFUSAL_MATCH_REPLACED : REFUSAL_ACTION_REPLACED));
         endPart(reader, part, Class::KIND);

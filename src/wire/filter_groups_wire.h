@@ -97,14 +97,13 @@ private:
         }
     }
 
-    /** Reports the entry that @p entry is about to replace, unless that is equal. */
+    /** Reports the entry that @p entry is about to replace. */
     static void reportReplaced(Losses& losses, const FiltersGroup::EntryMap& entries,
                                const FiltersEntry& entry)
     {
         if (entries.empty() || entries.rbegin()->first < entry.getId())
             return;
-        const auto replaced = entries.find(entry.getId());
-        if (replaced == entries.end() || replaced->second == entry)
+        if (entries.count(entry.getId()) == 0)
             return;
         FiltersRefusal refusal(REFUSAL_ENTRY_REPLACED);
         refusal.entry = entry.getId();
