@@ -100,7 +100,7 @@ TEST(JsonWriter, TextsOfAnySize)
     std::string expected = "[";
     const std::string text = written(true, [&](JsonWriter& json) {
         json.startList();
-        for (const std::size_t size : {65530, 65536, 7, 65534, 65535, 200000, 1}) {
+        for (const std::size_t size : {65530U, 65536U, 7U, 65534U, 65535U, 200000U, 1U}) {
             json.text(std::string(size, 'x'));
             expected += (expected.size() > 1 ? ",\"" : "\"") + std::string(size, 'x') + '"';
         }
