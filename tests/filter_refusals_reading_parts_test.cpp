@@ -125,7 +125,9 @@ TEST(ReadingLoses, FieldsThatTheSchemaDoesNotHave)
                 const Refusals losses = part.losses(part.required() + unknown);
                 EXPECT_EQ(withoutOffsets(losses), Refusals{loss});
                 const std::string whole = part.wrap(part.required() + unknown);
-                EXPECT_EQ(whole.substr(losses.at(0).offset.value(), unknown.size()), unknown);
+                EXPECT_EQ(whole.substr(static_cast<std::size_t>(losses.at(0).offset.value()),
+                                       unknown.size()),
+                          unknown);
             }
 }
 
