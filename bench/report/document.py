@@ -169,7 +169,7 @@ def page(figures, surroundings, all_targets):
     yield "\n## Setup\n"
     yield from (f"- {name}: {value}" for name, value in surroundings.items())
     yield (
-        f"- medians of {figures.repetitions} repetitions in random order, in processor time; each "
+        f"- the least of {figures.repetitions} repetitions in random order, in processor time; each "
         "operation has processes of its own, and a heap whose free memory is joined before each "
         "run and never returned to the system; what is made is destroyed outside the measured time"
     )

@@ -1,7 +1,6 @@
 """All figures of a run, per rule, by subject, operation and number of rules."""
 
 import json
-import statistics
 
 # What a subject is called in the document. The library comes first, then its peers.
 SUBJECTS = {
@@ -37,7 +36,8 @@ class Figures:
                 self._add(title, "instructions", counted["instructions"][title] / rules)
         repeated = repetitions(times["benchmarks"] if times else [])
         for title, values in repeated.items():
-            self._add(title, "time", statistics.median(values))
+            # The least: what else the machine does only ever adds to a time.
+            self._add(title, "time", min(values))
         self.repetitions = min(map(len, repeated.values()), default=0)
         self.loading = counted.get("loading")
         self.sizes = sorted({size for _, _, size in self._figures})
