@@ -102,12 +102,7 @@ void checkText(const std::string& text)
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace FiltersCommon;
-    if (size == 0)
-        return 0;
-    const std::string rest(reinterpret_cast<const char*>(data) + 1, size - 1);
-    if (data[0] % 2 == 0)
-        fuzz::checkBackAgain(FiltersGroup(rest));
-    else
-        fuzz::checkText(rest);
-    return 0;
+    return fuzz::takeBytesOrText(
+        data, size, [](const std::string& bytes) { fuzz::checkBackAgain(FiltersGroup(bytes)); },
+        fuzz::checkText);
 }
